@@ -1,0 +1,92 @@
+#pragma once
+
+#include "Selvane/Platform/Scheduler.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <utility>
+
+namespace selvane::test {
+
+/// A scheduler whose time moves only when a test says so.
+///
+///     ManualScheduler scheduler;
+///     auto timer = scheduler.after(Seconds{5}, [&] { rang = true; });
+///     scheduler.advance(Seconds{5});
+class ManualScheduler final : public Scheduler {
+public:
+    void post(Work work) override { insert(_now, std::nullopt, std::move(work)); }
+
+    Subscription after(Seconds delay, Work work) override {
+        return handle(insert(_now + std::max(delay, Seconds{0}), std::nullopt, std::move(work)));
+    }
+
+    Subscription every(Seconds interval, Seconds, Work work) override {
+        return handle(insert(_now + interval, interval, std::move(work)));
+    }
+
+    [[nodiscard]] Seconds now() const override { return _now; }
+
+    /// Runs what was posted and what is due, without moving time.
+    void turn() { advance(Seconds{0}); }
+
+    /// Lets time pass, running everything that falls due at its own moment.
+    void advance(Seconds length) {
+        const Seconds target = _now + length;
+        while (!_queue->empty() && _queue->begin()->first.first <= target)
+            runNext();
+        _now = target;
+    }
+
+    /// Jumps ahead as a suspend does: repeated work runs once for all the turns that it missed.
+    void suspend(Seconds length) {
+        _now += length;
+        const auto due = std::exchange(*_queue, {});
+        for (const auto& [key, entry] : due)
+            _queue->emplace(std::pair{std::max(key.first, _now), key.second}, entry);
+        turn();
+    }
+
+    /// How many pieces of work wait.
+    [[nodiscard]] std::size_t waiting() const { return _queue->size(); }
+
+private:
+    struct Entry {
+        std::optional<Seconds> interval;
+        std::shared_ptr<Work> work;
+    };
+    using Key = std::pair<Seconds, std::uint64_t>;
+    using Queue = std::map<Key, Entry>;
+
+    std::uint64_t insert(Seconds due, std::optional<Seconds> interval, Work work) {
+        const std::uint64_t id = ++_lastID;
+        _queue->emplace(Key{due, id}, Entry{interval, std::make_shared<Work>(std::move(work))});
+        return id;
+    }
+
+    Subscription handle(std::uint64_t id) {
+        return Subscription([queue = std::weak_ptr<Queue>(_queue), id] {
+            if (const auto alive = queue.lock())
+                std::erase_if(*alive, [id](const auto& item) { return item.first.second == id; });
+        });
+    }
+
+    void runNext() {
+        const auto node = _queue->extract(_queue->begin());
+        const auto [due, id] = node.key();
+        const Entry entry = node.mapped();
+        _now = std::max(_now, due);
+        if (entry.interval)
+            _queue->emplace(Key{_now + *entry.interval, id}, entry);
+        (*entry.work)();
+    }
+
+    Seconds _now{0};
+    std::uint64_t _lastID = 0;
+    std::shared_ptr<Queue> _queue = std::make_shared<Queue>();
+};
+
+} // namespace selvane::test

@@ -1,0 +1,26 @@
+# What every target of the project is compiled with; targets take it by linking selvane-options.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+add_library(selvane-options INTERFACE)
+target_compile_options(selvane-options INTERFACE
+    -Wall -Wextra -Wconversion -Wshadow -Werror
+    # A narrower copy of a float would make one machine's numbers differ from another's.
+    -ffp-contract=off)
+target_compile_definitions(selvane-options INTERFACE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII)
+
+if(SELVANE_SANITIZERS)
+    add_compile_options(-fsanitize=${SELVANE_SANITIZERS} -fno-omit-frame-pointer)
+    if(SELVANE_SANITIZERS MATCHES "undefined")
+        add_compile_options(-fno-sanitize-recover=undefined)
+    endif()
+    add_link_options(-fsanitize=${SELVANE_SANITIZERS})
+else()
+    set(CMAKE_EXE_LINKER_FLAGS "${CMAKE_EXE_LINKER_FLAGS} -Wl,--as-needed")
+    set(CMAKE_MODULE_LINKER_FLAGS "${CMAKE_MODULE_LINKER_FLAGS} -Wl,--as-needed")
+endif()
