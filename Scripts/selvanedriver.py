@@ -1,0 +1,130 @@
+"""Uses Selvane on a virtual desktop as a person would: looks for the dial, clicks it, presses keys in the panel."""
+
+import json
+import pathlib
+import time
+
+from virtualdesktop import Failure, changed_area, wait
+
+TITLE = "Selvane"
+
+
+class Selvane:
+    """The program on a desktop. `dial` is where its dial lies in the tray, None until it was found."""
+
+    def __init__(self, desktop, binary):
+        self.desktop = desktop
+        self.binary = pathlib.Path(binary).resolve()
+        self.dial = None
+        self._bare_tray = None
+        self._starts = 0
+
+    @property
+    def data_folder(self):
+        return self.desktop.data / "Selvane"
+
+    @property
+    def sessions_file(self):
+        return self.data_folder / "sessions.json"
+
+    def sessions(self):
+        """The recorded history; empty as long as there is no file."""
+        return json.loads(self.sessions_file.read_text()) if self.sessions_file.exists() else []
+
+    # The process
+
+    def start(self):
+        """Starts the program, and waits for the dial where there is a tray."""
+        if not self.binary.exists():
+            raise Failure(f"there is no program {self.binary}; build it first")
+        if self.desktop.tray and not self._bare_tray:
+            self._bare_tray = self.desktop.settled_picture(self.desktop.tray_area)
+        self.process = self.desktop.start("selvane", [self.binary])
+        if self.desktop.tray:
+            self.find_dial()
+        else:
+            wait("the program to be reachable", lambda: self._check_alive() and
+                 self.desktop.owner("com.lorbin.selvane"))
+
+    def start_again(self):
+        """Starts the program a second time while it runs; gives the exit status of that second process."""
+        self._starts += 1
+        second = self.desktop.start(f"selvane-again-{self._starts}", [self.binary])
+        wait("the second process to end", lambda: second.poll() is not None)
+        return second.returncode
+
+    def wait_for_end(self):
+        """Waits until the program has ended by itself; gives its exit status."""
+        wait("the program to end", lambda: self.process.poll() is not None)
+        self.dial = None
+        return self.process.returncode
+
+    def _check_alive(self):
+        if self.process.poll() is not None:
+            raise Failure(f"the program ended with {self.process.returncode}; see {self.desktop.log('selvane')}")
+        return True
+
+    # The dial
+
+    def find_dial(self):
+        """Waits until the tray shows more than it did before the program ran, and remembers where."""
+        area = self.desktop.tray_area
+        wait("the dial in the tray",
+             lambda: self._check_alive() and changed_area(self._bare_tray, self.desktop.picture(area)))
+        self.dial = changed_area(self._bare_tray, self.desktop.settled_picture(area))
+        if not self.dial:
+            raise Failure("the dial came and went")
+        return self.dial
+
+    def wait_for_no_dial(self):
+        wait("the dial to leave the tray",
+             lambda: not changed_area(self._bare_tray, self.desktop.picture(self.desktop.tray_area)))
+
+    def dial_picture(self):
+        return self.desktop.picture(self.dial)
+
+    def click_dial(self):
+        self.desktop.click(*self.dial.middle)
+
+    # The panel
+
+    @property
+    def panel(self):
+        """Where the panel is, None while it is closed."""
+        return self.desktop.window(TITLE)
+
+    def open_panel(self):
+        """Opens the panel by the dial, or by a second start where there is no tray; gives its area."""
+        if self.desktop.tray:
+            self.click_dial()
+        elif self.start_again() != 0:
+            raise Failure("the second process did not end with 0")
+        return self.wait_for_panel()
+
+    def wait_for_panel(self):
+        wait("the panel", lambda: self._check_alive() and self.panel)
+        wait("the panel to have the keyboard", lambda: self.desktop.has_focus(TITLE))
+        self.desktop.settled_picture()
+        return self.panel
+
+    def wait_for_no_panel(self):
+        wait("the panel to close", lambda: self._check_alive() and not self.panel)
+
+    def stays_closed(self, seconds=0.5):
+        """Whether the panel is still closed after a moment in which a wrong reopening would have happened."""
+        time.sleep(seconds)
+        return not self.panel
+
+    def press_primary(self):
+        """Presses the primary button, which has the focus in a panel just opened."""
+        self.desktop.key("space")
+
+    def press_reset(self):
+        """Presses Reset, which lies before the primary button."""
+        self.desktop.key("shift+Tab")
+        self.desktop.key("space")
+
+    def quit(self):
+        """Quits by the panel's shortcut; the panel must be open. Gives the exit status."""
+        self.desktop.key("ctrl+q")
+        return self.wait_for_end()
