@@ -1,0 +1,175 @@
+#include "Selvane/Platform/Linux/LinuxStatusItem.h"
+
+#include "Selvane/Platform/Linux/StatusNotifierItem.h"
+#include "Selvane/Platform/Linux/XEmbedTray.h"
+
+#include <QtCore/QStringList>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QScreen>
+
+#include <utility>
+
+namespace selvane {
+
+namespace {
+
+/// How long a watcher without a panel is waited for before a tray is preferred: panels that restart need one
+/// to two seconds.
+constexpr Seconds hostPatience{3};
+
+} // namespace
+
+LinuxStatusItem::Desktop LinuxStatusItem::Desktop::current() {
+    Desktop desktop;
+    desktop.isX11 = QGuiApplication::platformName() == QLatin1String("xcb");
+    const QStringList names = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'));
+    desktop.hasDarkPanel = names.contains(QLatin1String("GNOME"), Qt::CaseInsensitive);
+    desktop.isOnScreen = [](ScreenPoint point) {
+        for (const QScreen* screen : QGuiApplication::screens()) {
+            // The origins of screens are in pixels, their sizes in points.
+            const QRect points = screen->geometry();
+            const QRect pixels(points.topLeft(),
+                               (QSizeF(points.size()) * screen->devicePixelRatio()).toSize());
+            if (pixels.contains(point.x, point.y))
+                return true;
+        }
+        return false;
+    };
+    return desktop;
+}
+
+LinuxStatusItem::LinuxStatusItem(const QDBusConnection& sessionBus, Scheduler& scheduler,
+                                 Appearance& appearance, Desktop desktop)
+    : _scheduler(scheduler),
+      _appearance(appearance),
+      _desktop(std::move(desktop)),
+      _notifierItem(std::make_unique<StatusNotifierItem>(sessionBus)) {
+    _notifierItem->onWatcherChange = [this] { choosePlace(); };
+    _notifierItem->onActivate = [this](ScreenPoint point) { activated(point); };
+    _notifierItem->onSecondaryActivate = [this] {
+        if (onSecondaryActivate)
+            onSecondaryActivate();
+    };
+    _notifierItem->onMenuEntry = [this](int id) {
+        if (onMenuEntry)
+            onMenuEntry(id);
+    };
+    _appearanceChange = _appearance.changed.subscribe([this] { updateImage(); });
+    // Whoever makes the item sets its callbacks and its content first.
+    _scheduler.post(_lifetime.guard([this] { choosePlace(); }));
+}
+
+LinuxStatusItem::~LinuxStatusItem() = default;
+
+void LinuxStatusItem::setContent(const StatusItemContent& content) {
+    if (_content == content)
+        return;
+    _content = content;
+    _notifierItem->setLabel(_content.title.value_or(std::string()));
+    updateImage();
+}
+
+void LinuxStatusItem::setAccessibilityLabel(const std::string& label) {
+    _notifierItem->setAccessibleDescription(label);
+}
+
+void LinuxStatusItem::setTooltip(const std::string& text) {
+    _notifierItem->setToolTip(text);
+}
+
+void LinuxStatusItem::setMenu(const std::vector<StatusMenuEntry>& entries) {
+    _notifierItem->setMenu(entries);
+}
+
+void LinuxStatusItem::setHighlighted(bool) {}
+
+StatusItemAnchor LinuxStatusItem::anchor() const {
+    switch (_place) {
+    case Place::nowhere:
+        return {};
+    case Place::watcher:
+        return {std::nullopt, _lastPointer};
+    case Place::tray:
+        return {_tray->geometry(), std::nullopt};
+    }
+    return {};
+}
+
+void LinuxStatusItem::choosePlace() {
+    using Watcher = StatusNotifierItem::Watcher;
+    const Watcher watcher = _notifierItem->watcher();
+    if (watcher == Watcher::unknown)
+        return;
+
+    // 1. A watcher with a panel has the item, and nobody needs the tray.
+    if (watcher == Watcher::withHost) {
+        _patience.end();
+        _hostIsMissing = false;
+        moveTo(Place::watcher);
+        _tray.reset();
+        return;
+    }
+
+    // 2. A watcher without a panel keeps the item while its panel may be restarting.
+    if (watcher == Watcher::withoutHost && !_hostIsMissing) {
+        moveTo(Place::watcher);
+        if (!_patience && _desktop.isX11) {
+            _patience = _scheduler.after(hostPatience, [this] {
+                _hostIsMissing = true;
+                choosePlace();
+            });
+        }
+        return;
+    }
+
+    // 3. Otherwise the item goes into a tray, if there is one or as soon as there is one.
+    _patience.end();
+    _hostIsMissing = watcher == Watcher::withoutHost;
+    if (_desktop.isX11 && _tray == nullptr) {
+        _tray = std::make_unique<XEmbedTray>(_desktop.displayName);
+        _tray->onAvailabilityChange = [this] { choosePlace(); };
+        _tray->onActivate = [this](const StatusItemAnchor& anchor) {
+            if (onActivate)
+                onActivate(anchor);
+        };
+        _tray->onSecondaryActivate = [this] {
+            if (onSecondaryActivate)
+                onSecondaryActivate();
+        };
+        updateImage();
+    }
+    if (_tray != nullptr && _tray->isAvailable())
+        moveTo(Place::tray);
+    else
+        moveTo(watcher == Watcher::withoutHost ? Place::watcher : Place::nowhere);
+}
+
+void LinuxStatusItem::moveTo(Place place) {
+    if (_place == place)
+        return;
+    _place = place;
+    _lastPointer.reset();
+    // First out of the old place, then into the new one.
+    if (_place != Place::tray && _tray != nullptr)
+        _tray->setShown(false);
+    _notifierItem->setShown(_place == Place::watcher);
+    if (_place == Place::tray)
+        _tray->setShown(true);
+}
+
+void LinuxStatusItem::updateImage() {
+    const Ink ink = _appearance.isDark() ? Ink::light : Ink::dark;
+    _notifierItem->setImage(_content.image, _desktop.hasDarkPanel ? Ink::light : ink);
+    if (_tray != nullptr)
+        _tray->setImage(_content.image, ink);
+}
+
+void LinuxStatusItem::activated(ScreenPoint point) {
+    // Panels under Wayland count from a corner of their own.
+    const bool isKnown = _desktop.isX11 && _desktop.isOnScreen && _desktop.isOnScreen(point);
+    _lastPointer = isKnown ? std::optional(point) : std::nullopt;
+    if (onActivate)
+        onActivate({std::nullopt, _lastPointer});
+}
+
+} // namespace selvane

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "Selvane/Platform/Appearance.h"
+#include "Selvane/Platform/Scheduler.h"
+#include "Selvane/Platform/StatusItemHost.h"
+#include "SelvaneCore/Lifetime.h"
+
+#include <QtDBus/QDBusConnection>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace selvane {
+
+class StatusNotifierItem;
+class XEmbedTray;
+
+/// The status item on a freedesktop desktop. Where a StatusNotifierWatcher runs the item is an object on the
+/// bus; where none runs, or one that no panel listens to, it is a window in the tray of the X11 screen; never
+/// both at once. Panels may come, go and change for as long as the program runs.
+class LinuxStatusItem final : public StatusItemHost {
+public:
+    struct Desktop {
+        /// True in an X11 session: the item may be a window in a tray, and clicks have coordinates that mean
+        /// something.
+        bool isX11 = false;
+        /// As in the variable DISPLAY; empty for the value of that variable.
+        std::string displayName;
+        /// GNOME's top bar is dark in both of its colour schemes.
+        bool hasDarkPanel = false;
+        /// Whether a point of an X11 session lies on one of the screens.
+        std::function<bool(ScreenPoint)> isOnScreen;
+
+        /// From the QGuiApplication and XDG_CURRENT_DESKTOP.
+        static Desktop current();
+    };
+
+    LinuxStatusItem(const QDBusConnection& sessionBus, Scheduler& scheduler, Appearance& appearance,
+                    Desktop desktop = Desktop::current());
+    ~LinuxStatusItem() override;
+
+    void setContent(const StatusItemContent& content) override;
+    void setAccessibilityLabel(const std::string& label) override;
+    void setTooltip(const std::string& text) override;
+    void setMenu(const std::vector<StatusMenuEntry>& entries) override;
+    /// Does nothing: no panel can show an item pressed.
+    void setHighlighted(bool highlighted) override;
+
+    /// In a tray the place of the window; otherwise where the item was last clicked, if that is known.
+    [[nodiscard]] StatusItemAnchor anchor() const override;
+
+private:
+    enum class Place { nowhere, watcher, tray };
+
+    void choosePlace();
+    void moveTo(Place place);
+    void updateImage();
+    void activated(ScreenPoint point);
+
+    Scheduler& _scheduler;
+    Appearance& _appearance;
+    Desktop _desktop;
+    StatusItemContent _content;
+    std::optional<ScreenPoint> _lastPointer;
+    Place _place = Place::nowhere;
+    bool _hostIsMissing = false;
+    Subscription _patience;
+    std::unique_ptr<StatusNotifierItem> _notifierItem;
+    // Made only when there may be need of it: it costs a connection to the X server.
+    std::unique_ptr<XEmbedTray> _tray;
+    Subscription _appearanceChange;
+    Lifetime _lifetime;
+};
+
+} // namespace selvane

@@ -1,0 +1,109 @@
+#include "Selvane/Platform/Linux/SingleInstance.h"
+
+#include <QtCore/QStringList>
+#include <QtCore/QVariantMap>
+#include <QtDBus/QDBusAbstractAdaptor>
+#include <QtDBus/QDBusMessage>
+
+namespace selvane {
+
+namespace {
+
+const auto instanceName = QLatin1String("com.lorbin.selvane");
+const auto instancePath = QLatin1String("/com/lorbin/selvane");
+const auto applicationInterface = QLatin1String("org.freedesktop.Application");
+const auto busName = QLatin1String("org.freedesktop.DBus");
+const auto busPath = QLatin1String("/org/freedesktop/DBus");
+
+// The platform data of a start, and the variables that carry the same to a new process.
+constexpr struct {
+    const char* key;
+    const char* variable;
+} startTokens[] = {
+    {"activation-token", "XDG_ACTIVATION_TOKEN"},
+    {"desktop-startup-id", "DESKTOP_STARTUP_ID"},
+};
+
+} // namespace
+
+class ApplicationAdaptor final : public QDBusAbstractAdaptor {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+public:
+    explicit ApplicationAdaptor(SingleInstance* instance)
+        : QDBusAbstractAdaptor(instance), _instance(*instance) {}
+
+public Q_SLOTS:
+    void Activate(const QVariantMap& platformData) {
+        // The next window that asks for the focus shows these to the compositor.
+        for (const auto& [key, variable] : startTokens) {
+            const QByteArray token = platformData.value(QLatin1String(key)).toString().toUtf8();
+            if (!token.isEmpty())
+                qputenv(variable, token);
+        }
+        if (_instance.onActivate)
+            _instance.onActivate();
+    }
+    // The program opens no documents and has no actions of its own: to the user both are a start.
+    void Open(const QStringList&, const QVariantMap& platformData) { Activate(platformData); }
+    void ActivateAction(const QString&, const QVariantList&, const QVariantMap& platformData) {
+        Activate(platformData);
+    }
+
+private:
+    SingleInstance& _instance;
+};
+
+SingleInstance::SingleInstance(const QDBusConnection& sessionBus) : _bus(sessionBus) {
+    new ApplicationAdaptor(this);
+}
+
+SingleInstance::~SingleInstance() {
+    if (!_isFirst)
+        return;
+    _bus.unregisterObject(instancePath);
+    auto release = QDBusMessage::createMethodCall(busName, busPath, busName, QStringLiteral("ReleaseName"));
+    release << QString(instanceName);
+    _bus.send(release);
+}
+
+SingleInstance::Claim SingleInstance::claim() {
+    if (_isFirst)
+        return Claim::first;
+    if (!_bus.isConnected())
+        return Claim::noBus;
+    if (!_bus.registerObject(instancePath, this, QDBusConnection::ExportAdaptors))
+        return Claim::noBus;
+    constexpr uint doNotQueue = 4;
+    constexpr uint primaryOwner = 1;
+    constexpr uint alreadyOwner = 4;
+    auto request = QDBusMessage::createMethodCall(busName, busPath, busName, QStringLiteral("RequestName"));
+    request << QString(instanceName) << doNotQueue;
+    const QDBusMessage reply = _bus.call(request);
+    const uint result = reply.arguments().value(0).toUInt();
+    _isFirst =
+        reply.type() == QDBusMessage::ReplyMessage && (result == primaryOwner || result == alreadyOwner);
+    if (_isFirst)
+        return Claim::first;
+    _bus.unregisterObject(instancePath);
+    return reply.type() == QDBusMessage::ReplyMessage ? Claim::second : Claim::noBus;
+}
+
+bool SingleInstance::activateFirst(std::chrono::milliseconds patience) {
+    QVariantMap platformData;
+    for (const auto& [key, variable] : startTokens) {
+        if (qEnvironmentVariableIsSet(variable))
+            platformData.insert(QLatin1String(key), qEnvironmentVariable(variable));
+    }
+    auto activate = QDBusMessage::createMethodCall(instanceName, instancePath, applicationInterface,
+                                                   QStringLiteral("Activate"));
+    activate << platformData;
+    // The name may be installed for activation by the bus; only a process that runs already is asked.
+    activate.setAutoStartService(false);
+    const QDBusMessage reply = _bus.call(activate, QDBus::Block, static_cast<int>(patience.count()));
+    return reply.type() == QDBusMessage::ReplyMessage;
+}
+
+} // namespace selvane
+
+#include "SingleInstance.moc"

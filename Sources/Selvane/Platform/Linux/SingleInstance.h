@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QtCore/QObject>
+#include <QtDBus/QDBusConnection>
+
+#include <chrono>
+#include <functional>
+
+namespace selvane {
+
+/// Makes sure that the program runs once per session: the first process owns the name com.lorbin.selvane on
+/// the session bus and answers there to org.freedesktop.Application; later ones pass their start on to it.
+/// Main thread.
+class SingleInstance final : public QObject {
+    Q_OBJECT
+public:
+    /// `noBus`: there is no session bus, so nothing is known of other processes.
+    enum class Claim { first, second, noBus };
+
+    explicit SingleInstance(const QDBusConnection& sessionBus);
+    /// Gives the name back.
+    ~SingleInstance() override;
+
+    /// Asks the bus for the name and waits for the bus's answer. Of several processes exactly one is `first`,
+    /// and its object is in place before any other can learn of it; calls wait until the main loop runs.
+    [[nodiscard]] Claim claim();
+
+    /// Tells the first process that the user started the program again, and waits up to `patience` for it.
+    /// False if it didn't answer.
+    [[nodiscard]] bool activateFirst(std::chrono::milliseconds patience = std::chrono::seconds{5});
+
+    /// The user started the program again, or asked the desktop to open it. Called from the main loop.
+    std::function<void()> onActivate;
+
+private:
+    QDBusConnection _bus;
+    bool _isFirst = false;
+};
+
+} // namespace selvane

@@ -1,0 +1,197 @@
+#include "Selvane/Platform/Linux/StatusNotifierItem.h"
+
+#include "Selvane/Platform/Linux/DBusMenu.h"
+#include "Selvane/Platform/Linux/StatusNotifierItemAdaptor.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtDBus/QDBusMessage>
+#include <QtDBus/QDBusPendingCallWatcher>
+#include <QtDBus/QDBusPendingReply>
+#include <QtDBus/QDBusVariant>
+
+#include <utility>
+
+namespace selvane {
+
+namespace {
+
+const auto watcherName = QLatin1String("org.kde.StatusNotifierWatcher");
+const auto watcherPath = QLatin1String("/StatusNotifierWatcher");
+const auto itemPath = QLatin1String("/StatusNotifierItem");
+const auto busName = QLatin1String("org.freedesktop.DBus");
+const auto busPath = QLatin1String("/org/freedesktop/DBus");
+
+/// A panel that lost a message hears of the tooltip again after this many changes.
+constexpr int unreadToolTipsAtMost = 30;
+
+QDBusMessage busCall(const QString& method, const QVariantList& arguments) {
+    QDBusMessage message = QDBusMessage::createMethodCall(busName, busPath, busName, method);
+    message.setArguments(arguments);
+    return message;
+}
+
+QDBusMessage watcherCall(const QString& interface, const QString& method, const QVariantList& arguments) {
+    QDBusMessage message = QDBusMessage::createMethodCall(watcherName, watcherPath, interface, method);
+    message.setArguments(arguments);
+    message.setAutoStartService(false);
+    return message;
+}
+
+/// Calls `answered` with the reply, as long as `context` lives.
+template <typename Answered>
+void call(QDBusConnection bus, const QDBusMessage& message, QObject* context, Answered answered) {
+    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), context);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context, [watcher, answered] {
+        watcher->deleteLater();
+        answered(watcher->reply());
+    });
+}
+
+} // namespace
+
+StatusNotifierItem::StatusNotifierItem(const QDBusConnection& sessionBus)
+    : _bus(sessionBus),
+      _nameWatcher(watcherName, sessionBus, QDBusServiceWatcher::WatchForOwnerChange),
+      _menu(std::make_unique<DBusMenu>(sessionBus)),
+      _adaptor(new StatusNotifierItemAdaptor(this)) {
+    _menu->onEntry = [this](int id) {
+        if (onMenuEntry)
+            onMenuEntry(id);
+    };
+    if (!_bus.isConnected()) {
+        _watcher = Watcher::absent;
+        return;
+    }
+    connect(&_nameWatcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString&, const QString&, const QString& owner) {
+                if (owner.isEmpty())
+                    setWatcher(Watcher::absent);
+                else
+                    watcherAppeared();
+            });
+    // Signals of the watcher are taken from any sender: naming it would make Qt wait for the bus's answer.
+    for (const QString& name :
+         {QStringLiteral("StatusNotifierHostRegistered"), QStringLiteral("StatusNotifierHostUnregistered")})
+        _bus.connect(QString(), watcherPath, watcherName, name, this, SLOT(hostsChanged()));
+    call(_bus, busCall(QStringLiteral("NameHasOwner"), {QString(watcherName)}), this,
+         [this](const QDBusMessage& reply) {
+             if (_watcher != Watcher::unknown)
+                 return;
+             if (reply.arguments().value(0).toBool())
+                 watcherAppeared();
+             else
+                 setWatcher(Watcher::absent);
+         });
+}
+
+StatusNotifierItem::~StatusNotifierItem() {
+    setShown(false);
+}
+
+QString StatusNotifierItem::serviceName() const {
+    return QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid());
+}
+
+void StatusNotifierItem::setImage(std::shared_ptr<const TemplateImage> image, Ink ink) {
+    if (_image == image && _ink == ink)
+        return;
+    _image = std::move(image);
+    _ink = ink;
+    if (_isShown)
+        Q_EMIT _adaptor->NewIcon();
+}
+
+void StatusNotifierItem::setLabel(const std::string& label) {
+    if (_label == label)
+        return;
+    _label = label;
+    if (_isShown)
+        Q_EMIT _adaptor->XAyatanaNewLabel(_adaptor->label(), _adaptor->labelGuide());
+}
+
+void StatusNotifierItem::setToolTip(const std::string& text) {
+    if (_toolTip == text)
+        return;
+    _toolTip = text;
+    if (!_isShown)
+        return;
+    if (!_toolTipWasRead && ++_unreadToolTips < unreadToolTipsAtMost)
+        return;
+    _toolTipWasRead = false;
+    _unreadToolTips = 0;
+    Q_EMIT _adaptor->NewToolTip();
+}
+
+void StatusNotifierItem::setAccessibleDescription(const std::string& text) {
+    // There is no signal for it: panels read it together with the icon.
+    _accessibleDescription = text;
+}
+
+void StatusNotifierItem::setMenu(const std::vector<StatusMenuEntry>& entries) {
+    const bool hadMenu = !_menu->entries().empty();
+    _menu->setEntries(entries);
+    if (_isShown && hadMenu == entries.empty())
+        Q_EMIT _adaptor->NewMenu();
+}
+
+void StatusNotifierItem::setShown(bool shown) {
+    if (_isShown == shown || !_bus.isConnected())
+        return;
+    _isShown = shown;
+    _menu->setPublished(shown);
+    if (!shown) {
+        _bus.send(busCall(QStringLiteral("ReleaseName"), {serviceName()}));
+        _bus.unregisterObject(itemPath);
+        return;
+    }
+    _toolTipWasRead = true;
+    _bus.registerObject(itemPath, this, QDBusConnection::ExportAdaptors);
+    constexpr uint doNotQueue = 4;
+    // The bus works in order: whoever asks the watcher for the item afterwards finds its name.
+    _bus.send(busCall(QStringLiteral("RequestName"), {serviceName(), doNotQueue}));
+    registerWithWatcher();
+}
+
+void StatusNotifierItem::hostsChanged() {
+    if (_watcher == Watcher::withHost || _watcher == Watcher::withoutHost)
+        askForHost();
+}
+
+void StatusNotifierItem::watcherAppeared() {
+    // Most watchers appear together with their panel, and say so only a moment later.
+    const bool wasShown = _isShown;
+    setWatcher(Watcher::withHost);
+    if (wasShown)
+        registerWithWatcher();
+    askForHost();
+}
+
+void StatusNotifierItem::askForHost() {
+    const QDBusMessage question =
+        watcherCall(QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
+                    {QString(watcherName), QStringLiteral("IsStatusNotifierHostRegistered")});
+    call(_bus, question, this, [this](const QDBusMessage& reply) {
+        const bool watcherStays = _watcher == Watcher::withHost || _watcher == Watcher::withoutHost;
+        // A watcher that doesn't know the property is taken for a panel.
+        if (!watcherStays || reply.type() != QDBusMessage::ReplyMessage)
+            return;
+        const QVariant value = reply.arguments().value(0).value<QDBusVariant>().variant();
+        setWatcher(value.toBool() ? Watcher::withHost : Watcher::withoutHost);
+    });
+}
+
+void StatusNotifierItem::setWatcher(Watcher watcher) {
+    if (std::exchange(_watcher, watcher) != watcher && onWatcherChange)
+        onWatcherChange();
+}
+
+void StatusNotifierItem::registerWithWatcher() {
+    const bool watcherRuns = _watcher == Watcher::withHost || _watcher == Watcher::withoutHost;
+    if (!_isShown || !watcherRuns)
+        return;
+    QDBusMessage registration =
+        watcherCall(watcherName, QStringLiteral("RegisterStatusNotifierItem"), {serviceName()});
+    _bus.send(registration);
+}
+
+} // namespace selvane

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "Selvane/Platform/StatusItemHost.h"
+
+#include <QtCore/QObject>
+#include <QtDBus/QDBusConnection>
+#include <QtDBus/QDBusServiceWatcher>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace selvane {
+
+class DBusMenu;
+class StatusNotifierItemAdaptor;
+
+/// The item as desktops with org.kde.StatusNotifierWatcher show it: an object on the session bus that panels
+/// ask for pictures and words. Tells whether there is such a watcher, and shows the item while that is
+/// wanted, registering again with every watcher that appears. Pictures are drawn when a panel asks, and not
+/// kept.
+///
+/// Main thread. Every call is asynchronous.
+class StatusNotifierItem final : public QObject {
+    Q_OBJECT
+public:
+    /// `unknown` until the bus has answered for the first time.
+    enum class Watcher { unknown, absent, withoutHost, withHost };
+
+    explicit StatusNotifierItem(const QDBusConnection& sessionBus);
+    ~StatusNotifierItem() override;
+
+    void setImage(std::shared_ptr<const TemplateImage> image, Ink ink);
+    void setLabel(const std::string& label);
+    void setToolTip(const std::string& text);
+    void setAccessibleDescription(const std::string& text);
+    void setMenu(const std::vector<StatusMenuEntry>& entries);
+
+    /// Puts the object on the bus and registers it, or takes it away.
+    void setShown(bool shown);
+
+    [[nodiscard]] Watcher watcher() const { return _watcher; }
+    /// The name that the item has on the bus while it is shown.
+    [[nodiscard]] QString serviceName() const;
+
+    std::function<void()> onWatcherChange;
+    /// Called with the coordinates that the panel sent, which not every panel counts from the same corner.
+    std::function<void(ScreenPoint)> onActivate;
+    std::function<void()> onSecondaryActivate;
+    std::function<void(int)> onMenuEntry;
+
+private Q_SLOTS:
+    void hostsChanged();
+
+private:
+    friend class StatusNotifierItemAdaptor;
+
+    void watcherAppeared();
+    void askForHost();
+    void setWatcher(Watcher watcher);
+    void registerWithWatcher();
+
+    QDBusConnection _bus;
+    QDBusServiceWatcher _nameWatcher;
+    Watcher _watcher = Watcher::unknown;
+    bool _isShown = false;
+    std::shared_ptr<const TemplateImage> _image;
+    Ink _ink = Ink::light;
+    std::string _label;
+    std::string _toolTip;
+    std::string _accessibleDescription;
+    // A panel that was told of a change and hasn't asked yet will find the newest text when it does.
+    bool _toolTipWasRead = true;
+    int _unreadToolTips = 0;
+    std::unique_ptr<DBusMenu> _menu;
+    StatusNotifierItemAdaptor* _adaptor;
+};
+
+} // namespace selvane

@@ -1,0 +1,106 @@
+#include "Selvane/Platform/Linux/StatusNotifierItemAdaptor.h"
+
+#include "Selvane/Platform/Linux/DBusMenu.h"
+#include "Selvane/Platform/Linux/StatusNotifierItem.h"
+
+#include <QtCore/QtEndian>
+#include <QtDBus/QDBusMetaType>
+
+namespace selvane {
+
+QDBusArgument& operator<<(QDBusArgument& argument, const NotifierPixmap& pixmap) {
+    argument.beginStructure();
+    argument << pixmap.width << pixmap.height << pixmap.bytes;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, NotifierPixmap& pixmap) {
+    argument.beginStructure();
+    argument >> pixmap.width >> pixmap.height >> pixmap.bytes;
+    argument.endStructure();
+    return argument;
+}
+
+QDBusArgument& operator<<(QDBusArgument& argument, const NotifierToolTip& toolTip) {
+    argument.beginStructure();
+    argument << toolTip.iconName << toolTip.pixmaps << toolTip.title << toolTip.text;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, NotifierToolTip& toolTip) {
+    argument.beginStructure();
+    argument >> toolTip.iconName >> toolTip.pixmaps >> toolTip.title >> toolTip.text;
+    argument.endStructure();
+    return argument;
+}
+
+StatusNotifierItemAdaptor::StatusNotifierItemAdaptor(StatusNotifierItem* item)
+    : QDBusAbstractAdaptor(item), _item(*item) {
+    qDBusRegisterMetaType<NotifierPixmap>();
+    qDBusRegisterMetaType<NotifierPixmapList>();
+    qDBusRegisterMetaType<NotifierToolTip>();
+}
+
+NotifierPixmapList StatusNotifierItemAdaptor::iconPixmap() const {
+    NotifierPixmapList pixmaps;
+    if (_item._image == nullptr)
+        return pixmaps;
+    // The sizes of panels from the smallest to two pixels a point; panels scale the nearest one.
+    for (const int side : {16, 22, 24, 32, 48, 64}) {
+        const Pixmap pixmap = _item._image->pixmap(side, _item._ink);
+        const auto count = static_cast<qsizetype>(pixmap.argb.size());
+        QByteArray bytes(count * 4, Qt::Uninitialized);
+        qToBigEndian<std::uint32_t>(pixmap.argb.data(), count, bytes.data());
+        pixmaps.append({pixmap.side, pixmap.side, bytes});
+    }
+    return pixmaps;
+}
+
+QString StatusNotifierItemAdaptor::iconAccessibleDescription() const {
+    return QString::fromStdString(_item._accessibleDescription);
+}
+
+NotifierToolTip StatusNotifierItemAdaptor::toolTip() const {
+    _item._toolTipWasRead = true;
+    return {{}, {}, QString::fromStdString(_item._toolTip), {}};
+}
+
+QDBusObjectPath StatusNotifierItemAdaptor::menu() const {
+    // A panel that is given the path of an empty menu shows nothing and doesn't call ContextMenu either.
+    const bool hasMenu = !_item._menu->entries().empty();
+    return QDBusObjectPath(hasMenu ? DBusMenu::path() : QStringLiteral("/NO_DBUSMENU"));
+}
+
+QString StatusNotifierItemAdaptor::label() const {
+    return QString::fromStdString(_item._label);
+}
+
+QString StatusNotifierItemAdaptor::labelGuide() const {
+    return _item._label.empty() ? QString() : QStringLiteral("00:00");
+}
+
+void StatusNotifierItemAdaptor::Activate(int x, int y) {
+    if (_item.onActivate)
+        _item.onActivate({x, y});
+}
+
+void StatusNotifierItemAdaptor::SecondaryActivate(int, int) {
+    if (_item.onSecondaryActivate)
+        _item.onSecondaryActivate();
+}
+
+void StatusNotifierItemAdaptor::ContextMenu(int x, int y) {
+    // Panels that can show the menu do so themselves; to the others a right click is a click.
+    Activate(x, y);
+}
+
+void StatusNotifierItemAdaptor::Scroll(int, const QString&) {}
+
+void StatusNotifierItemAdaptor::ProvideXdgActivationToken(const QString& token) {
+    // The next window that asks for the focus shows it to the compositor.
+    qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+}
+
+} // namespace selvane
