@@ -52,6 +52,8 @@ std::uint32_t luma(std::uint32_t red, std::uint32_t green, std::uint32_t blue) {
     return (red * 299 + green * 587 + blue * 114) / 1000;
 }
 
+/// XCB_NONE and XCB_ATOM_NONE as what they stand for: a window or an atom that there isn't.
+constexpr std::uint32_t nothing = XCB_NONE;
 constexpr std::uint32_t dockRequest = 0;
 constexpr std::uint32_t embedIsMapped = 1;
 
@@ -155,7 +157,7 @@ private:
 
     xcb_atom_t atomOf(xcb_intern_atom_cookie_t cookie) const {
         const Owned<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(_xcb, cookie, nullptr));
-        return reply == nullptr ? XCB_ATOM_NONE : reply->atom;
+        return reply == nullptr ? nothing : reply->atom;
     }
 
     // Finding the tray
@@ -165,7 +167,7 @@ private:
         xcb_grab_server(_xcb);
         const Owned<xcb_get_selection_owner_reply_t> owner(
             xcb_get_selection_owner_reply(_xcb, xcb_get_selection_owner(_xcb, _selection), nullptr));
-        const xcb_window_t tray = owner == nullptr ? xcb_window_t{XCB_NONE} : owner->owner;
+        const xcb_window_t tray = owner == nullptr ? nothing : owner->owner;
         if (tray != XCB_NONE) {
             const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
             xcb_change_window_attributes(_xcb, tray, XCB_CW_EVENT_MASK, &mask);
