@@ -1,5 +1,6 @@
 #include "SelvaneCore/Date.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -10,30 +11,24 @@ namespace {
 
 using Ticks = std::int64_t;
 
-Ticks saturatingSum(Ticks a, Ticks b) {
-    Ticks sum = 0;
-    if (!__builtin_add_overflow(a, b, &sum))
-        return sum;
-    return b > 0 ? std::numeric_limits<Ticks>::max() : std::numeric_limits<Ticks>::min();
-}
+/// Wide enough for the sum of any instant and any length that can matter to it.
+using WideTicks = __int128;
 
-/// 2^63 is exact as a float, while the largest tick isn't: everything at or past it saturates.
-Ticks toTicks(double microseconds) {
-    constexpr double limit = 9223372036854775808.0;
+/// A length past twice the range of instants leads out of it from anywhere, so it may stop there.
+WideTicks toTicks(double microseconds) {
+    constexpr double limit = 36893488147419103232.0;
     if (std::isnan(microseconds))
         return 0;
-    if (microseconds >= limit)
-        return std::numeric_limits<Ticks>::max();
-    if (microseconds <= -limit)
-        return std::numeric_limits<Ticks>::min();
-    return static_cast<Ticks>(std::round(microseconds));
+    return static_cast<WideTicks>(std::round(std::clamp(microseconds, -limit, limit)));
 }
 
 } // namespace
 
 Date adding(Seconds length, Date date) {
-    const Ticks ticks = toTicks(length.count() * 1e6);
-    return Date{Date::duration{saturatingSum(date.time_since_epoch().count(), ticks)}};
+    const WideTicks sum = date.time_since_epoch().count() + toTicks(length.count() * 1e6);
+    const WideTicks fitting =
+        std::clamp<WideTicks>(sum, std::numeric_limits<Ticks>::min(), std::numeric_limits<Ticks>::max());
+    return Date{Date::duration{static_cast<Ticks>(fitting)}};
 }
 
 Seconds elapsed(Date start, Date end) {

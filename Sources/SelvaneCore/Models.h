@@ -45,12 +45,19 @@ struct TimerConfig {
 
 /// One application's share of a focus session.
 struct AppUsage {
+    /// The pseudo identifier of time in which nothing was in front: asleep or locked.
+    static constexpr std::string_view away = "away";
+    /// What the pseudo identifier of a website begins with; its domain follows.
+    static constexpr std::string_view sitePrefix = "site:";
+
     /// The application's identifier, or a pseudo identifier for a website or for time away.
     std::string bundleID;
     /// Its display name at the time of recording.
     std::string name;
     /// Time in front.
     Seconds seconds;
+
+    [[nodiscard]] bool isAway() const { return bundleID == away; }
 
     friend bool operator==(const AppUsage&, const AppUsage&) = default;
 };

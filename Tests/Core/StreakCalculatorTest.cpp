@@ -1,0 +1,158 @@
+#include "SelvaneCore/StreakCalculator.h"
+
+#include "Support/LocalTime.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <ostream>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace selvane {
+
+void PrintTo(const StreakResult& result, std::ostream* out) {
+    *out << "current " << result.current << ", longest " << result.longest << ", freezes "
+         << result.freezesAvailable << ", frozen";
+    for (const DayKey& day : std::set<DayKey>(result.frozenDays.begin(), result.frozenDays.end()))
+        *out << ' ' << day.description();
+    *out << (result.todayMet ? ", today met" : ", today not met");
+}
+
+namespace {
+
+using test::zone;
+
+constexpr int goal = 60;
+const DayKey firstDay(2026, 3, 20);
+
+/// A history told by a letter a day: M is a met day, a dash a missed one; the last letter is today.
+struct History {
+    MinutesByDay minutes;
+    DayKey today = firstDay;
+
+    explicit History(std::string_view days, const Calendar& calendar = Calendar::utc()) {
+        DayKey day = firstDay;
+        for (const char letter : days) {
+            if (letter == 'M')
+                minutes[day] = goal;
+            today = day;
+            day = day.adding(1, calendar);
+        }
+    }
+
+    [[nodiscard]] StreakResult compute(bool freezes = true,
+                                       const Calendar& calendar = Calendar::utc()) const {
+        return StreakCalculator::compute(minutes, goal, today, freezes, calendar);
+    }
+};
+
+std::string met(int days) {
+    return std::string(static_cast<std::size_t>(days), 'M');
+}
+
+struct StreakRow {
+    const char* name;
+    std::string days;
+    bool freezes;
+    int current;
+    int longest;
+    int freezesAvailable;
+    /// Counted from 1.
+    std::vector<int> frozen;
+    bool todayMet;
+};
+
+class StreakTable : public testing::TestWithParam<StreakRow> {};
+
+TEST_P(StreakTable, CountsTheRun) {
+    const StreakRow& row = GetParam();
+    for (const char* const name : {"UTC", "Europe/Berlin", "Asia/Kolkata", "Pacific/Apia"}) {
+        const Calendar calendar = zone(name);
+        StreakResult expected{row.current, row.longest, row.freezesAvailable, {}, row.todayMet};
+        for (const int day : row.frozen)
+            expected.frozenDays.insert(firstDay.adding(day - 1, calendar));
+        EXPECT_EQ(History(row.days, calendar).compute(row.freezes, calendar), expected) << name;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    StreakCalculator, StreakTable,
+    testing::Values(StreakRow{"firstDay", "M", true, 1, 1, 0, {}, true},
+                    StreakRow{"todayStillOpen", "MMM-", true, 3, 3, 0, {}, false},
+                    StreakRow{"missedWithoutFreeze", "MM--", true, 0, 2, 0, {}, false},
+                    StreakRow{"sixDaysEarnNothing", "MMMMMM-M", true, 1, 6, 0, {}, true},
+                    StreakRow{"sevenDaysEarnAFreeze", "MMMMMMM-", true, 7, 7, 1, {}, false},
+                    StreakRow{"theFreezeIsSpent", "MMMMMMM--", true, 7, 7, 0, {8}, false},
+                    StreakRow{"theRunGoesOnOverAFreeze", "MMMMMMM-M", true, 8, 8, 0, {8}, true},
+                    StreakRow{"theSecondMissBreaks", "MMMMMMM--M", true, 1, 7, 0, {8}, true},
+                    StreakRow{"aFrozenDayDoesNotCount", "MMMMMMM-MMMMMMM", true, 14, 14, 1, {8}, true},
+                    StreakRow{"twoFreezesBridgeTwoDays", met(14) + "--M", true, 15, 15, 0, {15, 16}, true},
+                    StreakRow{"theThirdMissBreaks", met(14) + "---M", true, 1, 14, 0, {15, 16}, true},
+                    StreakRow{"noMoreThanTwoFreezes", met(21), true, 21, 21, 2, {}, true},
+                    StreakRow{"freezesOff", "MMMMMMM-M", false, 1, 7, 0, {}, true},
+                    StreakRow{"noMetDay", "-", true, 0, 0, 0, {}, false},
+                    StreakRow{"fourteenDaysHoldTwo", met(14), true, 14, 14, 2, {}, true},
+                    StreakRow{"todayEarnsAFreezeToo", met(7), true, 7, 7, 1, {}, true},
+                    StreakRow{"missedDaysBeforeTheFirstSpendNothing", "---MMM", true, 3, 3, 0, {}, true},
+                    StreakRow{"aRunOfZeroSpendsNothing", met(7) + "----" + met(7), true, 7, 7, 1, {8}, true},
+                    StreakRow{"freezesOffEarnNothing", met(21), false, 21, 21, 0, {}, true},
+                    StreakRow{
+                        "theLostThirdFreezeStaysLost", met(21) + "---M", true, 1, 21, 0, {22, 23}, true}),
+    [](const auto& test) { return std::string(test.param.name); });
+
+TEST(StreakCalculator, WithoutHistoryTheResultIsEmpty) {
+    const StreakResult result = StreakCalculator::compute({}, goal, firstDay, true, Calendar::utc());
+    EXPECT_EQ(result, StreakResult::empty());
+    EXPECT_EQ(result, (StreakResult{0, 0, 0, {}, false}));
+}
+
+TEST(StreakCalculator, AGoalBelowOneAsksForAMinute) {
+    for (const int lowGoal : {1, 0, -5}) {
+        EXPECT_EQ(StreakCalculator::compute({{firstDay, 0}}, lowGoal, firstDay, true, Calendar::utc()),
+                  StreakResult::empty());
+        EXPECT_EQ(
+            StreakCalculator::compute({{firstDay, 1}}, lowGoal, firstDay, true, Calendar::utc()).current, 1);
+    }
+}
+
+TEST(StreakCalculator, ADayIsMetFromTheGoalOn) {
+    EXPECT_FALSE(StreakCalculator::compute({{firstDay, 59}}, 60, firstDay, true, Calendar::utc()).todayMet);
+    EXPECT_TRUE(StreakCalculator::compute({{firstDay, 60}}, 60, firstDay, true, Calendar::utc()).todayMet);
+}
+
+TEST(StreakCalculator, AHigherGoalRewritesThePast) {
+    const Calendar calendar = Calendar::utc();
+    const DayKey second = firstDay.adding(1, calendar);
+    const DayKey third = firstDay.adding(2, calendar);
+    const MinutesByDay minutes{{firstDay, 30}, {second, 60}, {third, 60}};
+    EXPECT_EQ(StreakCalculator::compute(minutes, 30, third, true, calendar).current, 3);
+    EXPECT_EQ(StreakCalculator::compute(minutes, 60, third, true, calendar).current, 2);
+    EXPECT_EQ(StreakCalculator::compute(minutes, 61, third, true, calendar), StreakResult::empty());
+}
+
+TEST(StreakCalculator, DaysAfterTodayPlayNoPart) {
+    History history("MMM");
+    history.minutes[history.today.adding(1, Calendar::utc())] = goal;
+    history.minutes[history.today.adding(5, Calendar::utc())] = goal;
+    EXPECT_EQ(history.compute(), (StreakResult{3, 3, 0, {}, true}));
+    history.today = firstDay.adding(-1, Calendar::utc());
+    EXPECT_EQ(history.compute(), StreakResult::empty());
+}
+
+TEST(StreakCalculator, ASkippedDayIsNoMiss) {
+    const Calendar apia = zone("Pacific/Apia");
+    const MinutesByDay minutes{{{2011, 12, 28}, 60}, {{2011, 12, 29}, 60}, {{2011, 12, 31}, 60}};
+    EXPECT_EQ(StreakCalculator::compute(minutes, goal, DayKey(2011, 12, 31), true, apia).current, 3);
+    EXPECT_EQ(StreakCalculator::compute(minutes, goal, DayKey(2011, 12, 31), true, Calendar::utc()).current,
+              1);
+}
+
+TEST(StreakCalculator, TheResultDependsOnlyOnTheArguments) {
+    const History history(met(8) + "-MM");
+    EXPECT_EQ(history.compute(), history.compute());
+}
+
+} // namespace
+} // namespace selvane
