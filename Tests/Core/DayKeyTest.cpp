@@ -1,6 +1,7 @@
 #include "SelvaneCore/DayKey.h"
 
 #include "Support/LocalTime.h"
+#include "Support/Printers.h"
 
 #include <absl/hash/hash_testing.h>
 #include <gtest/gtest.h>
@@ -12,11 +13,6 @@
 #include <vector>
 
 namespace selvane {
-
-void PrintTo(const DayKey& key, std::ostream* out) {
-    *out << key.description();
-}
-
 namespace {
 
 using absl::CivilSecond;

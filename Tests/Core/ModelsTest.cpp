@@ -1,5 +1,7 @@
 #include "SelvaneCore/Models.h"
 
+#include "Support/Printers.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>

@@ -1,30 +1,16 @@
 #include "SelvaneCore/Stats.h"
 
 #include "Support/LocalTime.h"
+#include "Support/Printers.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <limits>
-#include <ostream>
 #include <string>
 #include <vector>
 
 namespace selvane {
-
-void PrintTo(const AppUsage& usage, std::ostream* out) {
-    *out << usage.bundleID << " (" << usage.name << ") " << usage.seconds.count() << " s";
-}
-
-namespace Stats {
-
-void PrintTo(const Summary& summary, std::ostream* out) {
-    *out << summary.totalFocusMinutes << " min, " << summary.completedFocusSessions << " completed, average "
-         << summary.averageSessionMinutes << " min, hour " << summary.mostProductiveHour.value_or(-1);
-}
-
-} // namespace Stats
-
 namespace {
 
 using test::local;

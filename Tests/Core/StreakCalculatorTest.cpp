@@ -1,25 +1,15 @@
 #include "SelvaneCore/StreakCalculator.h"
 
 #include "Support/LocalTime.h"
+#include "Support/Printers.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ostream>
-#include <set>
 #include <string>
 #include <string_view>
 
 namespace selvane {
-
-void PrintTo(const StreakResult& result, std::ostream* out) {
-    *out << "current " << result.current << ", longest " << result.longest << ", freezes "
-         << result.freezesAvailable << ", frozen";
-    for (const DayKey& day : std::set<DayKey>(result.frozenDays.begin(), result.frozenDays.end()))
-        *out << ' ' << day.description();
-    *out << (result.todayMet ? ", today met" : ", today not met");
-}
-
 namespace {
 
 using test::zone;
