@@ -7,6 +7,7 @@ import time
 from virtualdesktop import Failure, changed_area, wait
 
 TITLE = "Selvane"
+BUS_NAME = "com.lorbin.selvane"
 
 
 class Selvane:
@@ -39,12 +40,19 @@ class Selvane:
             raise Failure(f"there is no program {self.binary}; build it first")
         if self.desktop.tray and not self._bare_tray:
             self._bare_tray = self.desktop.settled_picture(self.desktop.tray_area)
-        self.process = self.desktop.start("selvane", [self.binary])
         if self.desktop.tray:
+            self._launch()
             self.find_dial()
         else:
-            wait("the program to be reachable", lambda: self._check_alive() and
-                 self.desktop.owner("com.lorbin.selvane"))
+            self.start_without_dial()
+
+    def start_without_dial(self):
+        """Starts the program where nothing can show its dial yet."""
+        self._launch()
+        wait("the program to be reachable", lambda: self._check_alive() and self.desktop.owner(BUS_NAME))
+
+    def _launch(self):
+        self.process = self.desktop.start("selvane", [self.binary])
 
     def start_again(self):
         """Starts the program a second time while it runs; gives the exit status of that second process."""

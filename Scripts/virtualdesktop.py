@@ -25,7 +25,7 @@ import time
 
 import dbus
 import dbus.bus
-from PIL import Image, ImageChops, ImageGrab
+from PIL import ImageChops, ImageGrab
 import Xlib.display
 import Xlib.error
 import Xlib.ext.xtest
@@ -37,6 +37,11 @@ PR_SET_PDEATHSIG = 1
 PR_SET_CHILD_SUBREAPER = 36
 
 TRAY_HEIGHT = 28
+XFCE_SETTINGS = "/usr/share/dbus-1/services/org.xfce.Xfconf.service"
+ACCESSIBLE = "org.a11y.atspi.Accessible"
+REGISTRY = "org.a11y.atspi.Registry"
+REGISTRY_ROOT = "/org/a11y/atspi/accessible/root"
+ACCESSIBILITY_BUS = "/usr/libexec/at-spi-bus-launcher"
 
 XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0">
@@ -155,15 +160,16 @@ class Desktop:
     the logs and a last picture is kept and named; otherwise it goes, unless a folder was asked for."""
 
     def __init__(self, tray=None, *, dark=None, scale=1, size=(1280, 800), folder=None, background="#5b6773",
-                 keep=False):
+                 accessible=False):
         """`tray` is "notifier" (a host of status notifier items), "xembed" (a tray that embeds windows) or None.
-        `dark` None means a desktop that doesn't say whether it is dark; otherwise a settings portal says so."""
+        `dark` None means a desktop that doesn't say whether it is dark; otherwise a settings portal says so. With
+        `accessible` programs tell the accessibility bus what they show, and `texts` can be asked for it."""
         self.tray = tray
+        self.accessible = accessible
         self.dark = dark
         self.scale = scale
         self.size = size
         self.background = background
-        self.keep = keep
         self._folder = folder
         self._processes = {}
 
@@ -190,6 +196,8 @@ class Desktop:
             self._start_window_manager()
             if self.dark is not None:
                 self._start_portal()
+            if self.accessible:
+                self._start_accessibility()
             self.start_tray()
             self._start_notifications()
         except BaseException:
@@ -209,9 +217,10 @@ class Desktop:
         connection = getattr(self, "_display", None)
         if connection:
             connection.close()
-        bus = getattr(self, "bus", None)
-        if bus:
-            bus.close()
+        for name in ("_accessibility_bus", "bus"):
+            bus = getattr(self, name, None)
+            if bus:
+                bus.close()
         for number in (signal.SIGTERM, signal.SIGKILL):
             deadline = time.monotonic() + 3
             for pid in _descendants(os.getpid()):
@@ -225,7 +234,7 @@ class Desktop:
         shutil.rmtree(self._runtime, ignore_errors=True)
         if failed:
             print(f"What the desktop left, logs included, is in {self.folder}.", file=sys.stderr)
-        elif not self.keep and not self._folder:
+        elif not self._folder:
             shutil.rmtree(self.folder, ignore_errors=True)
 
     def _reap(self):
@@ -255,6 +264,8 @@ class Desktop:
             "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={self._runtime}/none",
             "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self._runtime}/bus",
         }
+        if self.accessible:
+            environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
         if self.scale != 1:
             environment["QT_SCALE_FACTOR"] = str(self.scale)
         for name in ("ASAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS"):
@@ -337,9 +348,8 @@ class Desktop:
         configuration = self._runtime / "bus.conf"
         configuration.write_text(BUS.format(socket=self._runtime / "bus", services=services))
         # The settings service of Xfce is the only one that the bus may start by itself here.
-        for known in ("/usr/share/dbus-1/services/org.xfce.Xfconf.service",):
-            if os.path.exists(known):
-                os.symlink(known, services / os.path.basename(known))
+        if os.path.exists(XFCE_SETTINGS):
+            os.symlink(XFCE_SETTINGS, services / os.path.basename(XFCE_SETTINGS))
         self.start("bus", ["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile"])
         wait("the session bus", lambda: (self._runtime / "bus").exists())
         self.bus = dbus.bus.BusConnection(self.environment["DBUS_SESSION_BUS_ADDRESS"])
@@ -352,6 +362,12 @@ class Desktop:
     def _start_portal(self):
         self.start("portal", ["/usr/bin/python3", __file__, "portal", "dark" if self.dark else "light"])
         wait("the settings portal", lambda: self.owner("org.freedesktop.portal.Desktop"))
+
+    def _start_accessibility(self):
+        self.start("accessibility", [ACCESSIBILITY_BUS, "--launch-immediately"])
+        wait("the accessibility bus", lambda: self.owner("org.a11y.Bus"))
+        address = self.bus.call_blocking("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", "", ())
+        self._accessibility_bus = dbus.bus.BusConnection(address)
 
     def _start_notifications(self):
         self.start("dunst", ["dunst"])
@@ -434,6 +450,28 @@ class Desktop:
             return not isinstance(window, int) and self._title(window) == title
         except (Xlib.error.BadWindow, Xlib.error.BadDrawable):
             return False
+
+    def texts(self, process):
+        """The accessible names of everything that a process shows now, from the outside in."""
+        names = []
+        for name, path in self._accessible(REGISTRY, REGISTRY_ROOT, "GetChildren"):
+            pid = self._accessibility_bus.call_blocking("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                                        "org.freedesktop.DBus", "GetConnectionUnixProcessID", "s",
+                                                        (name,))
+            if pid == process.pid:
+                self._collect_names(name, path, names)
+        return names
+
+    def _collect_names(self, owner, path, names):
+        name = self._accessibility_bus.call_blocking(owner, path, dbus.PROPERTIES_IFACE, "Get", "ss",
+                                                     (ACCESSIBLE, "Name"))
+        if name:
+            names.append(str(name))
+        for child_owner, child in self._accessible(owner, path, "GetChildren"):
+            self._collect_names(child_owner, child, names)
+
+    def _accessible(self, owner, path, method):
+        return self._accessibility_bus.call_blocking(owner, path, ACCESSIBLE, method, "", ())
 
     def _windows(self, window):
         try:
