@@ -160,12 +160,14 @@ class Desktop:
     the logs and a last picture is kept and named; otherwise it goes, unless a folder was asked for."""
 
     def __init__(self, tray=None, *, dark=None, scale=1, size=(1280, 800), folder=None, background="#5b6773",
-                 accessible=False):
+                 accessible=False, compositor=False):
         """`tray` is "notifier" (a host of status notifier items), "xembed" (a tray that embeds windows) or None.
         `dark` None means a desktop that doesn't say whether it is dark; otherwise a settings portal says so. With
-        `accessible` programs tell the accessibility bus what they show, and `texts` can be asked for it."""
+        `compositor` windows can be translucent. With `accessible` programs tell the accessibility bus what they
+        show, and `texts` can be asked for it."""
         self.tray = tray
         self.accessible = accessible
+        self.compositor = compositor
         self.dark = dark
         self.scale = scale
         self.size = size
@@ -194,6 +196,8 @@ class Desktop:
             self._start_display()
             self._start_bus()
             self._start_window_manager()
+            if self.compositor:
+                self._start_compositor()
             if self.dark is not None:
                 self._start_portal()
             if self.accessible:
@@ -358,6 +362,11 @@ class Desktop:
         self.start("openbox", ["openbox", "--sm-disable"])
         name = self._display.intern_atom("_NET_SUPPORTING_WM_CHECK")
         wait("the window manager", lambda: self._root.get_full_property(name, Xlib.X.AnyPropertyType))
+
+    def _start_compositor(self):
+        self.start("picom", ["picom", "--backend", "xrender", "--config", "/dev/null"])
+        selection = self._display.intern_atom("_NET_WM_CM_S0")
+        wait("the compositor", lambda: self._display.get_selection_owner(selection) != Xlib.X.NONE)
 
     def _start_portal(self):
         self.start("portal", ["/usr/bin/python3", __file__, "portal", "dark" if self.dark else "light"])
