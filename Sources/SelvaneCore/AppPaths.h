@@ -1,0 +1,18 @@
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+
+/// Where the user's data lies. Computed at each call from the environment; nothing is made on disk. Not to be
+/// called while another thread changes the environment.
+namespace selvane::AppPaths {
+
+/// The folder "Selvane" in the user's data folder: XDG_DATA_HOME if that is an absolute path, else
+/// ".local/share" in the home folder, which is HOME if absolute and otherwise the user's entry in the
+/// system's list of accounts. The program ends if there is no home folder at all.
+[[nodiscard]] std::filesystem::path dataDirectory();
+
+/// The file of that name in `dataDirectory`.
+[[nodiscard]] std::filesystem::path file(std::string_view name);
+
+} // namespace selvane::AppPaths

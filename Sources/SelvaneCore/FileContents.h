@@ -1,0 +1,42 @@
+#pragma once
+
+#include "SelvaneCore/FileError.h"
+#include "SelvaneCore/FileSystem.h"
+
+#include <tl/expected.hpp>
+
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <string_view>
+
+namespace selvane {
+
+/// The bytes of a file, in memory that goes on for `padding` readable bytes after the last one, as a parser
+/// that reads in wide steps needs it.
+class FileContents {
+public:
+    static constexpr std::size_t padding = 64;
+
+    /// Reads the whole file. The error is that of the first call that failed.
+    [[nodiscard]] static tl::expected<FileContents, FileError> read(FileSystem& fileSystem,
+                                                                    const std::filesystem::path& path);
+
+    /// A padded copy of `bytes`.
+    [[nodiscard]] static FileContents copy(std::string_view bytes);
+
+    /// Valid as long as this object.
+    [[nodiscard]] std::string_view bytes() const { return {_bytes.get(), _size}; }
+
+private:
+    explicit FileContents(std::size_t capacity);
+    void grow();
+
+    /// Not filled: the reader writes every byte that is looked at.
+    std::unique_ptr<char[]> _bytes;
+    std::size_t _size = 0;
+    /// Without the padding.
+    std::size_t _capacity;
+};
+
+} // namespace selvane

@@ -1,0 +1,174 @@
+#pragma once
+
+#include "SelvaneCore/Date.h"
+#include "SelvaneCore/FileContents.h"
+#include "SelvaneCore/UUID.h"
+
+#include <tl/expected.hpp>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace selvane {
+
+/// Why bytes could not be read as the value that was asked for.
+struct JSONError {
+    /// What is wrong: a short phrase.
+    std::string problem;
+
+    [[nodiscard]] const std::string& description() const { return problem; }
+};
+
+/// One value in a `JSONDocument`; a small handle that is valid as long as the document. Each question is
+/// answered with absence if the value is of another type.
+class JSONValue {
+public:
+    /// No value at all, as where an object lacks a key.
+    JSONValue() = default;
+
+    [[nodiscard]] bool isMissing() const { return !_document; }
+    [[nodiscard]] bool isNull() const;
+    [[nodiscard]] std::optional<bool> boolean() const;
+    /// Any number.
+    [[nodiscard]] std::optional<double> number() const;
+    /// A number without a fraction, however it is written, that fits.
+    [[nodiscard]] std::optional<std::int64_t> integer() const;
+    /// Valid as long as the document.
+    [[nodiscard]] std::optional<std::string_view> text() const;
+    /// Text of the exact form 2026-03-05T14:07:09Z that names a date and a time that exist.
+    [[nodiscard]] std::optional<Date> date() const;
+    [[nodiscard]] std::optional<UUID> uuid() const;
+
+    /// The values under these keys of an object, missing where there is no such key; of repeated keys the
+    /// last. Fastest if the object has its keys in the order of `keys`.
+    template <std::size_t count>
+    [[nodiscard]] std::optional<std::array<JSONValue, count>>
+    members(const std::array<std::string_view, count>& keys) const {
+        std::array<JSONValue, count> values;
+        if (!findMembers(keys, values))
+            return std::nullopt;
+        return values;
+    }
+
+    /// Every key of an object with its value, in the order of the text.
+    [[nodiscard]] std::optional<std::vector<std::pair<std::string_view, JSONValue>>> allMembers() const;
+
+    /// The elements of an array.
+    [[nodiscard]] std::optional<std::vector<JSONValue>> elements() const;
+
+private:
+    friend class JSONDocument;
+    friend struct JSONAccess;
+
+    bool findMembers(std::span<const std::string_view> keys, std::span<JSONValue> values) const;
+
+    /// The parser's own handle, which only the source file knows.
+    const void* _document = nullptr;
+    std::size_t _index = 0;
+};
+
+/// A JSON text that was read and checked to the last byte.
+///
+/// Refused are: bytes that are not UTF-8, a byte order mark, halves of surrogate pairs, numbers that are not
+/// JSON's or that fit neither 64 bits nor a finite float, nesting of more than 1,024 levels, and anything but
+/// white space after the value.
+class JSONDocument {
+public:
+    [[nodiscard]] static tl::expected<JSONDocument, JSONError> parse(const FileContents& contents);
+
+    JSONDocument(JSONDocument&&) noexcept;
+    JSONDocument& operator=(JSONDocument&&) noexcept;
+    ~JSONDocument();
+
+    [[nodiscard]] JSONValue root() const { return _root; }
+
+private:
+    struct Parser;
+    explicit JSONDocument(std::unique_ptr<Parser> parser);
+
+    std::unique_ptr<Parser> _parser;
+    JSONValue _root;
+};
+
+using JSONOutcome = tl::expected<void, JSONError>;
+
+/// Each `decode` reads one type strictly; after a failure `into` is of no use.
+[[nodiscard]] JSONOutcome decode(JSONValue value, bool& into);
+[[nodiscard]] JSONOutcome decode(JSONValue value, int& into);
+[[nodiscard]] JSONOutcome decode(JSONValue value, double& into);
+[[nodiscard]] JSONOutcome decode(JSONValue value, Seconds& into);
+[[nodiscard]] JSONOutcome decode(JSONValue value, std::string& into);
+[[nodiscard]] JSONOutcome decode(JSONValue value, Date& into);
+[[nodiscard]] JSONOutcome decode(JSONValue value, UUID& into);
+
+/// An array of which every element must be good.
+template <typename Element>
+[[nodiscard]] JSONOutcome decode(JSONValue value, std::vector<Element>& into) {
+    const auto elements = value.elements();
+    if (!elements)
+        return tl::unexpected(JSONError{"not an array"});
+    into.clear();
+    into.reserve(elements->size());
+    for (const JSONValue element : *elements) {
+        if (JSONOutcome outcome = decode(element, into.emplace_back()); !outcome)
+            return outcome;
+    }
+    return {};
+}
+
+/// Reads the fields of one object, and remembers the first that failed.
+///
+///     JSONRecord record(value, keys);
+///     record.required(0, session.id);
+///     return record.outcome();
+template <std::size_t count>
+class JSONRecord {
+public:
+    JSONRecord(JSONValue value, const std::array<std::string_view, count>& keys)
+        : _keys(keys), _values(value.members(keys)) {
+        if (!_values)
+            _outcome = tl::unexpected(JSONError{"not an object"});
+    }
+
+    /// The field under the key of that index.
+    template <typename Field>
+    void required(std::size_t index, Field& into) {
+        if (!_outcome)
+            return;
+        if (JSONOutcome outcome = decode((*_values)[index], into); !outcome)
+            fail(index, outcome.error());
+    }
+
+    /// The same for a field that may be missing or null.
+    template <typename Field>
+    void optional(std::size_t index, std::optional<Field>& into) {
+        if (!_outcome)
+            return;
+        const JSONValue value = (*_values)[index];
+        if (value.isMissing() || value.isNull())
+            into.reset();
+        else
+            required(index, into.emplace());
+    }
+
+    [[nodiscard]] const JSONOutcome& outcome() const { return _outcome; }
+
+private:
+    void fail(std::size_t index, const JSONError& error) {
+        _outcome = tl::unexpected(JSONError{"\"" + std::string(_keys[index]) + "\": " + error.problem});
+    }
+
+    const std::array<std::string_view, count>& _keys;
+    std::optional<std::array<JSONValue, count>> _values;
+    JSONOutcome _outcome;
+};
+
+} // namespace selvane

@@ -1,0 +1,139 @@
+#pragma once
+
+#include "SelvaneCore/Date.h"
+#include "SelvaneCore/UUID.h"
+
+#include <tl/expected.hpp>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string_view>
+#include <system_error>
+
+namespace selvane {
+
+/// Why a value has no JSON form.
+enum class JSONWriteError { textIsNotUTF8 = 1, numberIsNotFinite };
+
+[[nodiscard]] std::error_code make_error_code(JSONWriteError error);
+
+/// A key that is known when the program is built and needs no escapes.
+class JSONKey {
+public:
+    consteval JSONKey(const char* text) : _text(text) {
+        for (const char character : _text) {
+            if (character < 0x20 || character == '"' || character == '\\' || character == '/')
+                throw "a key that needs escapes";
+        }
+    }
+
+    [[nodiscard]] constexpr std::string_view text() const { return _text; }
+
+private:
+    std::string_view _text;
+};
+
+/// Writes the one JSON form that this program's files have: two-space indents, `"key" : value`, an escaped
+/// slash, no final line break. Equal calls give equal bytes, whatever the locale.
+///
+/// The caller gives keys in ascending order of their bytes, balances begin and end, and puts a key before
+/// each value in an object. The first value that has no JSON form makes the whole text a failure, which
+/// `finish` tells; the calls after it do no harm.
+class JSONWriter {
+public:
+    JSONWriter() = default;
+
+    void beginObject() { open('{'); }
+    void endObject() { close('}'); }
+    void beginArray() { open('['); }
+    void endArray() { close(']'); }
+
+    /// The key of the next value.
+    void key(JSONKey key) {
+        const std::string_view text = key.text();
+        beginEntry(text.size());
+        put('"');
+        std::memcpy(_cursor, text.data(), text.size());
+        _cursor += text.size();
+        std::memcpy(_cursor, "\" : ", 4);
+        _cursor += 4;
+        _followsKey = true;
+    }
+    /// The same for a key that is any text.
+    void anyKey(std::string_view text);
+
+    void value(std::string_view text);
+    /// Shortest digits that read back as the same number; a whole number without fraction and exponent as
+    /// long as it fits 64 bits.
+    void value(double number);
+    void value(std::int64_t number);
+    void value(int number) { value(std::int64_t{number}); }
+    void value(bool flag);
+    void value(const char*) = delete;
+    /// In UTC and whole seconds, the fraction dropped. An instant outside the years 0000 to 9999 is written
+    /// as the nearest that lies in them.
+    void value(Date date);
+    void value(const UUID& id);
+
+    /// The whole text. Valid until the next call and as long as the writer.
+    [[nodiscard]] tl::expected<std::string_view, JSONWriteError> finish() const;
+
+private:
+    struct Free {
+        void operator()(char* bytes) const { std::free(bytes); }
+    };
+
+    /// More than any entry needs beside its text and its indent.
+    static constexpr std::size_t slack = 64;
+    static constexpr std::size_t indentStep = 2;
+
+    void ensure(std::size_t count) {
+        if (static_cast<std::size_t>(_end - _cursor) < count + slack) [[unlikely]]
+            grow(count + slack);
+    }
+    void grow(std::size_t count);
+    void put(char character) { *_cursor++ = character; }
+
+    /// What stands before a key or an element, with room for `count` more bytes and the slack after it.
+    void beginEntry(std::size_t count) {
+        ensure(count + _indent);
+        if (_hasEntries)
+            put(',');
+        _hasEntries = true;
+        breakLine();
+    }
+    void beginValue(std::size_t count) {
+        if (_followsKey || _indent == 0)
+            ensure(count);
+        else
+            beginEntry(count);
+        _followsKey = false;
+    }
+    void breakLine() {
+        put('\n');
+        std::memset(_cursor, ' ', _indent);
+        _cursor += _indent;
+    }
+    void open(char bracket);
+    void close(char bracket);
+    void quoted(std::string_view text);
+    void quotedSlowly(std::string_view text);
+    void fail(JSONWriteError error);
+
+    /// Grown by realloc, which moves the pages of a large block instead of its bytes.
+    std::unique_ptr<char, Free> _bytes;
+    char* _cursor = nullptr;
+    char* _end = nullptr;
+    std::size_t _indent = 0;
+    bool _hasEntries = false;
+    bool _followsKey = false;
+    JSONWriteError _error{};
+};
+
+} // namespace selvane
+
+template <>
+struct std::is_error_code_enum<selvane::JSONWriteError> : std::true_type {};

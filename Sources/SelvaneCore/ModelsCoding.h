@@ -1,0 +1,34 @@
+#pragma once
+
+#include "SelvaneCore/JSONReader.h"
+#include "SelvaneCore/JSONWriter.h"
+#include "SelvaneCore/Models.h"
+#include "SelvaneCore/TaskList.h"
+
+#include <vector>
+
+/// The JSON form of the stored records. Writing takes any record; reading is strict: a key that is missing, a
+/// value of the wrong type or an unknown phase fails the record, while keys that are not known are passed
+/// over. Nothing checks that what was read makes sense.
+namespace selvane {
+
+void encode(JSONWriter& writer, const AppUsage& usage);
+void encode(JSONWriter& writer, const FocusSession& session);
+void encode(JSONWriter& writer, const TaskItem& item);
+void encode(JSONWriter& writer, const TaskList& list);
+
+[[nodiscard]] JSONOutcome decode(JSONValue value, Phase& into);
+[[nodiscard]] JSONOutcome decode(JSONValue value, AppUsage& into);
+[[nodiscard]] JSONOutcome decode(JSONValue value, FocusSession& into);
+[[nodiscard]] JSONOutcome decode(JSONValue value, TaskItem& into);
+[[nodiscard]] JSONOutcome decode(JSONValue value, TaskList& into);
+
+template <typename Element>
+void encode(JSONWriter& writer, const std::vector<Element>& elements) {
+    writer.beginArray();
+    for (const Element& element : elements)
+        encode(writer, element);
+    writer.endArray();
+}
+
+} // namespace selvane

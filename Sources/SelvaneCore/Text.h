@@ -1,0 +1,34 @@
+#pragma once
+
+#include <compare>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// Text as its readers see it, by the rules of Unicode and of no language in particular. All text is UTF-8;
+/// where it isn't, each wrong byte sequence counts as U+FFFD. Any thread; never fails.
+namespace selvane::Text {
+
+/// Whether all of the text is well-formed UTF-8.
+[[nodiscard]] bool isValid(std::string_view text);
+
+/// The length in user-perceived characters (extended grapheme clusters).
+[[nodiscard]] std::size_t count(std::string_view text);
+
+/// The first `length` user-perceived characters, or all of them. A view into `text`.
+[[nodiscard]] std::string_view prefix(std::string_view text, std::size_t length);
+
+/// The text without white space and line breaks (the property White_Space) at its ends. A view into `text`.
+[[nodiscard]] std::string_view trimmed(std::string_view text);
+
+/// The text in lower case, with the full mappings of Unicode: one character may become several, and a sigma
+/// at the end of a word its final form.
+[[nodiscard]] std::string lowercased(std::string_view text);
+
+/// Whether two texts are the same to a reader: an e with an acute accent is one however it is encoded.
+[[nodiscard]] bool isEqual(std::string_view left, std::string_view right);
+
+/// The order of the scalar values of both texts' composed forms (NFC). Equal where `isEqual` holds.
+[[nodiscard]] std::strong_ordering compare(std::string_view left, std::string_view right);
+
+} // namespace selvane::Text
