@@ -44,9 +44,6 @@ public:
     /// Jumps ahead as a suspend does: repeated work runs once for all the turns that it missed.
     void suspend(Seconds length) {
         _now += length;
-        const auto due = std::exchange(*_queue, {});
-        for (const auto& [key, entry] : due)
-            _queue->emplace(std::pair{std::max(key.first, _now), key.second}, entry);
         turn();
     }
 
@@ -69,8 +66,14 @@ private:
 
     Subscription handle(std::uint64_t id) {
         return Subscription([queue = std::weak_ptr<Queue>(_queue), id] {
-            if (const auto alive = queue.lock())
-                std::erase_if(*alive, [id](const auto& item) { return item.first.second == id; });
+            const auto alive = queue.lock();
+            if (alive == nullptr)
+                return;
+            const auto found =
+                std::ranges::find_if(*alive, [id](const auto& item) { return item.first.second == id; });
+            // What is cancelled is destroyed after the queue is whole again: its end may come back here.
+            if (found != alive->end())
+                const auto node = alive->extract(found);
         });
     }
 
@@ -79,8 +82,12 @@ private:
         const auto [due, id] = node.key();
         const Entry entry = node.mapped();
         _now = std::max(_now, due);
-        if (entry.interval)
-            _queue->emplace(Key{_now + *entry.interval, id}, entry);
+        if (entry.interval) {
+            Seconds next = due + *entry.interval;
+            while (next <= _now)
+                next += *entry.interval;
+            _queue->emplace(Key{next, id}, entry);
+        }
         (*entry.work)();
     }
 

@@ -49,8 +49,9 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, DBusMenuLayoutIte
 QDBusArgument& operator<<(QDBusArgument& argument, const DBusMenuEvent& event);
 const QDBusArgument& operator>>(const QDBusArgument& argument, DBusMenuEvent& event);
 
-/// What a panel calls on the menu. An unknown id is answered with an error where the whole call is about it,
-/// and reported back or left out where it is one of many.
+/// What a panel calls on the menu. Types in signatures have their full names, by which the bus finds them. An
+/// unknown id is answered with an error where the whole call is about it, and reported back or left out where
+/// it is one of many.
 class DBusMenuAdaptor final : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "com.canonical.dbusmenu")
@@ -72,17 +73,17 @@ public:
 public Q_SLOTS:
     uint GetLayout(int parentId, int recursionDepth, const QStringList& propertyNames,
                    selvane::DBusMenuLayoutItem& layout);
-    selvane::DBusMenuItemList GetGroupProperties(const QList<int>& ids, const QStringList& propertyNames);
+    QList<selvane::DBusMenuItem> GetGroupProperties(const QList<int>& ids, const QStringList& propertyNames);
     QDBusVariant GetProperty(int id, const QString& name);
     void Event(int id, const QString& eventId, const QDBusVariant& data, uint timestamp);
-    QList<int> EventGroup(const selvane::DBusMenuEventList& events);
+    QList<int> EventGroup(const QList<selvane::DBusMenuEvent>& events);
     bool AboutToShow(int id);
     QList<int> AboutToShowGroup(const QList<int>& ids, QList<int>& idErrors);
 
 Q_SIGNALS:
     void LayoutUpdated(uint revision, int parent);
-    void ItemsPropertiesUpdated(const selvane::DBusMenuItemList& updatedProps,
-                                const selvane::DBusMenuItemKeysList& removedProps);
+    void ItemsPropertiesUpdated(const QList<selvane::DBusMenuItem>& updatedProps,
+                                const QList<selvane::DBusMenuItemKeys>& removedProps);
     void ItemActivationRequested(int id, uint timestamp);
 
 private:

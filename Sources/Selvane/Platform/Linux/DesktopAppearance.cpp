@@ -35,6 +35,8 @@ DesktopAppearance::DesktopAppearance(const QDBusConnection& sessionBus)
     if (!_bus.isConnected())
         return;
     connect(&_portal, &QDBusServiceWatcher::serviceRegistered, this, &DesktopAppearance::readPreference);
+    // Without it Qt looks for the type of the slot before it has made its own types known, and finds no slot.
+    qRegisterMetaType<QDBusVariant>();
     // Of a portal that went away the last word stands: one that crashed is the same desktop a moment later.
     _bus.connect(QString(), portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
                  SLOT(settingChanged(QString, QString, QDBusVariant)));

@@ -56,6 +56,9 @@ std::uint32_t luma(std::uint32_t red, std::uint32_t green, std::uint32_t blue) {
 constexpr std::uint32_t nothing = XCB_NONE;
 constexpr std::uint32_t dockRequest = 0;
 constexpr std::uint32_t embedIsMapped = 1;
+/// The flag PMinSize of WM_NORMAL_HINTS.
+constexpr std::uint32_t hintMinimumSize = 1U << 4U;
+constexpr std::uint16_t smallestSide = 22;
 
 } // namespace
 
@@ -110,11 +113,12 @@ public:
         handleLater();
     }
 
-    [[nodiscard]] std::optional<ScreenRect> geometry() const {
+    [[nodiscard]] std::optional<ScreenRect> geometry() {
         if (_window == XCB_NONE || !_isMapped)
             return std::nullopt;
         const Owned<xcb_translate_coordinates_reply_t> corner(xcb_translate_coordinates_reply(
             _xcb, xcb_translate_coordinates(_xcb, _window, _screen->root, 0, 0), nullptr));
+        handleLater();
         if (corner == nullptr)
             return std::nullopt;
         return ScreenRect{corner->dst_x, corner->dst_y, _width, _height};
@@ -214,8 +218,8 @@ private:
             return;
         chooseVisual();
         _window = xcb_generate_id(_xcb);
-        _width = 24;
-        _height = 24;
+        _width = smallestSide;
+        _height = smallestSide;
         const std::uint32_t events =
             XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_BUTTON_PRESS;
         if (_hasAlpha) {
@@ -253,6 +257,13 @@ private:
         const std::uint32_t info[] = {0, embedIsMapped};
         xcb_change_property(_xcb, XCB_PROP_MODE_REPLACE, _window, _atoms[embedInfo], _atoms[embedInfo], 32, 2,
                             info);
+        // Trays that take a window's wish for its size would make it one pixel wide without this.
+        std::array<std::uint32_t, 18> sizeHints{};
+        sizeHints[0] = hintMinimumSize;
+        sizeHints[5] = smallestSide;
+        sizeHints[6] = smallestSide;
+        xcb_change_property(_xcb, XCB_PROP_MODE_REPLACE, _window, XCB_ATOM_WM_NORMAL_HINTS,
+                            XCB_ATOM_WM_SIZE_HINTS, 32, sizeHints.size(), sizeHints.data());
         const std::string name = "Selvane";
         const auto length = static_cast<std::uint32_t>(name.size());
         xcb_change_property(_xcb, XCB_PROP_MODE_REPLACE, _window, _atoms[netName], _atoms[utf8String], 8,

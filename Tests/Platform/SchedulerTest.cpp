@@ -1,0 +1,311 @@
+#include "Selvane/Platform/Scheduler.h"
+
+#include "Selvane/Platform/Linux/LinuxScheduler.h"
+#include "Support/EventLoop.h"
+#include "Support/ManualScheduler.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace selvane::test {
+namespace {
+
+using std::chrono::milliseconds;
+using testing::ElementsAre;
+
+/// A scheduler together with what makes time pass for it.
+class Clockwork {
+public:
+    virtual ~Clockwork() = default;
+    virtual Scheduler& scheduler() = 0;
+    /// One turn of the main loop.
+    virtual void turn() = 0;
+    /// Lets time pass until `condition` holds; false if it never does.
+    virtual bool passUntil(const std::function<bool()>& condition) = 0;
+    /// Time in which no turn happens, as in a suspend.
+    virtual void standStill(Seconds length) = 0;
+    virtual void destroyScheduler() = 0;
+};
+
+class ManualClockwork final : public Clockwork {
+public:
+    Scheduler& scheduler() override { return *_scheduler; }
+    void turn() override { _scheduler->turn(); }
+    bool passUntil(const std::function<bool()>& condition) override {
+        for (int step = 0; step < 10'000 && !condition(); ++step)
+            _scheduler->advance(milliseconds{1});
+        return condition();
+    }
+    void standStill(Seconds length) override { _scheduler->suspend(length); }
+    void destroyScheduler() override { _scheduler.reset(); }
+
+private:
+    std::unique_ptr<ManualScheduler> _scheduler = std::make_unique<ManualScheduler>();
+};
+
+class LinuxClockwork final : public Clockwork {
+public:
+    Scheduler& scheduler() override { return *_scheduler; }
+    void turn() override {
+        bool turned = false;
+        _scheduler->post([&] { turned = true; });
+        waitUntil([&] { return turned; });
+    }
+    bool passUntil(const std::function<bool()>& condition) override { return waitUntil(condition); }
+    void standStill(Seconds length) override {
+        std::this_thread::sleep_for(length);
+        turn();
+    }
+    void destroyScheduler() override { _scheduler.reset(); }
+
+private:
+    std::unique_ptr<LinuxScheduler> _scheduler = std::make_unique<LinuxScheduler>();
+};
+
+struct Kind {
+    std::string name;
+    std::function<std::unique_ptr<Clockwork>()> make;
+};
+
+void PrintTo(const Kind& kind, std::ostream* stream) {
+    *stream << kind.name;
+}
+
+class SchedulerContract : public testing::TestWithParam<Kind> {
+protected:
+    Scheduler& scheduler() { return _clockwork->scheduler(); }
+
+    std::unique_ptr<Clockwork> _clockwork = GetParam().make();
+    std::vector<std::string> _journal;
+
+    Scheduler::Work note(const std::string& word) {
+        return [this, word] { _journal.push_back(word); };
+    }
+    bool passUntilNoted(std::size_t count) {
+        return _clockwork->passUntil([&] { return _journal.size() >= count; });
+    }
+};
+
+TEST_P(SchedulerContract, WorkNeverRunsInsideTheCallThatSchedulesIt) {
+    scheduler().post(note("posted"));
+    const auto now = scheduler().after(Seconds{0}, note("after zero"));
+    const auto before = scheduler().after(Seconds{-1}, note("after less than zero"));
+    EXPECT_THAT(_journal, ElementsAre());
+    _clockwork->turn();
+    EXPECT_THAT(_journal, ElementsAre("posted", "after zero", "after less than zero"));
+}
+
+TEST_P(SchedulerContract, WorkRunsInTheOrderOfItsMoments) {
+    const auto third = scheduler().after(milliseconds{9}, note("9"));
+    const auto first = scheduler().after(milliseconds{3}, note("3"));
+    const auto second = scheduler().after(milliseconds{6}, note("6"));
+    ASSERT_TRUE(passUntilNoted(3));
+    EXPECT_THAT(_journal, ElementsAre("3", "6", "9"));
+}
+
+TEST_P(SchedulerContract, WorkIsNeverEarly) {
+    const Seconds start = scheduler().now();
+    std::optional<Seconds> ran;
+    const auto timer = scheduler().after(milliseconds{7}, [&] { ran = scheduler().now(); });
+    ASSERT_TRUE(_clockwork->passUntil([&] { return ran.has_value(); }));
+    EXPECT_GE((*ran - start).count(), 0.007 - 1e-9);
+}
+
+TEST_P(SchedulerContract, WorkOfAfterRunsOnce) {
+    const auto once = scheduler().after(milliseconds{1}, note("once"));
+    const auto later = scheduler().after(milliseconds{15}, note("later"));
+    ASSERT_TRUE(passUntilNoted(2));
+    EXPECT_THAT(_journal, ElementsAre("once", "later"));
+}
+
+TEST_P(SchedulerContract, EndedHandlesNeverRun) {
+    auto ended = scheduler().after(milliseconds{1}, note("ended"));
+    auto endedAtOnce = scheduler().after(Seconds{0}, note("ended at once"));
+    auto repeated = scheduler().every(milliseconds{1}, Seconds{0}, note("repeated"));
+    const auto kept = scheduler().after(milliseconds{10}, note("kept"));
+    ended.end();
+    endedAtOnce.end();
+    repeated.end();
+    ASSERT_TRUE(passUntilNoted(1));
+    EXPECT_THAT(_journal, ElementsAre("kept"));
+}
+
+TEST_P(SchedulerContract, WorkMayEndOtherWorkThatIsDueInTheSameTurn) {
+    Subscription second;
+    scheduler().post([&] {
+        _journal.emplace_back("first");
+        second.end();
+    });
+    second = scheduler().after(Seconds{0}, note("second"));
+    scheduler().post(note("third"));
+    _clockwork->turn();
+    EXPECT_THAT(_journal, ElementsAre("first", "third"));
+}
+
+TEST_P(SchedulerContract, RepeatedWorkMayEndItself) {
+    Subscription timer;
+    timer = scheduler().every(milliseconds{2}, Seconds{0}, [&] {
+        _journal.emplace_back("run");
+        timer.end();
+    });
+    const auto later = scheduler().after(milliseconds{15}, note("later"));
+    ASSERT_TRUE(passUntilNoted(2));
+    EXPECT_THAT(_journal, ElementsAre("run", "later"));
+}
+
+TEST_P(SchedulerContract, WorkMayOwnItsHandleAndDestroyIt) {
+    auto owner = std::make_shared<Subscription>();
+    std::weak_ptr<Subscription> watch = owner;
+    *owner = scheduler().after(milliseconds{1}, [this, owner]() mutable {
+        _journal.emplace_back("run");
+        owner.reset();
+    });
+    owner.reset();
+    ASSERT_TRUE(passUntilNoted(1));
+    EXPECT_TRUE(watch.expired());
+}
+
+TEST_P(SchedulerContract, EndingAHandleMayEndAnotherOneThatItsWorkHolds) {
+    auto inner = std::make_shared<Subscription>(scheduler().after(milliseconds{5}, note("inner")));
+    auto outer = scheduler().after(milliseconds{5}, [inner] {});
+    inner.reset();
+    outer.end();
+    const auto later = scheduler().after(milliseconds{10}, note("later"));
+    ASSERT_TRUE(passUntilNoted(1));
+    EXPECT_THAT(_journal, ElementsAre("later"));
+}
+
+TEST_P(SchedulerContract, WorkMayScheduleMore) {
+    scheduler().post([&] {
+        _journal.emplace_back("outer");
+        scheduler().post(note("inner"));
+        EXPECT_THAT(_journal, ElementsAre("outer"));
+    });
+    ASSERT_TRUE(passUntilNoted(2));
+    EXPECT_THAT(_journal, ElementsAre("outer", "inner"));
+}
+
+TEST_P(SchedulerContract, HandlesMayOutliveTheScheduler) {
+    auto after = scheduler().after(milliseconds{1}, note("after"));
+    auto every = scheduler().every(milliseconds{1}, Seconds{0}, note("every"));
+    _clockwork->destroyScheduler();
+    after.end();
+    every.end();
+    EXPECT_THAT(_journal, ElementsAre());
+}
+
+TEST_P(SchedulerContract, RepeatedWorkRunsOnceForEveryMultipleOfItsInterval) {
+    const Seconds start = scheduler().now();
+    std::vector<int> turns;
+    const auto timer = scheduler().every(milliseconds{8}, Seconds{0}, [&] {
+        turns.push_back(static_cast<int>(std::floor((scheduler().now() - start).count() / 0.008 + 1e-6)));
+    });
+    ASSERT_TRUE(_clockwork->passUntil([&] { return turns.size() >= 3; }));
+    // 1. Turns that pass while nothing runs are made up for by a single one.
+    const std::size_t before = turns.size();
+    _clockwork->standStill(milliseconds{30});
+    ASSERT_TRUE(_clockwork->passUntil([&] { return turns.size() >= before + 3; }));
+    // 2. So no multiple is seen twice, and the first is not before its time.
+    EXPECT_GE(turns.front(), 1);
+    EXPECT_TRUE(std::ranges::adjacent_find(turns, std::greater_equal<>()) == turns.end())
+        << testing::PrintToString(turns);
+    EXPECT_GE(turns[before], turns[before - 1] + 3);
+}
+
+TEST_P(SchedulerContract, TheClockNeverGoesBack) {
+    const Seconds before = scheduler().now();
+    _clockwork->standStill(milliseconds{2});
+    EXPECT_GE((scheduler().now() - before).count(), 0.002 - 1e-9);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, SchedulerContract,
+                         testing::Values(Kind{"Manual", [] { return std::make_unique<ManualClockwork>(); }},
+                                         Kind{"Linux", [] { return std::make_unique<LinuxClockwork>(); }}),
+                         [](const auto& test) { return test.param.name; });
+
+TEST(ManualScheduler, RepeatedWorkKeepsItsMultiplesAfterASuspend) {
+    ManualScheduler scheduler;
+    std::vector<double> runs;
+    const auto timer =
+        scheduler.every(Seconds{10}, Seconds{1}, [&] { runs.push_back(scheduler.now().count()); });
+    scheduler.suspend(Seconds{34});
+    scheduler.advance(Seconds{20});
+    EXPECT_THAT(runs, ElementsAre(34, 40, 50));
+}
+
+/// The lines "it_value" of the timers that this process has open, as the kernel tells them.
+std::vector<QByteArray> kernelTimers() {
+    std::vector<QByteArray> values;
+    const QDir files(QStringLiteral("/proc/self/fd"));
+    for (const QString& name : files.entryList(QDir::System | QDir::Files)) {
+        if (!QFile::symLinkTarget(files.filePath(name)).endsWith(QLatin1String("[timerfd]")))
+            continue;
+        QFile details(QStringLiteral("/proc/self/fdinfo/") + name);
+        if (!details.open(QIODevice::ReadOnly))
+            continue;
+        for (const QByteArray& line : details.readAll().split('\n')) {
+            if (line.startsWith("it_value:"))
+                values.push_back(line.simplified());
+        }
+    }
+    return values;
+}
+
+TEST(LinuxScheduler, HasOneKernelTimerWhichIsOffWhileNothingWaits) {
+    LinuxScheduler scheduler;
+    EXPECT_THAT(kernelTimers(), ElementsAre("it_value: (0, 0)"));
+    auto first = scheduler.after(Seconds{100}, [] {});
+    auto second = scheduler.every(Seconds{200}, Seconds{1}, [] {});
+    ASSERT_EQ(kernelTimers().size(), 1U);
+    EXPECT_TRUE(kernelTimers().front().startsWith("it_value: (99,")) << kernelTimers().front().constData();
+    first.end();
+    EXPECT_TRUE(kernelTimers().front().startsWith("it_value: (200,")) << kernelTimers().front().constData();
+    second.end();
+    EXPECT_THAT(kernelTimers(), ElementsAre("it_value: (0, 0)"));
+}
+
+TEST(LinuxScheduler, ToleranceLetsWorkShareAWakeUp) {
+    LinuxScheduler scheduler;
+    std::vector<std::string> journal;
+    const Seconds start = scheduler.now();
+    Seconds firstTick{0};
+    const auto tick = scheduler.every(milliseconds{20}, milliseconds{20}, [&] {
+        if (firstTick == Seconds{0})
+            firstTick = scheduler.now() - start;
+        journal.emplace_back("tick");
+    });
+    const auto single = scheduler.after(milliseconds{30}, [&] { journal.emplace_back("single"); });
+    ASSERT_TRUE(waitUntil([&] { return journal.size() >= 2; }));
+    EXPECT_EQ(journal[0], "tick");
+    EXPECT_EQ(journal[1], "single");
+    EXPECT_GE(firstTick.count(), 0.030);
+}
+
+TEST(LinuxScheduler, TakesLengthsOfAnySize) {
+    LinuxScheduler scheduler;
+    int runs = 0;
+    const auto huge = scheduler.after(Seconds{1e300}, [&] { ++runs; });
+    const auto infinite = scheduler.after(Seconds{std::numeric_limits<double>::infinity()}, [&] { ++runs; });
+    bool ran = false;
+    const auto undefined =
+        scheduler.after(Seconds{std::numeric_limits<double>::quiet_NaN()}, [&] { ran = true; });
+    EXPECT_TRUE(waitUntil([&] { return ran; }));
+    EXPECT_EQ(runs, 0);
+}
+
+} // namespace
+} // namespace selvane::test

@@ -1,0 +1,318 @@
+#include "Selvane/Platform/Linux/StatusNotifierItem.h"
+
+#include "FakeNotifierPanel.h"
+#include "PlainImage.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+
+namespace selvane::test {
+namespace {
+
+using testing::ElementsAre;
+
+class StatusNotifierItemTest : public testing::Test {
+protected:
+    void SetUp() override {
+        _item->onMenuEntry = [this](int id) { _chosen.push_back(id); };
+        _item->setShown(true);
+        _panel.appear();
+        ASSERT_TRUE(waitUntil([&] { return _panel.registered.size() == 1; }));
+    }
+
+    /// Everything that the item sent before has arrived when this returns.
+    void flush() {
+        const std::string mark = "flush " + std::to_string(++_flushes);
+        _item->setLabel(mark);
+        ASSERT_TRUE(waitUntil([&] { return _panel.lastArguments.value(0) == QString::fromStdString(mark); }));
+    }
+
+    PrivateBus _bus;
+    FakeNotifierPanel _panel{_bus.connect()};
+    std::unique_ptr<StatusNotifierItem> _item = std::make_unique<StatusNotifierItem>(_bus.connect());
+    std::vector<int> _chosen;
+    int _flushes = 0;
+};
+
+TEST_F(StatusNotifierItemTest, RegistersUnderAName) {
+    EXPECT_EQ(_panel.registered.front(), _item->serviceName());
+    EXPECT_EQ(_item->serviceName(),
+              QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid()));
+}
+
+TEST_F(StatusNotifierItemTest, SaysWhatItIs) {
+    const std::map<const char*, QVariant> properties{
+        {"Category", QStringLiteral("ApplicationStatus")},
+        {"Id", QStringLiteral("selvane")},
+        {"Title", QStringLiteral("Selvane")},
+        {"Status", QStringLiteral("Active")},
+        {"IconName", QString()},
+        {"IconThemePath", QString()},
+        {"ItemIsMenu", false},
+        {"XAyatanaLabel", QString()},
+        {"XAyatanaLabelGuide", QString()},
+        {"IconAccessibleDesc", QString()},
+    };
+    for (const auto& [name, value] : properties)
+        EXPECT_EQ(_panel.property(name), value) << name;
+}
+
+TEST_F(StatusNotifierItemTest, PicturesAreInNetworkByteOrder) {
+    const auto image = std::make_shared<PlainImage>(0x40102030, 0x80ffeedd);
+    _item->setImage(image, Ink::dark);
+    EXPECT_EQ(image->drawings, 0);
+    const auto pixmaps = qdbus_cast<NotifierPixmapList>(_panel.property("IconPixmap"));
+    EXPECT_EQ(image->drawings, pixmaps.size());
+    std::vector<int> sides;
+    for (const NotifierPixmap& pixmap : pixmaps) {
+        sides.push_back(pixmap.width);
+        EXPECT_EQ(pixmap.width, pixmap.height);
+        ASSERT_EQ(pixmap.bytes.size(), pixmap.width * pixmap.height * 4);
+        EXPECT_EQ(pixmap.bytes.first(4), QByteArray("\x40\x10\x20\x30"));
+        EXPECT_EQ(pixmap.bytes.last(4), QByteArray("\x40\x10\x20\x30"));
+    }
+    EXPECT_THAT(sides, ElementsAre(16, 22, 24, 32, 48, 64));
+    _item->setImage(image, Ink::light);
+    EXPECT_EQ(qdbus_cast<NotifierPixmapList>(_panel.property("IconPixmap")).front().bytes.first(4),
+              QByteArray("\x80\xff\xee\xdd"));
+}
+
+TEST_F(StatusNotifierItemTest, AnEqualValueIsNotToldAgain) {
+    const auto image = std::make_shared<PlainImage>(0xff000000, 0xffffffff);
+    const std::vector<StatusMenuEntry> menu{{1, "Open", true}};
+    for (int round = 0; round < 3; ++round) {
+        _item->setImage(image, Ink::dark);
+        _item->setLabel("24:59");
+        _item->setToolTip("Focus");
+        _item->setMenu(menu);
+    }
+    flush();
+    EXPECT_EQ(_panel.count("NewIcon"), 1);
+    EXPECT_EQ(_panel.count("NewToolTip"), 1);
+    EXPECT_EQ(_panel.count("LayoutUpdated"), 1);
+    EXPECT_EQ(_panel.count("XAyatanaNewLabel"), 2) << "one of them is the last of all";
+    _item->setImage(image, Ink::light);
+    flush();
+    EXPECT_EQ(_panel.count("NewIcon"), 2);
+}
+
+TEST_F(StatusNotifierItemTest, TheTooltipIsToldAgainOnceItWasRead) {
+    _item->setToolTip("one");
+    _item->setToolTip("two");
+    flush();
+    EXPECT_EQ(_panel.count("NewToolTip"), 1);
+    EXPECT_EQ(qdbus_cast<NotifierToolTip>(_panel.property("ToolTip")).title, QStringLiteral("two"));
+    _item->setToolTip("three");
+    flush();
+    EXPECT_EQ(_panel.count("NewToolTip"), 2);
+    EXPECT_EQ(qdbus_cast<NotifierToolTip>(_panel.property("ToolTip")).title, QStringLiteral("three"));
+}
+
+TEST_F(StatusNotifierItemTest, APanelThatLostAMessageHearsOfTheTooltipLater) {
+    for (int change = 0; change < 61; ++change)
+        _item->setToolTip(std::to_string(change));
+    flush();
+    EXPECT_EQ(_panel.count("NewToolTip"), 3);
+}
+
+TEST_F(StatusNotifierItemTest, TheLabelComesWithAGuide) {
+    _item->setLabel("04:59");
+    ASSERT_TRUE(waitUntil([&] { return _panel.count("XAyatanaNewLabel") == 1; }));
+    EXPECT_EQ(_panel.lastArguments, (QVariantList{QStringLiteral("04:59"), QStringLiteral("00:00")}));
+    EXPECT_EQ(_panel.property("XAyatanaLabel"), QStringLiteral("04:59"));
+    EXPECT_EQ(_panel.property("XAyatanaLabelGuide"), QStringLiteral("00:00"));
+    _item->setLabel("");
+    ASSERT_TRUE(waitUntil([&] { return _panel.count("XAyatanaNewLabel") == 2; }));
+    EXPECT_EQ(_panel.lastArguments, (QVariantList{QString(), QString()}));
+}
+
+TEST_F(StatusNotifierItemTest, ClicksArrive) {
+    std::vector<ScreenPoint> activations;
+    int secondary = 0;
+    _item->onActivate = [&](ScreenPoint point) { activations.push_back(point); };
+    _item->onSecondaryActivate = [&] { ++secondary; };
+    _panel.tell("Activate", {10, 20});
+    _panel.tell("SecondaryActivate", {1, 1});
+    _panel.tell("ContextMenu", {30, 40});
+    EXPECT_EQ(_panel.tell("Scroll", {120, QStringLiteral("vertical")}).type(), QDBusMessage::ReplyMessage);
+    EXPECT_THAT(activations, ElementsAre(ScreenPoint{10, 20}, ScreenPoint{30, 40}));
+    EXPECT_EQ(secondary, 1);
+}
+
+TEST_F(StatusNotifierItemTest, RegistersWithEveryWatcherThatAppears) {
+    _panel.vanish();
+    ASSERT_TRUE(waitUntil([&] { return _item->watcher() == StatusNotifierItem::Watcher::absent; }));
+    _panel.appear();
+    EXPECT_TRUE(waitUntil([&] { return _panel.registered.size() == 1; }));
+
+    // Another process may take over without a gap.
+    FakeNotifierPanel successor(_bus.connect());
+    _panel.vanish();
+    successor.appear();
+    EXPECT_TRUE(waitUntil([&] { return successor.registered.size() == 1; }));
+    EXPECT_EQ(successor.property("Id"), QStringLiteral("selvane"));
+}
+
+TEST_F(StatusNotifierItemTest, LeavesTheBusWhenItIsNotShown) {
+    const auto hasName = [this] {
+        return ask(_bus.connect(), QStringLiteral("org.freedesktop.DBus"),
+                   QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
+                   QStringLiteral("NameHasOwner"), {_item->serviceName()})
+            .arguments()
+            .value(0)
+            .toBool();
+    };
+    EXPECT_TRUE(hasName());
+    _item->setShown(false);
+    EXPECT_TRUE(waitUntil([&] { return !hasName(); }));
+    EXPECT_EQ(_panel.tell("Activate", {1, 1}).type(), QDBusMessage::ErrorMessage);
+    _item->setShown(true);
+    EXPECT_TRUE(waitUntil([&] { return _panel.registered.size() == 2; }));
+    EXPECT_EQ(_panel.property("Id"), QStringLiteral("selvane"));
+}
+
+TEST_F(StatusNotifierItemTest, KnowsWhetherAPanelListens) {
+    using Watcher = StatusNotifierItem::Watcher;
+    ASSERT_TRUE(waitUntil([&] { return _item->watcher() == Watcher::withHost; }));
+    _panel.setHosted(false);
+    ASSERT_TRUE(waitUntil([&] { return _item->watcher() == Watcher::withoutHost; }));
+    _panel.setHosted(true);
+    ASSERT_TRUE(waitUntil([&] { return _item->watcher() == Watcher::withHost; }));
+}
+
+TEST(StatusNotifierItemWithoutBus, IsNowhere) {
+    StatusNotifierItem item(QDBusConnection(QStringLiteral("there is no such connection")));
+    item.setShown(true);
+    item.setToolTip("words");
+    EXPECT_EQ(item.watcher(), StatusNotifierItem::Watcher::absent);
+}
+
+// The menu
+
+class StatusNotifierMenuTest : public StatusNotifierItemTest {
+protected:
+    void SetUp() override {
+        StatusNotifierItemTest::SetUp();
+        _item->setMenu({{1, "Start_now", true}, {2, "", true}, {7, "Skip", false}});
+    }
+
+    struct Layout {
+        uint revision;
+        DBusMenuLayoutItem root;
+    };
+    Layout layout(int parent = 0, int depth = -1, const QStringList& names = {}) {
+        const QDBusMessage reply = _panel.tellMenu("GetLayout", {parent, depth, names});
+        return {reply.arguments().value(0).toUInt(),
+                qdbus_cast<DBusMenuLayoutItem>(reply.arguments().value(1).value<QDBusArgument>())};
+    }
+    static DBusMenuEvent clicked(int id) { return {id, QStringLiteral("clicked"), QDBusVariant(0), 0}; }
+};
+
+TEST_F(StatusNotifierMenuTest, ItsPathIsKnown) {
+    EXPECT_EQ(_panel.property("Menu").value<QDBusObjectPath>().path(), QStringLiteral("/MenuBar"));
+    _item->setMenu({});
+    EXPECT_EQ(_panel.property("Menu").value<QDBusObjectPath>().path(), QStringLiteral("/NO_DBUSMENU"));
+    EXPECT_TRUE(waitUntil([&] { return _panel.count("NewMenu") == 2; }));
+}
+
+TEST_F(StatusNotifierMenuTest, TheProtocolIsNamed) {
+    EXPECT_EQ(_panel.menuProperty("Version"), QVariant(3U));
+    EXPECT_EQ(_panel.menuProperty("Status"), QStringLiteral("normal"));
+    EXPECT_EQ(_panel.menuProperty("TextDirection"), QStringLiteral("ltr"));
+    EXPECT_EQ(_panel.menuProperty("IconThemePath"), QStringList());
+}
+
+TEST_F(StatusNotifierMenuTest, TheLayoutHasAllLines) {
+    const Layout answer = layout();
+    EXPECT_EQ(answer.root.id, 0);
+    EXPECT_EQ(answer.root.properties.value(QStringLiteral("children-display")), QStringLiteral("submenu"));
+    ASSERT_EQ(answer.root.children.size(), 3);
+    const QVariantMap start = answer.root.children[0].properties;
+    EXPECT_EQ(answer.root.children[0].id, 1);
+    EXPECT_EQ(start.value(QStringLiteral("label")), QStringLiteral("Start__now")) << "one would be a key";
+    EXPECT_EQ(start.value(QStringLiteral("enabled")), QVariant(true));
+    EXPECT_EQ(answer.root.children[1].id, 2);
+    EXPECT_EQ(answer.root.children[1].properties.value(QStringLiteral("type")), QStringLiteral("separator"));
+    EXPECT_EQ(answer.root.children[2].id, 7);
+    EXPECT_EQ(answer.root.children[2].properties.value(QStringLiteral("enabled")), QVariant(false));
+}
+
+TEST_F(StatusNotifierMenuTest, TheLayoutKeepsToWhatWasAsked) {
+    EXPECT_TRUE(layout(0, 0).root.children.isEmpty());
+    const DBusMenuLayoutItem skip = layout(7).root;
+    EXPECT_EQ(skip.id, 7);
+    EXPECT_EQ(skip.properties.value(QStringLiteral("label")), QStringLiteral("Skip"));
+    const DBusMenuLayoutItem labels = layout(0, 1, {QStringLiteral("label")}).root;
+    EXPECT_EQ(labels.children.value(0).properties.keys(), QStringList{QStringLiteral("label")});
+    EXPECT_EQ(_panel.tellMenu("GetLayout", {99, -1, QStringList()}).type(), QDBusMessage::ErrorMessage);
+}
+
+TEST_F(StatusNotifierMenuTest, PropertiesCanBeAskedForOneByOneAndTogether) {
+    EXPECT_EQ(_panel.tellMenu("GetProperty", {7, QStringLiteral("label")})
+                  .arguments()
+                  .value(0)
+                  .value<QDBusVariant>()
+                  .variant(),
+              QStringLiteral("Skip"));
+    EXPECT_EQ(_panel.tellMenu("GetProperty", {99, QStringLiteral("label")}).type(),
+              QDBusMessage::ErrorMessage);
+    const QDBusMessage reply =
+        _panel.tellMenu("GetGroupProperties",
+                        {QVariant::fromValue(QList<int>{7, 1, 99}), QStringList{QStringLiteral("label")}});
+    const auto items = qdbus_cast<DBusMenuItemList>(reply.arguments().value(0).value<QDBusArgument>());
+    ASSERT_EQ(items.size(), 2);
+    EXPECT_EQ(items[0].id, 1);
+    EXPECT_EQ(items[1].id, 7);
+}
+
+TEST_F(StatusNotifierMenuTest, AClickChoosesAnEnabledLine) {
+    _panel.tellMenu("Event", {1, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(0)), 0U});
+    _panel.tellMenu("Event", {1, QStringLiteral("hovered"), QVariant::fromValue(QDBusVariant(0)), 0U});
+    _panel.tellMenu("Event", {2, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(0)), 0U});
+    _panel.tellMenu("Event", {7, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(0)), 0U});
+    EXPECT_EQ(
+        _panel.tellMenu("Event", {99, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(0)), 0U})
+            .type(),
+        QDBusMessage::ErrorMessage);
+    EXPECT_THAT(_chosen, ElementsAre(1));
+}
+
+TEST_F(StatusNotifierMenuTest, AGroupOfClicksDoesToo) {
+    const QDBusMessage reply = _panel.tellMenu(
+        "EventGroup", {QVariant::fromValue(DBusMenuEventList{clicked(99), clicked(1), clicked(7)})});
+    EXPECT_EQ(qdbus_cast<QList<int>>(reply.arguments().value(0)), QList<int>{99});
+    EXPECT_THAT(_chosen, ElementsAre(1));
+    EXPECT_EQ(_panel.tellMenu("EventGroup", {QVariant::fromValue(DBusMenuEventList{clicked(99)})}).type(),
+              QDBusMessage::ErrorMessage);
+}
+
+TEST_F(StatusNotifierMenuTest, NothingIsHeldBackUntilItIsShown) {
+    EXPECT_EQ(_panel.tellMenu("AboutToShow", {0}).arguments(), QVariantList{false});
+    EXPECT_EQ(_panel.tellMenu("AboutToShow", {99}).type(), QDBusMessage::ErrorMessage);
+    const QDBusMessage reply =
+        _panel.tellMenu("AboutToShowGroup", {QVariant::fromValue(QList<int>{0, 1, 99})});
+    EXPECT_EQ(qdbus_cast<QList<int>>(reply.arguments().value(0)), QList<int>());
+    EXPECT_EQ(qdbus_cast<QList<int>>(reply.arguments().value(1)), QList<int>{99});
+}
+
+TEST_F(StatusNotifierMenuTest, ChangedWordsAndChangedLinesAreToldApart) {
+    const uint revision = layout().revision;
+    _item->setMenu({{1, "Pause", true}, {2, "", true}, {7, "Skip", false}});
+    ASSERT_TRUE(waitUntil([&] { return _panel.count("ItemsPropertiesUpdated") == 1; }));
+    const auto updated = qdbus_cast<DBusMenuItemList>(_panel.lastArguments.value(0).value<QDBusArgument>());
+    ASSERT_EQ(updated.size(), 1);
+    EXPECT_EQ(updated[0].id, 1);
+    EXPECT_EQ(updated[0].properties.value(QStringLiteral("label")), QStringLiteral("Pause"));
+    EXPECT_EQ(layout().revision, revision);
+    const qsizetype layouts = _panel.count("LayoutUpdated");
+    _item->setMenu({{1, "Pause", true}});
+    ASSERT_TRUE(waitUntil([&] { return _panel.count("LayoutUpdated") == layouts + 1; }));
+    EXPECT_EQ(_panel.lastArguments, (QVariantList{revision + 1, 0}));
+    EXPECT_EQ(layout().revision, revision + 1);
+}
+
+} // namespace
+} // namespace selvane::test

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "Selvane/Platform/StatusItemHost.h"
+#include "Support/EventLoop.h"
+#include "Support/XServer.h"
+
+#include <QtCore/QProcess>
+
+#include <xcb/xcb.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace selvane::test {
+
+/// A screen with a tray of the old kind that starts and ends when a test says so, a pointer and a camera.
+class TrayDesktop {
+public:
+    ~TrayDesktop() {
+        stopTray();
+        if (_xcb != nullptr)
+            xcb_disconnect(_xcb);
+    }
+
+    [[nodiscard]] const std::string& display() const { return _server.display(); }
+
+    /// `tint` is the colour of the tray as 0xRRGGBB.
+    void startTray(const QString& tint = QStringLiteral("0x000000")) {
+        _tray = std::make_unique<QProcess>();
+        _tray->setProcessEnvironment(environment());
+        _tray->start(QStringLiteral("trayer"),
+                     {QStringLiteral("--edge"), QStringLiteral("top"), QStringLiteral("--widthtype"),
+                      QStringLiteral("request"), QStringLiteral("--height"), QStringLiteral("32"),
+                      QStringLiteral("--transparent"), QStringLiteral("true"), QStringLiteral("--alpha"),
+                      QStringLiteral("0"), QStringLiteral("--tint"), tint});
+    }
+
+    void stopTray() {
+        if (_tray == nullptr)
+            return;
+        _tray->kill();
+        _tray->waitForFinished();
+        _tray.reset();
+    }
+
+    void stopServer() { _server.stop(); }
+
+    void click(const ScreenRect& area, int button) const {
+        QProcess pointer;
+        pointer.setProcessEnvironment(environment());
+        pointer.start(QStringLiteral("xdotool"),
+                      {QStringLiteral("mousemove"), QString::number(area.x + area.width / 2),
+                       QString::number(area.y + area.height / 2), QStringLiteral("click"),
+                       QString::number(button)});
+        pointer.waitForFinished();
+    }
+
+    /// What the screen shows in this area, as 0xRRGGBB.
+    std::vector<std::uint32_t> photograph(const ScreenRect& area) {
+        if (_xcb == nullptr)
+            _xcb = xcb_connect(display().c_str(), nullptr);
+        const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(_xcb)).data->root;
+        xcb_get_image_reply_t* reply = xcb_get_image_reply(
+            _xcb,
+            xcb_get_image(_xcb, XCB_IMAGE_FORMAT_Z_PIXMAP, root, static_cast<std::int16_t>(area.x),
+                          static_cast<std::int16_t>(area.y), static_cast<std::uint16_t>(area.width),
+                          static_cast<std::uint16_t>(area.height), ~0U),
+            nullptr);
+        if (reply == nullptr)
+            return {};
+        const auto* data = reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(reply));
+        std::vector<std::uint32_t> pixels(data, data + xcb_get_image_data_length(reply) / 4);
+        std::free(reply);
+        std::ranges::transform(pixels, pixels.begin(), [](std::uint32_t pixel) { return pixel & 0xffffffU; });
+        return pixels;
+    }
+
+    bool shows(const ScreenRect& area, std::uint32_t color) {
+        const auto pixels = photograph(area);
+        return std::ranges::find(pixels, color) != pixels.end();
+    }
+
+private:
+    QProcessEnvironment environment() const {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("DISPLAY"), QString::fromStdString(display()));
+        environment.insert(QStringLiteral("GSETTINGS_BACKEND"), QStringLiteral("memory"));
+        return environment;
+    }
+
+    XServer _server;
+    std::unique_ptr<QProcess> _tray;
+    xcb_connection_t* _xcb = nullptr;
+};
+
+} // namespace selvane::test

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QtCore/QProcess>
+#include <QtCore/QString>
+
+#include <string>
+
+namespace selvane::test {
+
+/// A screen in memory, on a display number that the server chooses itself. Ends with the object.
+class XServer {
+public:
+    XServer() {
+        _server.start(QStringLiteral("Xvfb"),
+                      {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+                       QStringLiteral("0"), QStringLiteral("640x480x24"), QStringLiteral("-nolisten"),
+                       QStringLiteral("tcp")});
+        while (!_server.canReadLine() && _server.waitForReadyRead(10'000)) {
+        }
+        const QByteArray number = _server.readLine().trimmed();
+        if (!number.isEmpty())
+            _display = ":" + number.toStdString();
+    }
+
+    ~XServer() { stop(); }
+
+    XServer(const XServer&) = delete;
+    XServer& operator=(const XServer&) = delete;
+
+    /// Empty if the server didn't start.
+    [[nodiscard]] const std::string& display() const { return _display; }
+
+    void stop() {
+        _server.kill();
+        _server.waitForFinished();
+    }
+
+private:
+    QProcess _server;
+    std::string _display;
+};
+
+} // namespace selvane::test
