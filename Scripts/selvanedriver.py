@@ -92,6 +92,8 @@ class Selvane:
         return self.desktop.picture(self.dial)
 
     def click_dial(self):
+        # Nobody's two clicks follow one another faster, and the program may take those for one.
+        time.sleep(0.4)
         self.desktop.click(*self.dial.middle)
 
     # The panel

@@ -30,6 +30,7 @@ import Xlib.display
 import Xlib.error
 import Xlib.ext.xtest
 import Xlib.X
+import Xlib.Xatom
 import Xlib.XK
 
 # Values of prctl(2), which Python does not wrap.
@@ -330,10 +331,20 @@ class Desktop:
         self._display = Xlib.display.Display(f":{number}")
         self._screen = self._display.screen()
         self._root = self._screen.root
-        colour = self._screen.default_colormap.alloc_named_color(self.background)
-        self._root.change_attributes(background_pixel=colour.pixel)
-        self._root.clear_area()
+        self._paint_background()
         self._display.sync()
+
+    def _paint_background(self):
+        colour = self._screen.default_colormap.alloc_named_color(self.background)
+        pixmap = self._root.create_pixmap(1, 1, self._screen.root_depth)
+        context = pixmap.create_gc(foreground=colour.pixel)
+        pixmap.fill_rectangle(context, 0, 0, 1, 1)
+        self._root.change_attributes(background_pixmap=pixmap)
+        self._root.clear_area()
+        # Compositors and translucent trays look for the background here.
+        for name in ("_XROOTPMAP_ID", "ESETROOT_PMAP_ID"):
+            self._root.change_property(self._display.intern_atom(name), Xlib.Xatom.PIXMAP, 32, [pixmap.id])
+        self._background = pixmap
 
     def _popen_display(self, write, mode):
         def prepare():

@@ -1,0 +1,78 @@
+#!/usr/bin/python3
+"""The road of a focus session, from the click on the dial to the file and back after a restart."""
+
+import stat
+import sys
+import time
+
+import harness
+from harness import check, check_equal
+from virtualdesktop import Failure, changed_area, wait
+
+# A run is recorded from a minute on.
+RECORDED_AFTER = 60
+
+
+def today(desktop, selvane):
+    """The line of the panel that tells of today's minutes."""
+    texts = desktop.texts(selvane.process)
+    lines = [text for text in texts if text.startswith("Today: ")]
+    if len(lines) != 1:
+        raise Failure(f"the panel has no line about today: {texts}")
+    return lines[0]
+
+
+def test(desktop, selvane):
+    selvane.start()
+    check(not selvane.sessions_file.exists(), "a first start writes no history")
+    idle_panel_area = selvane.open_panel()
+    idle_panel = desktop.settled_picture(idle_panel_area)
+    check(today(desktop, selvane).startswith("Today: 0m of "), "the panel tells that there was no focus today")
+    idle_dial = selvane.dial and selvane.dial_picture()
+
+    selvane.press_primary()
+    started = time.monotonic()
+    wait("the panel to show the running phase",
+         lambda: changed_area(idle_panel, desktop.picture(idle_panel_area)))
+    if selvane.dial:
+        wait("the dial to show the running phase", lambda: changed_area(idle_dial, selvane.dial_picture()))
+    first_panel = desktop.picture(idle_panel_area)
+    wait("the panel's time to go on", lambda: changed_area(first_panel, desktop.picture(idle_panel_area)))
+
+    # With the panel closed, only the dial tells that the phase goes on.
+    desktop.key("Escape")
+    selvane.wait_for_no_panel()
+    if selvane.dial:
+        early_dial = selvane.dial_picture()
+    time.sleep(max(0.0, started + RECORDED_AFTER + 1 - time.monotonic()))
+    if selvane.dial:
+        check(changed_area(early_dial, selvane.dial_picture()), "the dial moves while the phase runs")
+
+    selvane.open_panel()
+    selvane.press_reset()
+    wait("the session to be recorded", selvane.sessions_file.exists)
+    sessions = selvane.sessions()
+    check_equal(len(sessions), 1, "sessions in the history")
+    session = sessions[0]
+    check_equal(session["completed"], False, "a run that was cut short is not completed")
+    check_equal(session["phase"], "focus", "its phase")
+    check(RECORDED_AFTER <= session["actualSeconds"] <= RECORDED_AFTER + 15,
+          f"it ran for {session['actualSeconds']} s")
+    check_equal(oct(stat.S_IMODE(selvane.data_folder.stat().st_mode)), "0o700", "mode of the data folder")
+    check(not [path for path in selvane.data_folder.iterdir() if path.name.endswith((".tmp", "~"))],
+          "nothing temporary lies beside the history")
+
+    check_equal(selvane.quit(), 0, "exit status after quitting by the keyboard")
+    written = selvane.sessions_file.read_bytes()
+    if desktop.tray:
+        selvane.wait_for_no_dial()
+
+    selvane.start()
+    selvane.open_panel()
+    check(today(desktop, selvane).startswith("Today: 1m of "), "after a restart the panel tells of today's minute")
+    check_equal(selvane.sessions_file.read_bytes(), written, "the history after a restart, byte for byte")
+    check_equal(selvane.quit(), 0, "exit status of the second run")
+    check_equal(selvane.sessions_file.read_bytes(), written, "the history after the second run")
+
+
+sys.exit(harness.run(test))

@@ -1,0 +1,55 @@
+#!/usr/bin/python3
+"""The panel opens and closes by every way that a user knows."""
+
+import sys
+
+import harness
+from harness import check, check_equal
+from virtualdesktop import Area
+
+
+def inside(inner, outer):
+    return (outer.x <= inner.x and outer.y <= inner.y and inner.x + inner.width <= outer.x + outer.width and
+            inner.y + inner.height <= outer.y + outer.height)
+
+
+def test(desktop, selvane):
+    selvane.start()
+    check(selvane.stays_closed(), "a start by itself opens nothing")
+
+    panel = selvane.open_panel()
+    check(inside(panel, Area(0, 0, *desktop.size)), f"the panel lies on the screen: {panel}")
+    if selvane.dial:
+        check(panel.y >= selvane.dial.y + selvane.dial.height, "the panel lies below the dial")
+        left, right = panel.x, panel.x + panel.width
+        check(left <= selvane.dial.middle[0] <= right, "the dial lies above the panel's width")
+    desktop.key("Escape")
+    selvane.wait_for_no_panel()
+    check(True, "Escape closes the panel")
+
+    selvane.open_panel()
+    desktop.click(20, desktop.size[1] - 20)
+    selvane.wait_for_no_panel()
+    check(True, "a click elsewhere closes the panel")
+
+    if selvane.dial:
+        selvane.open_panel()
+        selvane.click_dial()
+        selvane.wait_for_no_panel()
+        check(selvane.stays_closed(), "a click on the dial closes the panel, and does not open it again")
+        selvane.click_dial()
+        selvane.wait_for_panel()
+        check(True, "the next click on the dial opens it")
+        desktop.key("Escape")
+        selvane.wait_for_no_panel()
+
+    check_equal(selvane.start_again(), 0, "exit status of a second start")
+    selvane.wait_for_panel()
+    check(True, "a second start opens the panel of the first")
+    check_equal(selvane.start_again(), 0, "exit status of a second start while the panel is open")
+    selvane.wait_for_panel()
+    check(selvane.process.poll() is None, "the first goes on")
+    check_equal(selvane.quit(), 0, "exit status after quitting by the keyboard")
+
+
+sys.exit(harness.run(test))

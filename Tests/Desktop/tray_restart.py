@@ -1,0 +1,36 @@
+#!/usr/bin/python3
+"""A tray that goes and comes back shows the dial again, and so does one that comes only after the program."""
+
+import sys
+
+import harness
+from harness import check
+from virtualdesktop import changed_area
+
+
+def test(desktop, selvane):
+    selvane.start()
+    before = desktop.settled_picture(desktop.tray_area)
+    for _ in range(2):
+        desktop.stop_tray()
+        desktop.start_tray()
+        selvane.find_dial()
+        check(not changed_area(before, desktop.settled_picture(desktop.tray_area)),
+              "after the tray's restart the dial looks as before")
+    selvane.open_panel()
+    check(True, "a click on the dial opens the panel")
+    desktop.key("ctrl+q")
+    selvane.wait_for_end()
+    selvane.wait_for_no_dial()
+
+    desktop.stop_tray()
+    selvane.start_without_dial()
+    desktop.start_tray()
+    selvane.find_dial()
+    check(not changed_area(before, desktop.settled_picture(desktop.tray_area)),
+          "a tray that comes after the program shows the dial")
+    selvane.open_panel()
+    check(True, "a click on that dial opens the panel")
+
+
+sys.exit(harness.run(test))
