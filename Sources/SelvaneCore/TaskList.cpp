@@ -1,8 +1,12 @@
 #include "SelvaneCore/TaskList.h"
 
+#include "SelvaneCore/Text.h"
+
 #include <algorithm>
 #include <iterator>
 #include <limits>
+#include <string>
+#include <utility>
 
 namespace selvane {
 
@@ -14,6 +18,13 @@ bool isOpen(const TaskItem& item) {
 
 bool isDone(const TaskItem& item) {
     return item.isDone;
+}
+
+std::optional<std::string> clean(std::string_view title) {
+    const std::string_view trimmed = Text::trimmed(title);
+    if (trimmed.empty())
+        return std::nullopt;
+    return std::string(Text::prefix(trimmed, TaskList::maxTitleLength));
 }
 
 TaskItem* findIn(std::vector<TaskItem>& items, const UUID& id) {
@@ -33,6 +44,28 @@ std::vector<TaskItem> TaskList::done() const {
     std::vector<TaskItem> result;
     std::ranges::copy_if(items, std::back_inserter(result), isDone);
     return result;
+}
+
+std::optional<TaskItem> TaskList::add(std::string_view title, Date now) {
+    auto cleaned = clean(title);
+    if (!cleaned)
+        return std::nullopt;
+    TaskItem item{.id = UUID::random(),
+                  .title = std::move(*cleaned),
+                  .isDone = false,
+                  .createdAt = now,
+                  .completedAt = std::nullopt,
+                  .estimatedPomodoros = 0,
+                  .completedPomodoros = 0};
+    items.insert(std::ranges::find_if(items, isDone), item);
+    return item;
+}
+
+void TaskList::rename(const UUID& id, std::string_view title) {
+    auto cleaned = clean(title);
+    TaskItem* const item = findIn(items, id);
+    if (item && cleaned)
+        item->title = std::move(*cleaned);
 }
 
 const TaskItem* TaskList::find(const UUID& id) const {

@@ -26,6 +26,15 @@ struct TaskList {
     /// The first item with that id, or null. Valid until the list changes.
     [[nodiscard]] const TaskItem* find(const UUID& id) const;
 
+    /// The longest title, in user-perceived characters.
+    static constexpr std::size_t maxTitleLength = 300;
+
+    /// Adds an open task behind the other open ones. The title loses the white space at its ends and what
+    /// exceeds `maxTitleLength`; with nothing left nothing is added. A copy of the new item.
+    std::optional<TaskItem> add(std::string_view title, Date now);
+    /// Replaces a title, cleaned as by `add`; one that cleans to nothing changes nothing.
+    void rename(const UUID& id, std::string_view title);
+
     /// Ticks a task off at `now`, or opens it again. A done task that is ticked off again moves its date.
     /// Leaves the item in its place: the caller follows with `normalize`.
     void setDone(const UUID& id, bool done, Date now);

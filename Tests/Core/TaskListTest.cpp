@@ -237,5 +237,61 @@ TEST(TaskListMove, AnOpenTaskBelowDoneOnesEndsTheOpenRun) {
     EXPECT_EQ(titles(list.items), "bax");
 }
 
+TEST(TaskList, BlankTitleAddsNothing) {
+    TaskList list = openTasks("AB");
+    EXPECT_EQ(list.add("   ", now), std::nullopt);
+    EXPECT_EQ(list.add("\t\n\u00a0\u2003", now), std::nullopt);
+    EXPECT_EQ(list, openTasks("AB"));
+}
+
+TEST(TaskList, NewTaskIsOpenAndStartsFromNothing) {
+    TaskList list;
+    const auto added = list.add("  Write  ", now);
+    ASSERT_TRUE(added);
+    EXPECT_EQ(added->title, "Write");
+    EXPECT_FALSE(added->isDone);
+    EXPECT_EQ(added->createdAt, now);
+    EXPECT_EQ(added->completedAt, std::nullopt);
+    EXPECT_EQ(added->estimatedPomodoros, 0);
+    EXPECT_EQ(added->completedPomodoros, 0);
+    EXPECT_EQ(list.items, std::vector{*added});
+    EXPECT_NE(list.add("Write", now)->id, added->id);
+}
+
+TEST(TaskList, NewTaskGoesBehindTheOpenOnesAndBeforeTheDoneOnes) {
+    TaskList list = openTasks("AB");
+    list.items.push_back(doneTask('C', now));
+    list.add("D", now);
+    EXPECT_EQ(titles(list.items), "ABDC");
+    TaskList onlyDone{{doneTask('C', now)}};
+    onlyDone.add("D", now);
+    EXPECT_EQ(titles(onlyDone.items), "DC");
+}
+
+TEST(TaskList, TitleIsTrimmedBeforeItIsCutTo300Characters) {
+    TaskList list;
+    EXPECT_EQ(list.add(std::string(301, 'x'), now)->title, std::string(300, 'x'));
+    EXPECT_EQ(list.add("   " + std::string(300, 'x'), now)->title, std::string(300, 'x'));
+    EXPECT_EQ(list.add(std::string(299, 'x') + " y", now)->title, std::string(299, 'x') + " ")
+        << "not trimmed again";
+}
+
+TEST(TaskList, EmojiOfSeveralCodePointsIsOneCharacterOfATitle) {
+    const std::string family = "\U0001F468\u200D\U0001F469\u200D\U0001F467";
+    TaskList list;
+    EXPECT_EQ(list.add(std::string(299, 'x') + family, now)->title, std::string(299, 'x') + family);
+    EXPECT_EQ(list.add(std::string(300, 'x') + family, now)->title, std::string(300, 'x'));
+}
+
+TEST(TaskList, RenameCleansTheTitleAndRefusesABlankOne) {
+    TaskList list = openTasks("AB");
+    list.rename(idOf('A'), " New ");
+    EXPECT_EQ(list.items.front().title, "New");
+    list.rename(idOf('A'), "  ");
+    EXPECT_EQ(list.items.front().title, "New");
+    list.rename(idOf('Z'), "Other");
+    EXPECT_EQ(list.items.back().title, "B");
+}
+
 } // namespace
 } // namespace selvane

@@ -12,6 +12,9 @@ public:
     /// True if the desktop asks for light text on a dark ground. False until the desktop has answered.
     [[nodiscard]] virtual bool isDark() const = 0;
 
+    /// True if windows may be translucent: what a window leaves clear shows what lies behind it.
+    [[nodiscard]] virtual bool isComposited() const { return false; }
+
     /// Emitted when an answer above has changed.
     Signal<> changed;
 };

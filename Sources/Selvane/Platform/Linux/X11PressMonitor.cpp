@@ -1,0 +1,132 @@
+#include "Selvane/Platform/Linux/X11PressMonitor.h"
+
+#include <QtCore/QSocketNotifier>
+#include <QtGui/QGuiApplication>
+
+#include <xcb/xcb.h>
+#include <xcb/xinput.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <utility>
+
+namespace selvane {
+
+namespace {
+
+struct Disconnect {
+    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+};
+struct Free {
+    void operator()(void* memory) const { std::free(memory); }
+};
+template <typename Reply>
+using Owned = std::unique_ptr<Reply, Free>;
+
+/// The connection that this program's windows were made on.
+xcb_connection_t* windowConnection() {
+    const auto* const x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    return x11 ? x11->connection() : nullptr;
+}
+
+class Watch {
+public:
+    Watch(std::unique_ptr<xcb_connection_t, Disconnect> connection, xcb_window_t root,
+          std::function<void()> onPress)
+        : _connection(std::move(connection)),
+          _root(root),
+          _onPress(std::move(onPress)),
+          _notifier(new QSocketNotifier(xcb_get_file_descriptor(_connection.get()), QSocketNotifier::Read)) {
+        QObject::connect(_notifier, &QSocketNotifier::activated, _notifier, [this] { readEvents(); });
+        selectPresses();
+    }
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
+    ~Watch() {
+        // Later, since this may be the notifier's own call.
+        _notifier->setEnabled(false);
+        _notifier->disconnect();
+        _notifier->deleteLater();
+    }
+
+private:
+    void selectPresses() {
+        struct {
+            xcb_input_event_mask_t head;
+            std::uint32_t mask;
+        } const selection{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS};
+        xcb_input_xi_select_events(_connection.get(), _root, 1, &selection.head);
+        xcb_flush(_connection.get());
+    }
+
+    void readEvents() {
+        bool wasPressedOutside = false;
+        while (const auto event = Owned<xcb_generic_event_t>(xcb_poll_for_event(_connection.get()))) {
+            const bool isPress = (event->response_type & 0x7f) == XCB_GE_GENERIC &&
+                                 reinterpret_cast<xcb_ge_generic_event_t*>(event.get())->event_type ==
+                                     XCB_INPUT_RAW_BUTTON_PRESS;
+            wasPressedOutside = wasPressedOutside || (isPress && !isPointerOverOwnWindow());
+        }
+        if (xcb_connection_has_error(_connection.get()))
+            _notifier->setEnabled(false);
+        // Last, since the listener may end this watch.
+        if (wasPressedOutside)
+            std::function<void()>{_onPress}();
+    }
+
+    /// Goes down from the root to the innermost window under the pointer. Ours are told by their numbers, of
+    /// which the server gives each connection a range.
+    [[nodiscard]] bool isPointerOverOwnWindow() const {
+        const xcb_setup_t* const own = xcb_get_setup(windowConnection());
+        xcb_window_t window = _root;
+        while (window != XCB_NONE) {
+            if ((window & ~own->resource_id_mask) == own->resource_id_base)
+                return true;
+            const auto cookie = xcb_query_pointer(_connection.get(), window);
+            const Owned<xcb_query_pointer_reply_t> reply(
+                xcb_query_pointer_reply(_connection.get(), cookie, nullptr));
+            window = reply ? reply->child : XCB_NONE;
+        }
+        return false;
+    }
+
+    std::unique_ptr<xcb_connection_t, Disconnect> _connection;
+    xcb_window_t _root;
+    std::function<void()> _onPress;
+    QSocketNotifier* _notifier;
+};
+
+/// The root window of the connection's screen, if the server can tell of raw presses.
+std::optional<xcb_window_t> watchableRoot(xcb_connection_t* connection, int screenNumber) {
+    const auto version = xcb_input_xi_query_version(connection, 2, 2);
+    const Owned<xcb_input_xi_query_version_reply_t> reply(
+        xcb_input_xi_query_version_reply(connection, version, nullptr));
+    if (!reply || reply->major_version < 2)
+        return std::nullopt;
+    auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection));
+    for (; screenNumber > 0 && screen.rem > 0; --screenNumber)
+        xcb_screen_next(&screen);
+    if (screen.rem == 0)
+        return std::nullopt;
+    return screen.data->root;
+}
+
+} // namespace
+
+Subscription X11PressMonitor::watch(std::function<void()> onPress) {
+    if (!windowConnection())
+        return {};
+    int screenNumber = 0;
+    std::unique_ptr<xcb_connection_t, Disconnect> connection(xcb_connect(nullptr, &screenNumber));
+    if (xcb_connection_has_error(connection.get()))
+        return {};
+    const auto root = watchableRoot(connection.get(), screenNumber);
+    if (!root)
+        return {};
+    auto watch = std::make_shared<Watch>(std::move(connection), *root, std::move(onPress));
+    return Subscription([watch = std::move(watch)]() mutable { watch.reset(); });
+}
+
+} // namespace selvane

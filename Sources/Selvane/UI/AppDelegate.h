@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Selvane/App/AppModel.h"
+#include "Selvane/Platform/Appearance.h"
+#include "Selvane/Platform/PressMonitor.h"
+#include "Selvane/Platform/StatusItemHost.h"
+#include "Selvane/UI/Panel.h"
+#include "Selvane/UI/StatusItemController.h"
+#include "SelvaneCore/Lifetime.h"
+
+#include <functional>
+#include <memory>
+
+namespace selvane {
+
+/// Builds the program: the model at once, and what the user sees when the application has started. Main
+/// thread.
+class AppDelegate {
+public:
+    explicit AppDelegate(AppEnvironment environment);
+    AppDelegate(const AppDelegate&) = delete;
+    AppDelegate& operator=(const AppDelegate&) = delete;
+
+    /// What the launch sequence needs of the desktop. Outlives the delegate.
+    struct Desktop {
+        StatusItemHost* statusItem;
+        Appearance* appearance;
+        PressMonitor* presses;
+        std::function<std::unique_ptr<Panel>(const PanelContext&)> makePanel;
+    };
+
+    /// The launch sequence.
+    void applicationDidFinishLaunching(Desktop desktop);
+
+    /// The user started the program again while it runs.
+    void applicationShouldHandleReopen();
+
+    [[nodiscard]] AppModel& model() { return _model; }
+
+    /// The user asked to end the program.
+    std::function<void()> onQuit;
+
+private:
+    Scheduler& _scheduler;
+    AppModel _model;
+    std::unique_ptr<StatusItemController> _statusItem;
+    Lifetime _lifetime;
+};
+
+} // namespace selvane

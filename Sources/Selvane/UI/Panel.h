@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Selvane/Platform/StatusItemHost.h"
+
+#include <QtPlugin>
+
+#include <functional>
+#include <memory>
+
+namespace selvane {
+
+class AppModel;
+class Appearance;
+
+/// The floating window that shows the popover. Main thread.
+class Panel {
+public:
+    virtual ~Panel() = default;
+
+    /// Shows the panel beside `anchor`, in front of everything and with the keyboard.
+    virtual void show(const StatusItemAnchor& anchor) = 0;
+    virtual void hide() = 0;
+    [[nodiscard]] virtual bool isVisible() const = 0;
+
+    /// The user pressed Escape. The panel is still visible then.
+    std::function<void()> onCancel;
+    /// The user turned to something else: the keyboard went to another window. The panel is still visible
+    /// then.
+    std::function<void()> onTurnedAway;
+    /// The user asked to end the program.
+    std::function<void()> onQuit;
+};
+
+/// What a panel shows and follows. Outlives the panel.
+struct PanelContext {
+    AppModel* model;
+    Appearance* appearance;
+};
+
+/// Makes panels. Implemented by the plugin that holds the views, so that the program at rest doesn't carry
+/// them.
+class PanelFactory {
+public:
+    virtual ~PanelFactory() = default;
+
+    /// Null if the views can't be made; the log says why.
+    [[nodiscard]] virtual std::unique_ptr<Panel> makePanel(const PanelContext& context) = 0;
+};
+
+} // namespace selvane
+
+Q_DECLARE_INTERFACE(selvane::PanelFactory, "com.lorbin.selvane.PanelFactory/1")

@@ -1,0 +1,42 @@
+#include "Selvane/UI/PanelPlacement.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+namespace selvane::PanelPlacement {
+
+namespace {
+
+std::optional<ScreenRect> itemArea(const StatusItemAnchor& anchor) {
+    if (anchor.icon)
+        return anchor.icon;
+    if (anchor.pointer)
+        return ScreenRect{anchor.pointer->x, anchor.pointer->y, 0, 0};
+    return std::nullopt;
+}
+
+int clampedX(double x, int width, const ScreenRect& available) {
+    const int left = available.x + edgeMargin;
+    const int right = available.x + available.width - width - edgeMargin;
+    // In this order: on a screen that is too narrow the right bound wins.
+    return std::min(std::max(static_cast<int>(std::lround(x)), left), right);
+}
+
+} // namespace
+
+ScreenPoint origin(const StatusItemAnchor& anchor, int width, int height, const ScreenRect& available) {
+    const auto item = itemArea(anchor);
+    const int top = available.y + itemGap;
+    if (!item)
+        return {clampedX(available.x + available.width, width, available), top};
+
+    const int x = clampedX(item->x + item->width / 2.0 - width / 2.0, width, available);
+    const bool isInUpperHalf = item->y + item->height / 2 < available.y + available.height / 2;
+    const int bottom = available.y + available.height - height - itemGap;
+    if (isInUpperHalf)
+        return {x, std::max(item->y + item->height + itemGap, top)};
+    return {x, std::max(std::min(item->y - height - itemGap, bottom), top)};
+}
+
+} // namespace selvane::PanelPlacement

@@ -1,0 +1,30 @@
+import QtQuick
+import QtQuick.Templates as T
+
+/// The words that explain a control while the pointer rests on it.
+T.ToolTip {
+    id: root
+
+    delay: 700
+    x: parent ? (parent.width - implicitWidth) / 2 : 0
+    y: -implicitHeight - 6
+    margins: 4
+    padding: 6
+    leftPadding: 9
+    rightPadding: 9
+    implicitWidth: label.implicitWidth + leftPadding + rightPadding
+    implicitHeight: label.implicitHeight + topPadding + bottomPadding
+
+    contentItem: Text {
+        id: label
+
+        text: root.text
+        color: Theme.onSolidPrimary
+        font.pixelSize: 11
+    }
+
+    background: Rectangle {
+        radius: 6
+        color: Theme.solidPrimary
+    }
+}

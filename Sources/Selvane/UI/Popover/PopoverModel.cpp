@@ -1,0 +1,121 @@
+#include "Selvane/UI/Popover/PopoverModel.h"
+
+#include "Selvane/App/AppModel.h"
+#include "Selvane/Platform/Appearance.h"
+#include "Selvane/UI/Controls.h"
+#include "Selvane/UI/Popover/PopoverText.h"
+#include "SelvaneCore/TimeFormat.h"
+
+#include <QLocale>
+
+#include <utility>
+
+namespace selvane {
+
+namespace {
+
+QString fromView(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+} // namespace
+
+PopoverModel::PopoverModel(AppModel& model, Appearance& appearance, QObject* parent)
+    : QObject(parent), _model(model), _appearance(appearance) {
+    const auto follow = [this](auto& signal, auto notify) {
+        _subscriptions.push_back(signal.subscribe([this, notify] { notify(*this); }));
+    };
+    follow(model.engine().changed, [](PopoverModel& self) { Q_EMIT self.timerChanged(); });
+    follow(model.sessionsChanged, [](PopoverModel& self) { self.refresh(); });
+    follow(model.settings().changed, [](PopoverModel& self) {
+        Q_EMIT self.timerChanged();
+        self.refresh();
+    });
+    follow(model.saveErrorChanged, [](PopoverModel& self) { Q_EMIT self.saveErrorChanged(); });
+    follow(appearance.changed, [](PopoverModel& self) { Q_EMIT self.appearanceChanged(); });
+    refresh();
+}
+
+void PopoverModel::refresh() {
+    const QString text = PopoverText::today(_model.todayMinutes(), _model.settings().dailyGoalMinutes());
+    if (std::exchange(_today, text) != text)
+        Q_EMIT todayChanged();
+}
+
+QString PopoverModel::phaseTitle() const {
+    return fromView(title(_model.engine().phase()));
+}
+
+QString PopoverModel::sessionStatus() const {
+    return PopoverText::sessionStatus(_model.engine(), _model.localCalendar(), QLocale());
+}
+
+QString PopoverModel::time() const {
+    return QString::fromStdString(TimeFormat::clock(_model.engine().remaining()));
+}
+
+QString PopoverModel::timeDescription() const {
+    return time() + QStringLiteral(" remaining");
+}
+
+bool PopoverModel::isPaused() const {
+    return _model.engine().isPaused();
+}
+
+QString PopoverModel::primaryLabel() const {
+    return fromView(Controls::primaryLabel(_model.engine()));
+}
+
+QString PopoverModel::resetLabel() const {
+    return fromView(Controls::resetLabel);
+}
+
+QString PopoverModel::resetTooltip() const {
+    return fromView(Controls::resetTooltip);
+}
+
+bool PopoverModel::canReset() const {
+    return Controls::canReset(_model.engine());
+}
+
+QString PopoverModel::skipLabel() const {
+    return fromView(Controls::skipLabel);
+}
+
+QString PopoverModel::skipTooltip() const {
+    return fromView(Controls::skipTooltip(_model.engine()));
+}
+
+QString PopoverModel::saveError() const {
+    return QString::fromStdString(_model.saveError().value_or(std::string()));
+}
+
+bool PopoverModel::isDark() const {
+    return _appearance.isDark();
+}
+
+bool PopoverModel::isComposited() const {
+    return _appearance.isComposited();
+}
+
+void PopoverModel::toggle() {
+    _model.engine().toggle();
+}
+
+void PopoverModel::reset() {
+    Controls::resetFromPopover(_model);
+}
+
+void PopoverModel::skip() {
+    _model.engine().skip();
+}
+
+void PopoverModel::cancel() {
+    Q_EMIT cancelled();
+}
+
+void PopoverModel::quit() {
+    Q_EMIT quitRequested();
+}
+
+} // namespace selvane

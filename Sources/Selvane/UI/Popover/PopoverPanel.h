@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Selvane/UI/Panel.h"
+#include "Selvane/UI/Popover/PopoverModel.h"
+
+#include <QQuickView>
+
+#include <memory>
+
+namespace selvane {
+
+/// The panel as a Qt Quick window. Made at the first opening, hidden and shown again afterwards.
+class PopoverPanel final : public Panel {
+public:
+    /// Makes the views known and chooses how they are drawn. Once, before the first window of the process.
+    static void prepare();
+
+    explicit PopoverPanel(const PanelContext& context);
+
+    /// False if the view couldn't be made; the panel is of no use then.
+    [[nodiscard]] bool isReady() const;
+
+    void show(const StatusItemAnchor& anchor) override;
+    void hide() override;
+    [[nodiscard]] bool isVisible() const override;
+
+private:
+    void place(const StatusItemAnchor& anchor);
+    void activeChanged();
+
+    PopoverModel _model;
+    QQuickView _view;
+    StatusItemAnchor _anchor;
+    bool _hadKeyboard = false;
+};
+
+} // namespace selvane

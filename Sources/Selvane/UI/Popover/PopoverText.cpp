@@ -1,0 +1,41 @@
+#include "Selvane/UI/Popover/PopoverText.h"
+
+#include "SelvaneCore/TimeFormat.h"
+
+#include <QTime>
+
+namespace selvane::PopoverText {
+
+namespace {
+
+QString fromView(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QString timeOfDay(Date date, const Calendar& calendar, const QLocale& locale) {
+    const absl::CivilSecond civil = calendar.civil(date);
+    return locale.toString(QTime(civil.hour(), civil.minute(), civil.second()), QLocale::ShortFormat);
+}
+
+} // namespace
+
+QString sessionStatus(const TimerEngine& engine, const Calendar& calendar, const QLocale& locale) {
+    QString text = isBreak(engine.phase()) ? fromView(title(engine.phase()))
+                                           : QStringLiteral("Session %1 of %2")
+                                                 .arg(engine.cyclePosition())
+                                                 .arg(engine.config().sessionsBeforeLongBreak);
+    if (engine.isPaused())
+        text += QStringLiteral(" · paused");
+    if (engine.isRunning())
+        text += QStringLiteral(" · ends ") +
+                timeOfDay(adding(engine.remaining(), engine.now()), calendar, locale);
+    return text;
+}
+
+QString today(int minutes, int goalMinutes) {
+    return QStringLiteral("Today: %1 of your %2 goal")
+        .arg(QString::fromStdString(TimeFormat::duration(minutes)),
+             QString::fromStdString(TimeFormat::duration(goalMinutes)));
+}
+
+} // namespace selvane::PopoverText

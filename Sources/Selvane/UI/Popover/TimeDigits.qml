@@ -1,0 +1,37 @@
+import QtQuick
+
+/// A time in cells of equal width, so that it doesn't tremble with fonts whose digits differ in width.
+Row {
+    id: root
+
+    required property string time
+    property int pixelSize: 56
+    property color color: Theme.primaryText
+
+    TextMetrics {
+        id: widestDigit
+
+        font.pixelSize: root.pixelSize
+        font.weight: Font.DemiBold
+        text: "0"
+    }
+
+    Repeater {
+        model: root.time.length
+
+        Text {
+            id: cell
+
+            required property int index
+            readonly property string character: root.time.charAt(index)
+
+            width: character === ":" ? implicitWidth : widestDigit.advanceWidth
+            text: character
+            color: root.color
+            font.pixelSize: root.pixelSize
+            font.weight: Font.DemiBold
+            horizontalAlignment: Text.AlignHCenter
+            Accessible.ignored: true
+        }
+    }
+}

@@ -1,0 +1,139 @@
+#include "Selvane/UI/StatusItemController.h"
+
+#include "Selvane/UI/MenuBarLabel.h"
+
+#include <utility>
+
+namespace selvane {
+
+namespace {
+
+/// A click on the item first takes the keyboard from the panel, which closes it, and arrives only then:
+/// within this time it means "close", not "open".
+constexpr Seconds dismissalGuard{0.2};
+
+} // namespace
+
+StatusItemController::StatusItemController(AppModel& model, StatusItemHost& item, Scheduler& scheduler,
+                                           PressMonitor& presses, MakePanel makePanel)
+    : _model(model), _item(item), _scheduler(scheduler), _presses(presses), _makePanel(std::move(makePanel)) {
+    _item.onActivate = _lifetime.guard([this](const StatusItemAnchor& anchor) { toggle(anchor); });
+    _item.onSecondaryActivate = _lifetime.guard([this] { _model.engine().toggle(); });
+    _item.onMenuEntry = _lifetime.guard([this](int id) { perform(static_cast<StatusMenu::Command>(id)); });
+    observeModel();
+    update();
+}
+
+void StatusItemController::observeModel() {
+    const auto follow = [this](Signal<>& signal) {
+        _subscriptions.push_back(signal.subscribe([this] { scheduleUpdate(); }));
+    };
+    follow(_model.engine().changed);
+    follow(_model.settings().changed);
+    follow(_model.focusGuard().changed);
+}
+
+// Showing the state
+
+void StatusItemController::scheduleUpdate() {
+    if (std::exchange(_updatePending, true))
+        return;
+    _scheduler.post(_lifetime.guard([this] {
+        _updatePending = false;
+        update();
+    }));
+}
+
+void StatusItemController::update() {
+    render(MenuBarLabel::content(_model, _glyph), MenuBarLabel::accessibilityLabel(_model));
+}
+
+void StatusItemController::render(const StatusItemContent& content, const std::string& label) {
+    _item.setAccessibilityLabel(label);
+    _item.setTooltip(label);
+    _item.setMenu(StatusMenu::entries(_model.engine()));
+    if (content == _lastContent)
+        return;
+    _lastContent = content;
+    _item.setContent(content);
+}
+
+// The panel
+
+void StatusItemController::open() {
+    open(_item.anchor());
+}
+
+void StatusItemController::open(const StatusItemAnchor& anchor) {
+    if (!_panel) {
+        _panel = _makePanel();
+        if (!_panel)
+            return;
+        _panel->onCancel = _lifetime.guard([this] { close(); });
+        _panel->onTurnedAway = _lifetime.guard([this] { dismiss(); });
+        _panel->onQuit = _lifetime.guard([this] { perform(StatusMenu::Command::quit); });
+    }
+    _model.refreshForDisplay();
+    _panel->show(anchor);
+    _item.setHighlighted(true);
+    startWatchingForDismissal();
+}
+
+void StatusItemController::close() {
+    if (!_panel || !_panel->isVisible())
+        return;
+    stopWatchingForDismissal();
+    _panel->hide();
+    _item.setHighlighted(false);
+}
+
+void StatusItemController::toggle(const StatusItemAnchor& anchor) {
+    if (_panel && _panel->isVisible()) {
+        close();
+        return;
+    }
+    if (_dismissedAt && _scheduler.now() - *_dismissedAt < dismissalGuard) {
+        _dismissedAt.reset();
+        return;
+    }
+    open(anchor);
+}
+
+void StatusItemController::startWatchingForDismissal() {
+    stopWatchingForDismissal();
+    _mouseMonitor = _presses.watch(_lifetime.guard([this] { dismiss(); }));
+}
+
+void StatusItemController::stopWatchingForDismissal() {
+    _mouseMonitor.end();
+}
+
+void StatusItemController::dismiss() {
+    _dismissedAt = _scheduler.now();
+    close();
+}
+
+// The menu
+
+void StatusItemController::perform(StatusMenu::Command command) {
+    switch (command) {
+    case StatusMenu::Command::open:
+        open();
+        return;
+    case StatusMenu::Command::toggle:
+        _model.engine().toggle();
+        return;
+    case StatusMenu::Command::reset:
+        _model.engine().reset();
+        return;
+    case StatusMenu::Command::skip:
+        _model.engine().skip();
+        return;
+    case StatusMenu::Command::quit:
+        if (onQuit)
+            onQuit();
+        return;
+    }
+}
+
+} // namespace selvane

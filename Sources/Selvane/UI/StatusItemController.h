@@ -1,0 +1,68 @@
+#pragma once
+
+#include "Selvane/App/AppModel.h"
+#include "Selvane/Platform/PressMonitor.h"
+#include "Selvane/Platform/Scheduler.h"
+#include "Selvane/Platform/StatusItemHost.h"
+#include "Selvane/UI/DialGlyph.h"
+#include "Selvane/UI/Panel.h"
+#include "Selvane/UI/StatusMenu.h"
+#include "SelvaneCore/Lifetime.h"
+#include "SelvaneCore/Subscription.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace selvane {
+
+/// Owns the panel and keeps the status item in step with the model. Follows the model's changes; has no timer
+/// of its own. Main thread.
+class StatusItemController {
+public:
+    /// Makes the panel, at its first opening; null if that can't be done.
+    using MakePanel = std::function<std::unique_ptr<Panel>()>;
+
+    StatusItemController(AppModel& model, StatusItemHost& item, Scheduler& scheduler, PressMonitor& presses,
+                         MakePanel makePanel);
+    StatusItemController(const StatusItemController&) = delete;
+    StatusItemController& operator=(const StatusItemController&) = delete;
+
+    /// Brings the model up to date and shows the panel, beside the status item if there is one.
+    void open();
+    void open(const StatusItemAnchor& anchor);
+    void close();
+    /// Closes the panel if it is visible, otherwise opens it.
+    void toggle(const StatusItemAnchor& anchor);
+
+    /// The user asked to end the program.
+    std::function<void()> onQuit;
+
+private:
+    void observeModel();
+    void scheduleUpdate();
+    void update();
+    void render(const StatusItemContent& content, const std::string& label);
+    void startWatchingForDismissal();
+    void stopWatchingForDismissal();
+    void dismiss();
+    void perform(StatusMenu::Command command);
+
+    AppModel& _model;
+    StatusItemHost& _item;
+    Scheduler& _scheduler;
+    PressMonitor& _presses;
+    MakePanel _makePanel;
+    std::unique_ptr<Panel> _panel;
+    DialGlyph _glyph;
+    std::optional<StatusItemContent> _lastContent;
+    /// Held while the panel is open.
+    Subscription _mouseMonitor;
+    std::optional<Seconds> _dismissedAt;
+    bool _updatePending = false;
+    std::vector<Subscription> _subscriptions;
+    Lifetime _lifetime;
+};
+
+} // namespace selvane

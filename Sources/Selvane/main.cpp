@@ -1,0 +1,108 @@
+#include "Selvane/App/EmptyServices.h"
+#include "Selvane/Platform/Linux/DesktopAppearance.h"
+#include "Selvane/Platform/Linux/LinuxProcessActivity.h"
+#include "Selvane/Platform/Linux/LinuxScheduler.h"
+#include "Selvane/Platform/Linux/LinuxStatusItem.h"
+#include "Selvane/Platform/Linux/LogindAwayMonitor.h"
+#include "Selvane/Platform/Linux/SingleInstance.h"
+#include "Selvane/Platform/Linux/X11PressMonitor.h"
+#include "Selvane/UI/AppDelegate.h"
+#include "Selvane/UI/PanelLoader.h"
+#include "SelvaneCore/AppPaths.h"
+#include "SelvaneCore/Log.h"
+#include "SelvaneCore/MemoryDefaultsStore.h"
+#include "SelvaneCore/PosixFileSystem.h"
+
+#include <QDBusConnection>
+#include <QGuiApplication>
+
+#include <cstdlib>
+
+namespace selvane {
+namespace {
+
+Date wallClock() {
+    return std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
+}
+
+Calendar localCalendar() {
+    return Calendar(absl::LocalTimeZone());
+}
+
+/// What isn't built yet stands here as a service that does nothing, one line each.
+AppServices services() {
+    return {
+        .makeUpdater = [] { return std::make_unique<EmptyUpdater>(); },
+        .makeBackups = [](auto directory) { return std::make_unique<BackupManager>(std::move(directory)); },
+        .makeNotifier = [] { return std::make_unique<EmptyNotifier>(); },
+        .makeDataLifecycle = [] { return std::make_unique<EmptyDataLifecycle>(); },
+        .makeMusic = [](AppSettings&) { return std::make_unique<EmptyMusicController>(); },
+        .makeFocusGuard = [](AppSettings&) { return std::make_unique<EmptyFocusGuard>(); },
+        .makeFocusMode = [](AppSettings&) { return std::make_unique<EmptyFocusModeController>(); },
+        .makeCalendar = [](AppSettings&) { return std::make_unique<EmptyCalendarWatcher>(); },
+        .applyAppearance = [](AppearanceMode) {},
+    };
+}
+
+int run(QGuiApplication& application) {
+    const QDBusConnection sessionBus = QDBusConnection::sessionBus();
+    SingleInstance instance(sessionBus);
+    switch (instance.claim()) {
+    case SingleInstance::Claim::first:
+        break;
+    case SingleInstance::Claim::second:
+        if (instance.activateFirst())
+            return EXIT_SUCCESS;
+        Log::line("it runs already, but doesn't answer; end that process and start again");
+        return EXIT_FAILURE;
+    case SingleInstance::Claim::noBus:
+        Log::line("there is no session bus, so nothing keeps a second copy from starting");
+        break;
+    }
+
+    LinuxScheduler scheduler;
+    LogindAwayMonitor awayMonitor(scheduler, [] { return QDBusConnection::systemBus(); });
+    LinuxProcessActivity processActivity;
+    EmptySoundPlayer soundPlayer;
+    EmptyAttentionSignal attentionSignal;
+    MemoryDefaultsStore defaults;
+    PosixFileSystem fileSystem;
+    DesktopAppearance appearance(sessionBus);
+    LinuxStatusItem statusItem(sessionBus, scheduler, appearance);
+    X11PressMonitor presses;
+
+    AppDelegate delegate({
+        .scheduler = &scheduler,
+        .awayMonitor = &awayMonitor,
+        .processActivity = &processActivity,
+        .soundPlayer = &soundPlayer,
+        .attentionSignal = &attentionSignal,
+        .defaults = &defaults,
+        .fileSystem = &fileSystem,
+        .clock = wallClock,
+        .calendar = localCalendar,
+        .file = AppPaths::file,
+        .services = services(),
+    });
+    delegate.onQuit = [] { QCoreApplication::quit(); };
+    delegate.applicationDidFinishLaunching({
+        .statusItem = &statusItem,
+        .appearance = &appearance,
+        .presses = &presses,
+        .makePanel = PanelLoader::load,
+    });
+    instance.onActivate = [&delegate] { delegate.applicationShouldHandleReopen(); };
+
+    return application.exec();
+}
+
+} // namespace
+} // namespace selvane
+
+int main(int argc, char* argv[]) {
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setApplicationName(QStringLiteral("Selvane"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("com.lorbin.selvane"));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    return selvane::run(application);
+}

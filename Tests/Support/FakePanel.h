@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Selvane/UI/Panel.h"
+#include "Support/Journal.h"
+
+namespace selvane::test {
+
+/// A panel without a window.
+class FakePanel final : public Panel {
+public:
+    explicit FakePanel(Journal& journal) : _journal(journal) {}
+
+    void show(const StatusItemAnchor& anchor) override {
+        _journal.note("panel.show");
+        _isVisible = true;
+        _anchor = anchor;
+    }
+    void hide() override {
+        _journal.note("panel.hide");
+        _isVisible = false;
+    }
+    [[nodiscard]] bool isVisible() const override { return _isVisible; }
+
+    [[nodiscard]] const StatusItemAnchor& anchor() const { return _anchor; }
+
+    void pressEscape() { onCancel(); }
+    void turnAway() { onTurnedAway(); }
+
+private:
+    Journal& _journal;
+    bool _isVisible = false;
+    StatusItemAnchor _anchor;
+};
+
+} // namespace selvane::test

@@ -1,0 +1,196 @@
+#pragma once
+
+#include "Selvane/App/AppEnvironment.h"
+#include "Selvane/App/AppModel.h"
+#include "Selvane/App/EmptyServices.h"
+#include "Support/Journal.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace selvane::test {
+
+/// What the stand-in services answer, set by a test.
+struct ServiceAnswers {
+    std::optional<std::vector<AppUsage>> usage;
+    std::optional<std::string> driftAppName;
+    std::optional<CalendarEvent> nextEvent;
+};
+
+class RecordingNotifier final : public Notifier {
+public:
+    explicit RecordingNotifier(Journal& journal) : _journal(journal) {}
+    void schedule(Phase phase, Date end) override {
+        _journal.note(
+            "notifier.schedule " + std::string(rawValue(phase)) + " " +
+            std::to_string(std::chrono::duration_cast<std::chrono::seconds>(end.time_since_epoch()).count()));
+    }
+    void scheduleMeetingHeadsUp(const std::string& title, Date, Seconds lead) override {
+        _journal.note("notifier.meeting " + title + " " + std::to_string(static_cast<int>(lead.count())));
+    }
+    void removePending(std::span<const std::string_view> ids) override {
+        for (const auto id : ids)
+            _journal.note("notifier.remove " + std::string(id));
+    }
+    void requestAuthorization() override { _journal.note("notifier.authorize"); }
+
+private:
+    Journal& _journal;
+};
+
+class RecordingMusic final : public MusicController {
+public:
+    explicit RecordingMusic(Journal& journal) : _journal(journal) {}
+    void play() override { _journal.note("music.play"); }
+    void pause() override { _journal.note("music.pause"); }
+    void syncSettings() override { _journal.note("music.sync"); }
+
+private:
+    Journal& _journal;
+};
+
+class RecordingGuard final : public FocusGuard {
+public:
+    RecordingGuard(Journal& journal, const ServiceAnswers& answers) : _journal(journal), _answers(answers) {}
+    void focusStarted() override { _journal.note("guard.started"); }
+    void focusPaused() override { _journal.note("guard.paused"); }
+    std::optional<std::vector<AppUsage>> finish() override {
+        _journal.note("guard.finish");
+        return _answers.usage;
+    }
+    void settingsChanged() override { _journal.note("guard.settings"); }
+    [[nodiscard]] std::optional<std::string> driftAppName() const override { return _answers.driftAppName; }
+
+private:
+    Journal& _journal;
+    const ServiceAnswers& _answers;
+};
+
+class RecordingFocusMode final : public FocusModeController {
+public:
+    explicit RecordingFocusMode(Journal& journal) : _journal(journal) {}
+    void set(bool on) override { _journal.note(on ? "focusMode.on" : "focusMode.off"); }
+
+private:
+    Journal& _journal;
+};
+
+class RecordingCalendar final : public CalendarWatcher {
+public:
+    RecordingCalendar(Journal& journal, const ServiceAnswers& answers)
+        : _journal(journal), _answers(answers) {}
+    void refresh() override { _journal.note("calendar.refresh"); }
+    [[nodiscard]] std::optional<CalendarEvent> nextEvent() const override { return _answers.nextEvent; }
+
+private:
+    Journal& _journal;
+    const ServiceAnswers& _answers;
+};
+
+class RecordingLifecycle final : public DataLifecycle {
+public:
+    explicit RecordingLifecycle(Journal& journal) : _journal(journal) {}
+    void migrateFromVesk() override { _journal.note("lifecycle.migrate"); }
+    void recoverDamagedFiles(AppModel& model, const TaskResult& tasks,
+                             const SessionResult& sessions) override {
+        _journal.note("lifecycle.recover " + kind(tasks) + " " + kind(sessions) +
+                      (model.currentTaskID() ? " with current task" : ""));
+    }
+    void backUpBeforeUpdate(AppModel&) override { _journal.note("lifecycle.backUpBeforeUpdate"); }
+    void backUpDaily(AppModel&) override { _journal.note("lifecycle.backUpDaily"); }
+    void showWhatsNewIfUpdated(AppModel&) override { _journal.note("lifecycle.whatsNew"); }
+
+private:
+    template <typename Result>
+    static std::string kind(const Result& result) {
+        constexpr std::array names{"loaded", "unreadable", "missing"};
+        return names.at(result.index());
+    }
+
+    Journal& _journal;
+};
+
+class RecordingSound final : public SoundPlayer {
+public:
+    explicit RecordingSound(Journal& journal) : _journal(journal) {}
+    void play(std::string_view name) override { _journal.note("sound " + std::string(name)); }
+
+private:
+    Journal& _journal;
+};
+
+class RecordingSignal final : public AttentionSignal {
+public:
+    explicit RecordingSignal(Journal& journal) : _journal(journal) {}
+    void perform() override { _journal.note("signal"); }
+
+private:
+    Journal& _journal;
+};
+
+class RecordingActivity final : public ProcessActivity {
+public:
+    explicit RecordingActivity(Journal& journal) : _journal(journal) {}
+    Subscription begin(std::string_view reason) override {
+        _journal.note("activity.begin " + std::string(reason));
+        return Subscription([this] { _journal.note("activity.end"); });
+    }
+
+private:
+    Journal& _journal;
+};
+
+class RecordingDefaults final : public DefaultsStore {
+public:
+    explicit RecordingDefaults(Journal& journal) : _journal(journal) {}
+    [[nodiscard]] std::optional<std::string> text(std::string_view key) const override {
+        _journal.note("defaults.read " + std::string(key));
+        const auto found = texts.find(key);
+        return found == texts.end() ? std::nullopt : std::optional(found->second);
+    }
+    void setText(std::string_view key, std::optional<std::string> value) override {
+        _journal.note("defaults.write " + std::string(key));
+        if (value)
+            texts.insert_or_assign(std::string(key), *value);
+        else
+            texts.erase(std::string(key));
+    }
+
+    std::map<std::string, std::string, std::less<>> texts;
+
+private:
+    Journal& _journal;
+};
+
+/// Services that note what the model asks of them.
+inline AppServices recordingServices(Journal& journal, const ServiceAnswers& answers) {
+    const auto noting = [&journal](const char* name, auto make) {
+        return [&journal, name, make](auto&&...) {
+            journal.note(std::string("make ") + name);
+            return make();
+        };
+    };
+    AppServices services;
+    services.makeUpdater = noting("updater", [] { return std::make_unique<EmptyUpdater>(); });
+    services.makeBackups = [&journal](std::filesystem::path directory) {
+        journal.note("make backups on " + directory.filename().string());
+        return std::make_unique<BackupManager>(std::move(directory));
+    };
+    services.makeNotifier = noting("notifier", [&] { return std::make_unique<RecordingNotifier>(journal); });
+    services.makeDataLifecycle =
+        noting("lifecycle", [&] { return std::make_unique<RecordingLifecycle>(journal); });
+    services.makeMusic = noting("music", [&] { return std::make_unique<RecordingMusic>(journal); });
+    services.makeFocusGuard =
+        noting("guard", [&] { return std::make_unique<RecordingGuard>(journal, answers); });
+    services.makeFocusMode =
+        noting("focusMode", [&] { return std::make_unique<RecordingFocusMode>(journal); });
+    services.makeCalendar =
+        noting("calendar", [&] { return std::make_unique<RecordingCalendar>(journal, answers); });
+    services.applyAppearance = [&journal](AppearanceMode) { journal.note("appearance"); };
+    return services;
+}
+
+} // namespace selvane::test

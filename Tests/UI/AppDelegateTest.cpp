@@ -1,0 +1,71 @@
+#include "Selvane/UI/AppDelegate.h"
+
+#include "Support/FakeAppearance.h"
+#include "Support/FakePanel.h"
+#include "Support/FakePressMonitor.h"
+#include "Support/FakeStatusItemHost.h"
+#include "Support/ModelHarness.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace selvane {
+namespace {
+
+using testing::ElementsAre;
+
+class AppDelegateTest : public testing::Test {
+protected:
+    AppDelegateTest() : delegate(harness.environment()) { harness.journal.clear(); }
+
+    void finishLaunching() {
+        delegate.applicationDidFinishLaunching(
+            {&host, &appearance, &presses, [this](const PanelContext& context) {
+                 EXPECT_EQ(context.model, &delegate.model());
+                 EXPECT_EQ(context.appearance, &appearance);
+                 return std::make_unique<test::FakePanel>(harness.journal);
+             }});
+    }
+
+    test::ModelHarness harness;
+    test::FakeStatusItemHost host;
+    test::FakeAppearance appearance;
+    test::FakePressMonitor presses;
+    AppDelegate delegate;
+};
+
+TEST_F(AppDelegateTest, LaunchShowsTheItemThenBacksUpThenLooksForNews) {
+    EXPECT_FALSE(host.content());
+    finishLaunching();
+    EXPECT_TRUE(host.content());
+    EXPECT_THAT(harness.journal.entries(), ElementsAre("lifecycle.backUpDaily", "lifecycle.whatsNew"));
+}
+
+TEST_F(AppDelegateTest, SecondStartOpensThePanel) {
+    finishLaunching();
+    harness.journal.clear();
+    delegate.applicationShouldHandleReopen();
+    EXPECT_EQ(harness.journal.count("panel.show"), 1);
+}
+
+TEST_F(AppDelegateTest, SecondStartBeforeTheLaunchHasFinishedDoesNothing) {
+    delegate.applicationShouldHandleReopen();
+    EXPECT_FALSE(harness.journal.has("panel.show"));
+}
+
+TEST_F(AppDelegateTest, NewsOfAnUpdateChooseTheirPane) {
+    finishLaunching();
+    delegate.model().showWhatsNewAfterUpdate();
+    EXPECT_EQ(delegate.model().windowPane(), Pane::whatsNew);
+}
+
+TEST_F(AppDelegateTest, QuitFromTheMenuReachesTheProgram) {
+    bool quits = false;
+    delegate.onQuit = [&] { quits = true; };
+    finishLaunching();
+    EXPECT_TRUE(host.choose("Quit Selvane"));
+    EXPECT_TRUE(quits);
+}
+
+} // namespace
+} // namespace selvane

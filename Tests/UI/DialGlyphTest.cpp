@@ -1,0 +1,113 @@
+#include "Selvane/UI/DialGlyph.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace selvane {
+namespace {
+
+using Style = DialGlyph::Style;
+
+/// The opacity, 0 to 255, of the pixel at a direction from the middle, told by a clock's minutes.
+int opacityAt(const Pixmap& pixmap, double minute) {
+    const double angle = minute / 60.0 * 2 * 3.14159265358979;
+    const double radius = (16.0 / 2 - 0.5 - 2.6) + 2.6 / 2;
+    const double scale = pixmap.side / 16.0;
+    const auto x = static_cast<std::size_t>((8 + radius * std::sin(angle)) * scale);
+    const auto y = static_cast<std::size_t>((8 - radius * std::cos(angle)) * scale);
+    return static_cast<int>(pixmap.argb.at(y * static_cast<std::size_t>(pixmap.side) + x) >> 24);
+}
+
+int opacityInTheMiddle(const Pixmap& pixmap) {
+    const auto side = static_cast<std::size_t>(pixmap.side);
+    return static_cast<int>(pixmap.argb.at(side / 2 * side + side / 2) >> 24);
+}
+
+Pixmap draw(const DialGlyph::State& state, Ink ink = Ink::dark) {
+    return DialGlyph().image(state)->pixmap(64, ink);
+}
+
+TEST(DialGlyph, SameQuantisedValueReturnsTheSameImage) {
+    DialGlyph glyph;
+    const auto image = glyph.image({0.5, Style::running, false});
+    EXPECT_EQ(glyph.image({0.5 + 0.9 / 240, Style::running, false}), image);
+    EXPECT_EQ(glyph.image({0.5 - 0.9 / 240, Style::running, false}), image);
+    EXPECT_NE(glyph.image({0.5 + 1.1 / 240, Style::running, false}), image);
+}
+
+TEST(DialGlyph, StyleAndDotMakeAnotherImage) {
+    DialGlyph glyph;
+    const auto image = glyph.image({0.5, Style::running, false});
+    EXPECT_NE(glyph.image({0.5, Style::onBreak, false}), image);
+    EXPECT_NE(glyph.image({0.5, Style::paused, false}), image);
+    EXPECT_NE(glyph.image({0.5, Style::running, true}), image);
+}
+
+TEST(DialGlyph, BreakDrawsLikeFocus) {
+    EXPECT_EQ(draw({0.4, Style::onBreak, false}), draw({0.4, Style::running, false}));
+}
+
+TEST(DialGlyph, ArcRunsClockwiseFromTwelve) {
+    const Pixmap pixmap = draw({0.5, Style::running, false});
+    EXPECT_EQ(opacityAt(pixmap, 5), 255);
+    EXPECT_EQ(opacityAt(pixmap, 15), 255);
+    EXPECT_EQ(opacityAt(pixmap, 25), 255);
+    EXPECT_NEAR(opacityAt(pixmap, 40), 64, 2) << "the track, a quarter opaque";
+    EXPECT_NEAR(opacityAt(pixmap, 50), 64, 2);
+}
+
+TEST(DialGlyph, RestingDialIsThreeQuartersOfARingWithoutTrack) {
+    const Pixmap pixmap = draw(DialGlyph::resting);
+    EXPECT_EQ(opacityAt(pixmap, 10), 255);
+    EXPECT_EQ(opacityAt(pixmap, 40), 255);
+    EXPECT_EQ(opacityAt(pixmap, 52), 0);
+    EXPECT_EQ(opacityInTheMiddle(pixmap), 0);
+}
+
+TEST(DialGlyph, WholePhaseShowsAFullRing) {
+    const Pixmap pixmap = draw({1.0, Style::running, false});
+    for (int minute = 0; minute < 60; ++minute)
+        EXPECT_EQ(opacityAt(pixmap, minute), 255) << minute;
+}
+
+TEST(DialGlyph, NothingLeftShowsTheTrackAlone) {
+    for (const double remaining : {0.0, -0.25}) {
+        const Pixmap pixmap = draw({remaining, Style::running, false});
+        for (int minute = 0; minute < 60; minute += 5)
+            EXPECT_NEAR(opacityAt(pixmap, minute), 64, 2) << remaining << " at " << minute;
+    }
+}
+
+TEST(DialGlyph, PausedArcIsFainter) {
+    const Pixmap pixmap = draw({0.5, Style::paused, false});
+    // 0.4 over a track of 0.25.
+    EXPECT_NEAR(opacityAt(pixmap, 15), 255 * (0.4 + 0.25 * 0.6), 3);
+}
+
+TEST(DialGlyph, DotStandsInTheMiddleWhileDrifting) {
+    EXPECT_EQ(opacityInTheMiddle(draw({0.5, Style::running, true})), 255);
+    EXPECT_EQ(opacityInTheMiddle(draw({0.5, Style::running, false})), 0);
+}
+
+TEST(DialGlyph, InkColoursEveryPixel) {
+    for (const std::uint32_t pixel : draw({0.5, Style::running, true}, Ink::light).argb)
+        EXPECT_EQ(pixel & 0xffffffU, 0xffffffU);
+    for (const std::uint32_t pixel : draw({0.5, Style::running, true}, Ink::dark).argb)
+        EXPECT_EQ(pixel & 0xffffffU, 0x1c1c1eU);
+}
+
+TEST(DialGlyph, DrawsAtEverySizeAndToTheEdgeOfNone) {
+    const auto image = DialGlyph().image({0.7, Style::running, true});
+    for (const int side : {16, 22, 24, 32, 48, 64}) {
+        const Pixmap pixmap = image->pixmap(side, Ink::dark);
+        ASSERT_EQ(pixmap.side, side);
+        ASSERT_EQ(pixmap.argb.size(), static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
+        EXPECT_EQ(pixmap.argb.front() >> 24, 0U) << side;
+        EXPECT_EQ(pixmap.argb.back() >> 24, 0U) << side;
+    }
+    EXPECT_TRUE(image->pixmap(0, Ink::dark).argb.empty());
+}
+
+} // namespace
+} // namespace selvane

@@ -1,0 +1,55 @@
+#include "Selvane/UI/PanelPlacement.h"
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+namespace selvane {
+
+static void PrintTo(const ScreenPoint& point, std::ostream* out) {
+    *out << point.x << ',' << point.y;
+}
+
+namespace {
+
+struct Row {
+    const char* name;
+    StatusItemAnchor anchor;
+    ScreenRect available;
+    ScreenPoint origin;
+};
+
+class PanelPlacementTable : public testing::TestWithParam<Row> {};
+
+TEST_P(PanelPlacementTable, KeepsThePanelBesideItsItemAndOnTheScreen) {
+    EXPECT_EQ(PanelPlacement::origin(GetParam().anchor, 348, 220, GetParam().available), GetParam().origin);
+}
+
+/// A screen of 1280 by 800 with a dock of 24 at the top, at the bottom or nowhere.
+constexpr ScreenRect belowTopBar{0, 24, 1280, 776};
+constexpr ScreenRect aboveTaskBar{0, 0, 1280, 776};
+constexpr ScreenRect secondScreen{1280, 24, 1920, 1056};
+constexpr ScreenRect narrow{0, 0, 300, 800};
+
+StatusItemAnchor icon(int x, int y) {
+    return {ScreenRect{x, y, 24, 24}, std::nullopt};
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, PanelPlacementTable,
+    testing::Values(
+        Row{"UnderTheItemOfATopBar", icon(600, 0), belowTopBar, {438, 30}},
+        Row{"OverTheItemOfATaskBar", icon(600, 776), aboveTaskBar, {438, 550}},
+        Row{"EightFromTheRightEdge", icon(1250, 0), belowTopBar, {924, 30}},
+        Row{"EightFromTheLeftEdge", icon(2, 0), belowTopBar, {8, 30}},
+        Row{"OnTheScreenOfTheItem", icon(1290, 0), secondScreen, {1288, 30}},
+        Row{"RightBoundWinsOnANarrowScreen", icon(100, 0), narrow, {-56, 30}},
+        Row{"UnderThePointer", {std::nullopt, ScreenPoint{700, 10}}, belowTopBar, {526, 30}},
+        Row{"OverThePointer", {std::nullopt, ScreenPoint{700, 790}}, aboveTaskBar, {526, 550}},
+        Row{"IconBeforePointer", {ScreenRect{600, 0, 24, 24}, ScreenPoint{9, 9}}, belowTopBar, {438, 30}},
+        Row{"TopRightWithoutAnchor", {}, belowTopBar, {924, 30}},
+        Row{"HalvesAwayFromZero", {ScreenRect{601, 0, 23, 24}, std::nullopt}, belowTopBar, {439, 30}}),
+    [](const auto& row) { return row.param.name; });
+
+} // namespace
+} // namespace selvane

@@ -1,0 +1,239 @@
+#include "Selvane/UI/StatusItemController.h"
+
+#include "Support/FakePanel.h"
+#include "Support/FakePressMonitor.h"
+#include "Support/FakeStatusItemHost.h"
+#include "Support/ModelHarness.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace selvane {
+namespace {
+
+using testing::ElementsAre;
+
+class StatusItemControllerTest : public testing::Test {
+protected:
+    StatusItemControllerTest()
+        : controller(harness.launch(), host, harness.scheduler, presses, [this]() -> std::unique_ptr<Panel> {
+              ++panelsMade;
+              if (!viewsLoad)
+                  return nullptr;
+              auto made = std::make_unique<test::FakePanel>(harness.journal);
+              panel = made.get();
+              return made;
+          }) {
+        harness.scheduler.turn();
+        harness.journal.clear();
+    }
+
+    TimerEngine& engine() { return harness.model().engine(); }
+
+    test::ModelHarness harness;
+    test::FakeStatusItemHost host;
+    test::FakePressMonitor presses;
+    bool viewsLoad = true;
+    int panelsMade = 0;
+    test::FakePanel* panel = nullptr;
+    StatusItemController controller;
+};
+
+// The item
+
+TEST_F(StatusItemControllerTest, ItemIsCompleteAtOnce) {
+    ASSERT_TRUE(host.content());
+    EXPECT_TRUE(host.content()->image);
+    EXPECT_EQ(host.accessibilityLabel(), "Selvane");
+    EXPECT_EQ(host.menu().size(), 7U);
+}
+
+TEST_F(StatusItemControllerTest, ItemFollowsTheModelAfterTheBurstOfChanges) {
+    engine().start();
+    EXPECT_EQ(host.content()->title, std::nullopt) << "not from inside the command";
+    harness.scheduler.turn();
+    EXPECT_EQ(host.content()->title, "25:00");
+    EXPECT_EQ(host.accessibilityLabel(), "Selvane, Focus, 25:00 remaining");
+    EXPECT_EQ(host.tooltip(), "Selvane, Focus, 25:00 remaining");
+    harness.pass(Seconds{1});
+    EXPECT_EQ(host.content()->title, "24:59");
+}
+
+TEST_F(StatusItemControllerTest, EqualContentIsNotDrawnAgain) {
+    harness.model().settings().menuBarDisplay.set(MenuBarDisplay::iconOnly);
+    engine().start();
+    harness.scheduler.turn();
+    const int drawn = host.drawings();
+    harness.pass(Seconds{6});
+    EXPECT_EQ(host.drawings(), drawn) << "less than a half step of the dial";
+    EXPECT_EQ(host.accessibilityLabel(), "Selvane, Focus, 24:54 remaining") << "the words move all the same";
+    harness.pass(Seconds{1});
+    EXPECT_EQ(host.drawings(), drawn + 1);
+}
+
+TEST_F(StatusItemControllerTest, ItemFollowsTheDisplaySetting) {
+    engine().start();
+    harness.model().settings().menuBarDisplay.set(MenuBarDisplay::timeOnly);
+    harness.scheduler.turn();
+    EXPECT_FALSE(host.content()->image);
+}
+
+TEST_F(StatusItemControllerTest, ItemFollowsADrift) {
+    engine().start();
+    harness.scheduler.turn();
+    const auto before = host.content()->image;
+    harness.answers.driftAppName = "Chat";
+    harness.model().focusGuard().changed.emit();
+    harness.scheduler.turn();
+    EXPECT_NE(host.content()->image, before);
+}
+
+TEST_F(StatusItemControllerTest, MiddleClickTogglesTheTimer) {
+    host.middleClick();
+    EXPECT_TRUE(engine().isRunning());
+    host.middleClick();
+    EXPECT_TRUE(engine().isPaused());
+}
+
+TEST_F(StatusItemControllerTest, MenuDrivesTheTimer) {
+    EXPECT_TRUE(host.choose("Start"));
+    harness.scheduler.turn();
+    EXPECT_TRUE(engine().isRunning());
+    EXPECT_TRUE(host.choose("Pause"));
+    harness.scheduler.turn();
+    EXPECT_TRUE(engine().isPaused());
+    EXPECT_TRUE(host.choose("Resume"));
+    harness.scheduler.turn();
+    EXPECT_TRUE(host.choose("Reset"));
+    harness.scheduler.turn();
+    EXPECT_TRUE(engine().isIdle());
+    EXPECT_TRUE(host.choose("Skip"));
+    EXPECT_EQ(engine().phase(), Phase::shortBreak);
+}
+
+TEST_F(StatusItemControllerTest, ResetOfTheMenuLeavesTheMusicPlaying) {
+    engine().start();
+    harness.scheduler.turn();
+    harness.journal.clear();
+    EXPECT_TRUE(host.choose("Reset"));
+    EXPECT_FALSE(harness.journal.has("music.pause"));
+}
+
+TEST_F(StatusItemControllerTest, MenuOpensThePanelAndQuits) {
+    bool quits = false;
+    controller.onQuit = [&] { quits = true; };
+    EXPECT_TRUE(host.choose("Open Selvane"));
+    EXPECT_TRUE(panel->isVisible());
+    EXPECT_TRUE(host.choose("Quit Selvane"));
+    EXPECT_TRUE(quits);
+}
+
+// The panel
+
+TEST_F(StatusItemControllerTest, PanelIsMadeAtTheFirstOpeningAndKept) {
+    EXPECT_EQ(panelsMade, 0);
+    host.click();
+    host.click();
+    host.click();
+    EXPECT_EQ(panelsMade, 1);
+}
+
+TEST_F(StatusItemControllerTest, OpeningBringsTheModelUpToDateBeforeThePanelShows) {
+    host.click();
+    EXPECT_THAT(harness.journal.entries(),
+                ElementsAre("lifecycle.backUpDaily", "calendar.refresh", "panel.show"));
+}
+
+TEST_F(StatusItemControllerTest, ClickOnTheItemClosesAnOpenPanel) {
+    host.click();
+    EXPECT_TRUE(panel->isVisible());
+    EXPECT_TRUE(host.isHighlighted());
+    host.click();
+    EXPECT_FALSE(panel->isVisible());
+    EXPECT_FALSE(host.isHighlighted());
+}
+
+TEST_F(StatusItemControllerTest, EscapeClosesThePanelAndRemovesTheHighlight) {
+    host.click();
+    panel->pressEscape();
+    EXPECT_FALSE(panel->isVisible());
+    EXPECT_FALSE(host.isHighlighted());
+    host.click();
+    EXPECT_TRUE(panel->isVisible()) << "a click right after Escape means open";
+}
+
+TEST_F(StatusItemControllerTest, ClickThatTookTheKeyboardDoesNotReopenThePanel) {
+    host.click();
+    panel->turnAway();
+    EXPECT_FALSE(panel->isVisible());
+    harness.scheduler.advance(Seconds{0.19});
+    host.click();
+    EXPECT_FALSE(panel->isVisible());
+    host.click();
+    EXPECT_TRUE(panel->isVisible()) << "the guard takes one click";
+}
+
+TEST_F(StatusItemControllerTest, PressOutsideClosesThePanel) {
+    host.click();
+    presses.press();
+    EXPECT_FALSE(panel->isVisible());
+    EXPECT_FALSE(host.isHighlighted());
+}
+
+TEST_F(StatusItemControllerTest, PressOnTheItemItselfClosesAndDoesNotReopen) {
+    host.click();
+    presses.press();
+    host.click();
+    EXPECT_FALSE(panel->isVisible());
+}
+
+TEST_F(StatusItemControllerTest, PressesAreWatchedOnceAndOnlyWhileThePanelIsOpen) {
+    EXPECT_EQ(presses.watchers(), 0);
+    host.click();
+    controller.open();
+    EXPECT_EQ(presses.watchers(), 1);
+    panel->pressEscape();
+    EXPECT_EQ(presses.watchers(), 0);
+}
+
+TEST_F(StatusItemControllerTest, ClickLongAfterTurningAwayOpensThePanel) {
+    host.click();
+    panel->turnAway();
+    harness.scheduler.advance(Seconds{0.2});
+    host.click();
+    EXPECT_TRUE(panel->isVisible());
+}
+
+TEST_F(StatusItemControllerTest, CloseOfAHiddenPanelDoesNothing) {
+    controller.close();
+    host.click();
+    panel->pressEscape();
+    harness.journal.clear();
+    controller.close();
+    EXPECT_TRUE(harness.journal.entries().empty());
+}
+
+TEST_F(StatusItemControllerTest, PanelStandsWhereTheClickWas) {
+    const StatusItemAnchor anchor{ScreenRect{600, 0, 24, 24}, ScreenPoint{612, 12}};
+    host.place(anchor);
+    host.click();
+    EXPECT_EQ(panel->anchor(), anchor);
+}
+
+TEST_F(StatusItemControllerTest, OpensWithoutAPlaceForTheItem) {
+    controller.open();
+    EXPECT_TRUE(panel->isVisible());
+    EXPECT_EQ(panel->anchor(), StatusItemAnchor{});
+}
+
+TEST_F(StatusItemControllerTest, ViewsThatDoNotLoadAreTriedAgain) {
+    viewsLoad = false;
+    host.click();
+    EXPECT_FALSE(host.isHighlighted());
+    viewsLoad = true;
+    host.click();
+    EXPECT_TRUE(panel->isVisible());
+}
+
+} // namespace
+} // namespace selvane
