@@ -125,7 +125,7 @@ TEST_F(LinuxStatusItemTest, EqualValuesSendNothing) {
         _item->setHighlighted(true);
     };
     showAll("24:59");
-    ASSERT_TRUE(waitUntil([&] { return _panel.count("LayoutUpdated") == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return _panel.count("NewMenu") == 1; })) << "it is the last";
     const QStringList before = _panel.signalNames;
     for (int tick = 0; tick < 5; ++tick)
         showAll("24:59");

@@ -32,11 +32,13 @@ public:
     void startTray(const QString& tint = QStringLiteral("0x000000")) {
         _tray = std::make_unique<QProcess>();
         _tray->setProcessEnvironment(environment());
+        // Aligned to the left it doesn't move when it grows, so that a place once asked for is still right.
         _tray->start(QStringLiteral("trayer"),
-                     {QStringLiteral("--edge"), QStringLiteral("top"), QStringLiteral("--widthtype"),
-                      QStringLiteral("request"), QStringLiteral("--height"), QStringLiteral("32"),
-                      QStringLiteral("--transparent"), QStringLiteral("true"), QStringLiteral("--alpha"),
-                      QStringLiteral("0"), QStringLiteral("--tint"), tint});
+                     {QStringLiteral("--edge"), QStringLiteral("top"), QStringLiteral("--align"),
+                      QStringLiteral("left"), QStringLiteral("--widthtype"), QStringLiteral("request"),
+                      QStringLiteral("--height"), QStringLiteral("32"), QStringLiteral("--transparent"),
+                      QStringLiteral("true"), QStringLiteral("--alpha"), QStringLiteral("0"),
+                      QStringLiteral("--tint"), tint});
     }
 
     void stopTray() {

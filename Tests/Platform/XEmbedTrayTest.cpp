@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <ostream>
 #include <vector>
 
 namespace selvane::test {
@@ -92,12 +93,35 @@ TEST_F(XEmbedTrayTest, TheTrayShinesThroughAClearImage) {
     _tray->setShown(true);
     _desktop.startTray();
     ASSERT_TRUE(isShownIn(lightInk));
-    const auto outside = _desktop.photograph({0, 470, 1, 1});
+    const ScreenRect place = _tray->geometry().value();
+    const std::uint32_t ground = _desktop.photograph({place.x, place.y - 1, 1, 1}).at(0);
     _tray->setImage(std::make_shared<PlainImage>(0x00ff0000, 0x00ff0000), Ink::light);
-    ASSERT_TRUE(waitUntil([&] { return !_desktop.shows(_tray->geometry().value(), lightInk); }));
-    EXPECT_FALSE(_desktop.shows(_tray->geometry().value(), 0xff0000));
-    EXPECT_EQ(outside.size(), 1U);
+    ASSERT_TRUE(waitUntil([&] { return !_desktop.shows(place, lightInk); }));
+    EXPECT_THAT(_desktop.photograph(place), testing::Each(ground));
 }
+
+struct Ground {
+    const char* name;
+    const char* tint;
+    std::uint32_t ink;
+};
+
+void PrintTo(const Ground& ground, std::ostream* stream) {
+    *stream << ground.name;
+}
+
+class XEmbedTrayGrounds : public XEmbedTrayTest, public testing::WithParamInterface<Ground> {};
+
+TEST_P(XEmbedTrayGrounds, TheInkStandsOutFromTheTray) {
+    _tray->setShown(true);
+    _desktop.startTray(QLatin1String(GetParam().tint));
+    EXPECT_TRUE(isShownIn(GetParam().ink));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, XEmbedTrayGrounds,
+                         testing::Values(Ground{"Dark", "0x202020", lightInk},
+                                         Ground{"Light", "0xf0f0f0", darkInk}),
+                         [](const auto& test) { return test.param.name; });
 
 TEST_F(XEmbedTrayTest, ClicksArriveWithTheirPlace) {
     std::vector<StatusItemAnchor> activations;
