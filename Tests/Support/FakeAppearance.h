@@ -11,6 +11,9 @@ class FakeAppearance final : public Appearance {
 public:
     [[nodiscard]] bool isDark() const override { return _isDark; }
 
+    [[nodiscard]] bool isComposited() const override { return _isComposited; }
+
+    void setComposited(bool composited) { _isComposited = composited; }
     void setDark(bool dark) {
         if (std::exchange(_isDark, dark) != dark)
             changed.emit();
@@ -18,6 +21,7 @@ public:
 
 private:
     bool _isDark = false;
+    bool _isComposited = false;
 };
 
 } // namespace selvane::test

@@ -40,7 +40,7 @@ TEST_F(PopoverModelTest, CommandsDriveTheTimerAndViewsHearOfIt) {
     EXPECT_EQ(changes, 4);
 }
 
-TEST_F(PopoverModelTest, TodayIsCountedAnewWithEverySessionAndAtRefresh) {
+TEST_F(PopoverModelTest, TodayIsCountedAnewWithEverySessionAndWhenShown) {
     PopoverModel popover(harness.model(), appearance);
     int changes = 0;
     QObject::connect(&popover, &PopoverModel::todayChanged, &popover, [&] { ++changes; });
@@ -50,10 +50,10 @@ TEST_F(PopoverModelTest, TodayIsCountedAnewWithEverySessionAndAtRefresh) {
     EXPECT_EQ(popover.today(), QStringLiteral("Today: 1m of your 50m goal"));
     EXPECT_EQ(changes, 1);
     harness.now += std::chrono::days{1};
-    popover.refresh();
+    popover.prepareToShow();
     EXPECT_EQ(popover.today(), QStringLiteral("Today: 0m of your 50m goal"));
     EXPECT_EQ(changes, 2);
-    popover.refresh();
+    popover.prepareToShow();
     EXPECT_EQ(changes, 2);
 }
 
@@ -61,6 +61,16 @@ TEST_F(PopoverModelTest, TodayFollowsTheGoal) {
     const PopoverModel popover(harness.model(), appearance);
     harness.model().settings().dailyGoalMinutes.set(90);
     EXPECT_EQ(popover.today(), QStringLiteral("Today: 0m of your 1h 30m goal"));
+}
+
+TEST_F(PopoverModelTest, CompositorIsAskedForWhenShown) {
+    PopoverModel popover(harness.model(), appearance);
+    int changes = 0;
+    QObject::connect(&popover, &PopoverModel::appearanceChanged, &popover, [&] { ++changes; });
+    appearance.setComposited(true);
+    popover.prepareToShow();
+    EXPECT_EQ(changes, 1);
+    EXPECT_TRUE(popover.isComposited());
 }
 
 TEST_F(PopoverModelTest, AppearanceIsTheDesktops) {

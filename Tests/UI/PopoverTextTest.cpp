@@ -41,6 +41,13 @@ TEST_F(PopoverTextTest, EndIsToldInTheUsersZoneAndManner) {
     EXPECT_EQ(status(QLocale(QLocale::English, QLocale::UnitedStates)), "Session 1 of 4 · ends 7:25 PM");
 }
 
+TEST_F(PopoverTextTest, EndNeverHasSeconds) {
+    engine().start();
+    EXPECT_EQ(status(QLocale::c()), "Session 1 of 4 · ends 10:25");
+    EXPECT_EQ(status(QLocale(QLocale::German)), "Session 1 of 4 · ends 10:25");
+    EXPECT_EQ(status(QLocale(QLocale::Japanese)), "Session 1 of 4 · ends 10:25");
+}
+
 TEST_F(PopoverTextTest, PositionFollowsTheCycle) {
     harness.model().settings().autoStartBreaks.set(false);
     engine().start();

@@ -8,6 +8,12 @@
 #include <QtGui/QGuiApplication>
 #include <QtGui/QPalette>
 
+#include <xcb/xcb.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+
 namespace selvane {
 
 namespace {
@@ -23,6 +29,22 @@ bool paletteIsDark() {
         return false;
     const QPalette palette = QGuiApplication::palette();
     return palette.color(QPalette::WindowText).lightness() > palette.color(QPalette::Window).lightness();
+}
+
+struct Free {
+    void operator()(void* memory) const { std::free(memory); }
+};
+
+/// The program that composites an X11 screen owns a selection of its own.
+bool hasCompositor(xcb_connection_t* connection) {
+    constexpr std::string_view name = "_NET_WM_CM_S0";
+    const std::unique_ptr<xcb_intern_atom_reply_t, Free> atom(
+        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 1, name.size(), name.data()), nullptr));
+    if (!atom || atom->atom == XCB_ATOM_NONE)
+        return false;
+    const std::unique_ptr<xcb_get_selection_owner_reply_t, Free> owner(
+        xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, atom->atom), nullptr));
+    return owner && owner->owner != XCB_WINDOW_NONE;
 }
 
 } // namespace
@@ -44,6 +66,14 @@ DesktopAppearance::DesktopAppearance(const QDBusConnection& sessionBus)
 }
 
 DesktopAppearance::~DesktopAppearance() = default;
+
+bool DesktopAppearance::isComposited() const {
+    if (qobject_cast<QGuiApplication*>(QCoreApplication::instance()) == nullptr)
+        return false;
+    if (auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
+        return hasCompositor(x11->connection());
+    return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+}
 
 bool DesktopAppearance::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::ApplicationPaletteChange && watched == QCoreApplication::instance())

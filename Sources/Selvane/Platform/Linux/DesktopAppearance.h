@@ -20,6 +20,7 @@ public:
     ~DesktopAppearance() override;
 
     [[nodiscard]] bool isDark() const override { return _isDark; }
+    [[nodiscard]] bool isComposited() const override;
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 

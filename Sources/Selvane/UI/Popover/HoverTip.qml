@@ -19,7 +19,7 @@ T.ToolTip {
         id: label
 
         text: root.text
-        color: Theme.onSolidPrimary
+        color: Theme.textOnSolidPrimary
         font.pixelSize: 11
     }
 

@@ -29,7 +29,7 @@ T.AbstractButton {
         id: label
 
         text: root.text
-        color: root.prominent ? Theme.onSolidPrimary : root.plainText
+        color: root.prominent ? Theme.textOnSolidPrimary : root.plainText
         font.pixelSize: root.prominent ? 14 : 13
         font.weight: root.prominent ? Font.DemiBold : Font.Medium
         horizontalAlignment: Text.AlignHCenter

@@ -42,6 +42,12 @@ void PopoverModel::refresh() {
         Q_EMIT todayChanged();
 }
 
+void PopoverModel::prepareToShow() {
+    refresh();
+    Q_EMIT timerChanged();
+    Q_EMIT appearanceChanged();
+}
+
 QString PopoverModel::phaseTitle() const {
     return fromView(title(_model.engine().phase()));
 }

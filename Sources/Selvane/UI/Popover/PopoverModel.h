@@ -42,8 +42,9 @@ public:
     /// Both arguments outlive the popover's model.
     PopoverModel(AppModel& model, Appearance& appearance, QObject* parent = nullptr);
 
-    /// Counts the day anew: it may have changed since the popover was last seen.
-    void refresh();
+    /// Takes over what may have changed unheard since the popover was last seen: the day, the zone, the
+    /// desktop.
+    void prepareToShow();
 
     [[nodiscard]] QString phaseTitle() const;
     [[nodiscard]] QString sessionStatus() const;
@@ -78,6 +79,8 @@ Q_SIGNALS:
     void quitRequested();
 
 private:
+    void refresh();
+
     AppModel& _model;
     Appearance& _appearance;
     /// Kept, since counting it reads the whole history.

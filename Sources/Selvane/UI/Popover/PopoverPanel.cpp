@@ -93,7 +93,7 @@ bool PopoverPanel::isReady() const {
 }
 
 void PopoverPanel::show(const StatusItemAnchor& anchor) {
-    _model.refresh();
+    _model.prepareToShow();
     _anchor = anchor;
     _hadKeyboard = false;
     place(anchor);

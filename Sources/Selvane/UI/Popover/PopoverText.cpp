@@ -14,7 +14,11 @@ QString fromView(std::string_view text) {
 
 QString timeOfDay(Date date, const Calendar& calendar, const QLocale& locale) {
     const absl::CivilSecond civil = calendar.civil(date);
-    return locale.toString(QTime(civil.hour(), civil.minute(), civil.second()), QLocale::ShortFormat);
+    const QTime time(civil.hour(), civil.minute(), civil.second());
+    // The short form of the C locale is no short form: it has seconds.
+    if (locale.language() == QLocale::C)
+        return time.toString(QStringLiteral("HH:mm"));
+    return locale.toString(time, QLocale::ShortFormat);
 }
 
 } // namespace

@@ -8,7 +8,7 @@ QtObject {
 
     readonly property color surface: dark ? Qt.rgba(0.05, 0.05, 0.055, 1) : Qt.rgba(0.985, 0.985, 0.985, 1)
     readonly property color solidPrimary: dark ? "white" : Qt.rgba(0.11, 0.11, 0.12, 1)
-    readonly property color onSolidPrimary: dark ? Qt.rgba(0.06, 0.06, 0.07, 1) : "white"
+    readonly property color textOnSolidPrimary: dark ? Qt.rgba(0.06, 0.06, 0.07, 1) : "white"
     readonly property color card: dark ? Qt.rgba(1, 1, 1, 0.08) : Qt.rgba(0, 0, 0, 0.045)
     readonly property color cardPressed: dark ? Qt.rgba(1, 1, 1, 0.14) : Qt.rgba(0, 0, 0, 0.09)
     readonly property color hairline: dark ? Qt.rgba(1, 1, 1, 0.07) : Qt.rgba(0, 0, 0, 0.07)
