@@ -1,5 +1,6 @@
 #include "Selvane/Platform/Linux/LogindAwayMonitor.h"
 
+#include "Support/EndWithTest.h"
 #include "Support/ManualScheduler.h"
 #include "Support/PrivateBus.h"
 
@@ -21,6 +22,7 @@ protected:
         environment.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), _bus.address());
         _logind.setProcessEnvironment(environment);
         _logind.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        endWithTest(_logind);
         _logind.start(QStringLiteral("/usr/bin/python3"),
                       {QStringLiteral("-m"), QStringLiteral("dbusmock"), QStringLiteral("--system"),
                        QStringLiteral("--template"), QStringLiteral("logind")});

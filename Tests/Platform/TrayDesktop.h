@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Selvane/Platform/StatusItemHost.h"
+#include "Support/EndWithTest.h"
 #include "Support/EventLoop.h"
 #include "Support/XServer.h"
 
@@ -31,6 +32,7 @@ public:
     /// `tint` is the colour of the tray as 0xRRGGBB.
     void startTray(const QString& tint = QStringLiteral("0x000000")) {
         _tray = std::make_unique<QProcess>();
+        endWithTest(*_tray);
         _tray->setProcessEnvironment(environment());
         // Aligned to the left it doesn't move when it grows, so that a place once asked for is still right.
         _tray->start(QStringLiteral("trayer"),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Support/EndWithTest.h"
 #include "Support/EventLoop.h"
 
 #include <QtCore/QFile>
@@ -64,6 +65,7 @@ public:
 
 private:
     void start() {
+        endWithTest(_daemon);
         _daemon.start(QStringLiteral("dbus-daemon"),
                       {QStringLiteral("--config-file=") + _folder.filePath(QStringLiteral("bus.conf")),
                        QStringLiteral("--print-address"), QStringLiteral("--nofork"),

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Support/EndWithTest.h"
+
 #include <QtCore/QProcess>
 #include <QtCore/QString>
 
@@ -11,6 +13,7 @@ namespace selvane::test {
 class XServer {
 public:
     XServer() {
+        endWithTest(_server);
         _server.start(QStringLiteral("Xvfb"),
                       {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
                        QStringLiteral("0"), QStringLiteral("640x480x24"), QStringLiteral("-nolisten"),
