@@ -45,7 +45,7 @@ Rectangle {
         RowLayout {
             Layout.fillWidth: true
             Layout.leftMargin: 16
-            Layout.rightMargin: 16
+            Layout.rightMargin: 8
             Layout.topMargin: 20
 
             Text {
