@@ -1,5 +1,6 @@
 #include "SelvaneCore/FileContents.h"
 
+#include "SelvaneCore/HugePages.h"
 #include "SelvaneCore/OpenFile.h"
 
 #include <algorithm>
@@ -11,6 +12,7 @@ namespace selvane {
 
 FileContents::FileContents(std::size_t capacity)
     : _bytes(std::make_unique_for_overwrite<char[]>(capacity + padding)), _capacity(capacity) {
+    preferHugePages(_bytes.get(), capacity);
     std::memset(_bytes.get() + capacity, 0, padding);
 }
 

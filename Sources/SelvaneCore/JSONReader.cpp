@@ -1,5 +1,7 @@
 #include "SelvaneCore/JSONReader.h"
 
+#include "SelvaneCore/HugePages.h"
+
 #include <simdjson.h>
 
 #include <bit>
@@ -69,21 +71,28 @@ JSONOutcome store(JSONValue value, const std::optional<Value>& found, Value& int
 
 /// Turns the parser's handles into ours and back.
 struct JSONAccess {
-    static_assert(sizeof(Element) == 2 * sizeof(void*) && std::is_trivially_copyable_v<Element>);
     using Words = std::array<std::uintptr_t, 2>;
 
-    static Element element(JSONValue value) {
-        return std::bit_cast<Element>(
+    /// The parser's handle of a value, or its iterator that stands there: both are the document and an index.
+    template <typename Handle>
+    static Handle cast(JSONValue value) {
+        static_assert(sizeof(Handle) == sizeof(Words) && std::is_trivially_copyable_v<Handle>);
+        return std::bit_cast<Handle>(
             Words{std::bit_cast<std::uintptr_t>(value._document), std::uintptr_t{value._index}});
     }
 
-    static JSONValue value(Element element) {
-        const auto words = std::bit_cast<Words>(element);
+    static Element element(JSONValue value) { return cast<Element>(value); }
+
+    template <typename Handle>
+    static JSONValue position(Handle handle) {
+        const auto words = std::bit_cast<Words>(handle);
         JSONValue value;
         value._document = std::bit_cast<const void*>(words[0]);
         value._index = words[1];
         return value;
     }
+
+    static JSONValue value(Element element) { return position(element); }
 
     /// The value as the parser's `Type`; absent if it is of another type or missing.
     template <typename Type>
@@ -94,6 +103,10 @@ struct JSONAccess {
         return result;
     }
 };
+
+std::string JSONError::description() const {
+    return key.empty() ? std::string(problem) : '"' + std::string(key) + "\": " + problem;
+}
 
 bool JSONValue::isNull() const {
     return !isMissing() && JSONAccess::element(*this).is_null();
@@ -160,15 +173,22 @@ std::optional<std::vector<std::pair<std::string_view, JSONValue>>> JSONValue::al
     return members;
 }
 
-std::optional<std::vector<JSONValue>> JSONValue::elements() const {
+std::optional<JSONElements> JSONValue::elements() const {
     const auto array = JSONAccess::as<simdjson::dom::array>(*this);
     if (!array)
         return std::nullopt;
-    std::vector<JSONValue> elements;
-    elements.reserve(array->size());
-    for (const Element element : *array)
-        elements.push_back(JSONAccess::value(element));
-    return elements;
+    return JSONElements(JSONAccess::position(array->begin()), JSONAccess::position(array->end()),
+                        array->size());
+}
+
+std::optional<JSONValue> JSONElements::next() {
+    using Iterator = simdjson::dom::array::iterator;
+    auto iterator = JSONAccess::cast<Iterator>(_next);
+    if (iterator == JSONAccess::cast<Iterator>(_end))
+        return std::nullopt;
+    const JSONValue element = _next;
+    _next = JSONAccess::position(++iterator);
+    return element;
 }
 
 struct JSONDocument::Parser {
@@ -191,9 +211,16 @@ tl::expected<JSONDocument, JSONError> JSONDocument::parse(const FileContents& co
     Element root;
     simdjson::error_code error = parser.allocate(bytes.size(), deepestNesting);
     if (error == simdjson::SUCCESS)
+        error = parser.doc.allocate(bytes.size());
+    if (error == simdjson::SUCCESS) {
+        // The buffers are sized for the worst text; the usual one fills the beginning of each.
+        preferHugePages(parser.doc.tape.get(), bytes.size());
+        preferHugePages(parser.doc.string_buf.get(), bytes.size());
+        preferHugePages(parser.implementation->structural_indexes.get(), bytes.size());
         error = parser.parse(bytes.data(), bytes.size(), false).get(root);
+    }
     if (error != simdjson::SUCCESS)
-        return tl::unexpected(JSONError{std::string("not JSON: ") + simdjson::error_message(error)});
+        return tl::unexpected(JSONError{simdjson::error_message(error)});
     document._root = JSONAccess::value(root);
     return document;
 }

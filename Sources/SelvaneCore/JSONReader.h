@@ -19,13 +19,17 @@
 
 namespace selvane {
 
-/// Why bytes could not be read as the value that was asked for.
+/// Why bytes could not be read as the value that was asked for. Holds no text of its own.
 struct JSONError {
-    /// What is wrong: a short phrase.
-    std::string problem;
+    /// What is wrong: a short phrase that lives as long as the program.
+    const char* problem;
+    /// Under which key it is wrong, as far as known; lives as long as the program too.
+    std::string_view key = {};
 
-    [[nodiscard]] const std::string& description() const { return problem; }
+    [[nodiscard]] std::string description() const;
 };
+
+class JSONElements;
 
 /// One value in a `JSONDocument`; a small handle that is valid as long as the document. Each question is
 /// answered with absence if the value is of another type.
@@ -62,7 +66,7 @@ public:
     [[nodiscard]] std::optional<std::vector<std::pair<std::string_view, JSONValue>>> allMembers() const;
 
     /// The elements of an array.
-    [[nodiscard]] std::optional<std::vector<JSONValue>> elements() const;
+    [[nodiscard]] std::optional<JSONElements> elements() const;
 
 private:
     friend class JSONDocument;
@@ -73,6 +77,25 @@ private:
     /// The parser's own handle, which only the source file knows.
     const void* _document = nullptr;
     std::size_t _index = 0;
+};
+
+/// The elements of an array, one after another. Valid as long as the document.
+///
+///     while (const auto element = elements.next())
+class JSONElements {
+public:
+    /// How many there are; a lower bound in an array of more than 16 million.
+    [[nodiscard]] std::size_t size() const { return _size; }
+    /// The next element; absent after the last.
+    [[nodiscard]] std::optional<JSONValue> next();
+
+private:
+    friend class JSONValue;
+    JSONElements(JSONValue first, JSONValue end, std::size_t size) : _next(first), _end(end), _size(size) {}
+
+    JSONValue _next;
+    JSONValue _end;
+    std::size_t _size;
 };
 
 /// A JSON text that was read and checked to the last byte.
@@ -112,19 +135,19 @@ using JSONOutcome = tl::expected<void, JSONError>;
 /// An array of which every element must be good.
 template <typename Element>
 [[nodiscard]] JSONOutcome decode(JSONValue value, std::vector<Element>& into) {
-    const auto elements = value.elements();
+    auto elements = value.elements();
     if (!elements)
         return tl::unexpected(JSONError{"not an array"});
     into.clear();
     into.reserve(elements->size());
-    for (const JSONValue element : *elements) {
-        if (JSONOutcome outcome = decode(element, into.emplace_back()); !outcome)
+    while (const auto element = elements->next()) {
+        if (JSONOutcome outcome = decode(*element, into.emplace_back()); !outcome)
             return outcome;
     }
     return {};
 }
 
-/// Reads the fields of one object, and remembers the first that failed.
+/// Reads the fields of one object, and remembers the first that failed. The keys live as long as the program.
 ///
 ///     JSONRecord record(value, keys);
 ///     record.required(0, session.id);
@@ -162,8 +185,11 @@ public:
     [[nodiscard]] const JSONOutcome& outcome() const { return _outcome; }
 
 private:
-    void fail(std::size_t index, const JSONError& error) {
-        _outcome = tl::unexpected(JSONError{"\"" + std::string(_keys[index]) + "\": " + error.problem});
+    void fail(std::size_t index, JSONError error) {
+        // The innermost key tells most.
+        if (error.key.empty())
+            error.key = _keys[index];
+        _outcome = tl::unexpected(error);
     }
 
     const std::array<std::string_view, count>& _keys;

@@ -1,5 +1,6 @@
 #include "SelvaneCore/JSONWriter.h"
 
+#include "SelvaneCore/HugePages.h"
 #include "SelvaneCore/Text.h"
 
 #include <algorithm>
@@ -28,7 +29,6 @@ public:
     }
 };
 
-constexpr std::string_view hexadecimalDigits = "0123456789ABCDEF";
 constexpr std::string_view lowerHexadecimalDigits = "0123456789abcdef";
 
 constexpr std::chrono::sys_seconds firstDate = std::chrono::sys_days{std::chrono::year{0} / 1 / 1};
@@ -45,8 +45,45 @@ constexpr auto digitPairs = [] {
     return pairs;
 }();
 
+/// The two hexadecimal digits of each byte, one after another.
+constexpr auto hexadecimalPairs = [] {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::array<char, 512> pairs{};
+    for (std::size_t number = 0; number < 256; ++number) {
+        pairs[2 * number] = digits[number >> 4];
+        pairs[2 * number + 1] = digits[number & 0xf];
+    }
+    return pairs;
+}();
+
 void putPair(char* at, unsigned number) {
     std::memcpy(at, &digitPairs[std::size_t{2} * number], 2);
+}
+
+/// Writes a number that is a count of microseconds, as every length of time is that was measured between two
+/// instants, and gives the end; null for any other number. The digits are those of the shortest form: no two
+/// texts of up to 15 digits mean the same float, and from a thousandth on no exponent makes it shorter.
+char* writeMicroseconds(char* at, double number) {
+    constexpr double scale = 1e6;
+    const double size = std::fabs(number);
+    if (!(size >= 1e-3 && size < 1e9))
+        return nullptr;
+    const auto count = static_cast<std::uint64_t>(size * scale + 0.5);
+    if (static_cast<double>(count) / scale != size)
+        return nullptr;
+
+    if (number < 0)
+        *at++ = '-';
+    at = std::to_chars(at, at + 10, count / 1'000'000).ptr;
+    const auto fraction = static_cast<unsigned>(count % 1'000'000);
+    *at++ = '.';
+    putPair(at, fraction / 10'000);
+    putPair(at + 2, fraction / 100 % 100);
+    putPair(at + 4, fraction % 100);
+    at += 6;
+    while (at[-1] == '0')
+        --at;
+    return at;
 }
 
 /// True if none of the eight bytes needs an escape or a look at its encoding. Exact for bytes below 0x80.
@@ -61,9 +98,16 @@ bool isPlain(std::uint64_t bytes) {
     return ((bytes | controls | holds(bytes, '"') | holds(bytes, '\\') | holds(bytes, '/')) & highs) == 0;
 }
 
+/// The same for each single byte.
+constexpr auto plainBytes = [] {
+    std::array<bool, 256> plain{};
+    for (unsigned byte = 0x20; byte < 0x80; ++byte)
+        plain[byte] = byte != '"' && byte != '\\' && byte != '/';
+    return plain;
+}();
+
 bool isPlain(char character) {
-    const auto byte = static_cast<unsigned char>(character);
-    return byte >= 0x20 && byte < 0x80 && byte != '"' && byte != '\\' && byte != '/';
+    return plainBytes[static_cast<unsigned char>(character)];
 }
 
 /// What stands for the character after a backslash; 0 where the character stands for itself or is told by
@@ -98,10 +142,15 @@ std::error_code make_error_code(JSONWriteError error) {
 
 void JSONWriter::grow(std::size_t count) {
     const auto used = static_cast<std::size_t>(_cursor - _bytes.get());
-    const std::size_t capacity = std::max<std::size_t>(2 * (used + count), 4096);
+    // A large text takes far more room than it needs, once: what isn't touched is address space and no
+    // memory, while moving the block again would break up its large pages.
+    constexpr std::size_t large = std::size_t{1} << 20;
+    const std::size_t needed = used + count;
+    const std::size_t capacity = std::max<std::size_t>(needed < large ? 2 * needed : 64 * needed, 4096);
     auto* const bytes = static_cast<char*>(std::realloc(_bytes.get(), capacity));
     if (!bytes)
         throw std::bad_alloc();
+    preferHugePages(bytes + used, capacity - used);
     static_cast<void>(_bytes.release());
     _bytes.reset(bytes);
     _cursor = bytes + used;
@@ -114,8 +163,9 @@ void JSONWriter::fail(JSONWriteError error) {
 }
 
 void JSONWriter::open(char bracket) {
-    beginValue(0);
-    put(bracket);
+    char* const at = beginValue(0);
+    *at = bracket;
+    _cursor = at + 1;
     _indent += indentStep;
     _hasEntries = false;
 }
@@ -123,17 +173,19 @@ void JSONWriter::open(char bracket) {
 void JSONWriter::close(char bracket) {
     _indent -= indentStep;
     ensure(_indent);
+    char* at = _cursor;
     if (!_hasEntries)
-        put('\n');
-    breakLine();
-    put(bracket);
+        *at++ = '\n';
+    at = breakLine(at);
+    *at = bracket;
+    _cursor = at + 1;
     // Whatever this one stands in has an entry now: this one.
     _hasEntries = true;
 }
 
 void JSONWriter::anyKey(std::string_view text) {
-    beginEntry(0);
-    quoted(text);
+    _cursor = beginEntry(0);
+    _cursor = quoted(text);
     ensure(0);
     std::memcpy(_cursor, " : ", 3);
     _cursor += 3;
@@ -141,57 +193,70 @@ void JSONWriter::anyKey(std::string_view text) {
 }
 
 void JSONWriter::value(std::string_view text) {
-    beginValue(0);
-    quoted(text);
+    _cursor = beginValue(text.size());
+    _cursor = quoted(text);
 }
 
-void JSONWriter::quoted(std::string_view text) {
+char* JSONWriter::quoted(std::string_view text) {
     ensure(text.size());
     const char* from = text.data();
     const char* const end = from + text.size();
-    char* const start = _cursor;
-    put('"');
-    while (end - from >= 8) {
+    char* at = _cursor;
+    *at++ = '"';
+    constexpr std::ptrdiff_t step = 8;
+    const auto copyStep = [](const char* source, char* target) {
         std::uint64_t bytes = 0;
-        std::memcpy(&bytes, from, 8);
-        if (!isPlain(bytes))
-            break;
-        std::memcpy(_cursor, &bytes, 8);
-        _cursor += 8;
-        from += 8;
+        std::memcpy(&bytes, source, step);
+        std::memcpy(target, &bytes, step);
+        return isPlain(bytes);
+    };
+    if (text.size() >= step) {
+        for (; end - from > step; from += step, at += step) {
+            if (!copyStep(from, at))
+                return quotedSlowly(text);
+        }
+        // The last step ends where the text does, and overlaps the one before.
+        const std::ptrdiff_t left = end - from;
+        if (!copyStep(end - step, at + left - step))
+            return quotedSlowly(text);
+        at += left;
+        from = end;
     }
     while (from != end && isPlain(*from))
-        put(*from++);
-    if (from != end) {
-        _cursor = start;
-        quotedSlowly(text);
-        return;
-    }
-    put('"');
+        *at++ = *from++;
+    if (from != end)
+        return quotedSlowly(text);
+    *at++ = '"';
+    return at;
 }
 
-void JSONWriter::quotedSlowly(std::string_view text) {
+char* JSONWriter::quotedSlowly(std::string_view text) {
     if (!Text::isValid(text)) {
         fail(JSONWriteError::textIsNotUTF8);
-        return;
+        return _cursor;
     }
     constexpr std::size_t longestEscape = 6;
     ensure(text.size() * longestEscape);
-    put('"');
+    char* at = _cursor;
+    *at++ = '"';
     for (const char character : text) {
-        if (const char escape = shortEscape(character)) {
-            put('\\');
-            put(escape);
-        } else if (static_cast<unsigned char>(character) < 0x20) {
-            std::memcpy(_cursor, "\\u00", 4);
-            _cursor += 4;
-            put(lowerHexadecimalDigits[static_cast<unsigned char>(character) >> 4]);
-            put(lowerHexadecimalDigits[static_cast<unsigned char>(character) & 0xf]);
+        const auto byte = static_cast<unsigned char>(character);
+        if (byte >= 0x80 || isPlain(character)) {
+            *at++ = character;
+        } else if (const char escape = shortEscape(character)) {
+            *at++ = '\\';
+            *at++ = escape;
+        } else if (byte < 0x20) {
+            std::memcpy(at, "\\u00", 4);
+            at[4] = lowerHexadecimalDigits[byte >> 4];
+            at[5] = lowerHexadecimalDigits[byte & 0xf];
+            at += longestEscape;
         } else {
-            put(character);
+            *at++ = character;
         }
     }
-    put('"');
+    *at++ = '"';
+    return at;
 }
 
 void JSONWriter::value(double number) {
@@ -202,63 +267,67 @@ void JSONWriter::value(double number) {
         fail(JSONWriteError::numberIsNotFinite);
         return;
     }
-    beginValue(0);
-    const bool isWhole = std::trunc(number) == number;
-    std::to_chars_result written{};
-    if (isWhole && number >= -signedEnd && number < signedEnd && !(number == 0 && std::signbit(number)))
-        written = std::to_chars(_cursor, _end, static_cast<std::int64_t>(number));
-    else if (isWhole && number > 0 && number < unsignedEnd)
-        written = std::to_chars(_cursor, _end, static_cast<std::uint64_t>(number));
-    else if (isWhole && number != 0)
+    char* const at = beginValue(0);
+    if (number >= -signedEnd && number < signedEnd) {
+        const auto whole = static_cast<std::int64_t>(number);
+        if (static_cast<double>(whole) == number && !(whole == 0 && std::signbit(number)))
+            _cursor = std::to_chars(at, _end, whole).ptr;
+        else if (char* const end = writeMicroseconds(at, number))
+            _cursor = end;
+        else
+            _cursor = std::to_chars(at, _end, number).ptr;
+    } else if (number > 0 && number < unsignedEnd) {
+        _cursor = std::to_chars(at, _end, static_cast<std::uint64_t>(number)).ptr;
+    } else {
         // As plain digits it would be an integer of more than 64 bits, which our own reader refuses.
-        written = std::to_chars(_cursor, _end, number, std::chars_format::scientific);
-    else
-        written = std::to_chars(_cursor, _end, number);
-    _cursor = written.ptr;
+        _cursor = std::to_chars(at, _end, number, std::chars_format::scientific).ptr;
+    }
 }
 
 void JSONWriter::value(std::int64_t number) {
-    beginValue(0);
-    _cursor = std::to_chars(_cursor, _end, number).ptr;
+    char* const at = beginValue(0);
+    _cursor = std::to_chars(at, _end, number).ptr;
 }
 
 void JSONWriter::value(bool flag) {
-    beginValue(0);
+    char* const at = beginValue(0);
     const std::string_view text = flag ? "true" : "false";
-    std::memcpy(_cursor, text.data(), text.size());
-    _cursor += text.size();
+    std::memcpy(at, text.data(), text.size());
+    _cursor = at + text.size();
 }
 
 void JSONWriter::value(Date date) {
     using namespace std::chrono;
-    beginValue(0);
+    char* const at = beginValue(0);
     const sys_seconds whole = std::clamp(floor<seconds>(date), firstDate, lastDate);
     const sys_days day = floor<days>(whole);
     const year_month_day civil{day};
     const auto year = static_cast<unsigned>(static_cast<int>(civil.year()));
     const auto second = static_cast<unsigned>((whole - day).count());
 
-    std::memcpy(_cursor, "\"0000-00-00T00:00:00Z\"", 22);
-    putPair(_cursor + 1, year / 100);
-    putPair(_cursor + 3, year % 100);
-    putPair(_cursor + 6, static_cast<unsigned>(civil.month()));
-    putPair(_cursor + 9, static_cast<unsigned>(civil.day()));
-    putPair(_cursor + 12, second / 3600);
-    putPair(_cursor + 15, second / 60 % 60);
-    putPair(_cursor + 18, second % 60);
-    _cursor += 22;
+    constexpr std::string_view form = "\"0000-00-00T00:00:00Z\"";
+    std::memcpy(at, form.data(), form.size());
+    putPair(at + 1, year / 100);
+    putPair(at + 3, year % 100);
+    putPair(at + 6, static_cast<unsigned>(civil.month()));
+    putPair(at + 9, static_cast<unsigned>(civil.day()));
+    putPair(at + 12, second / 3600);
+    putPair(at + 15, second / 60 % 60);
+    putPair(at + 18, second % 60);
+    _cursor = at + form.size();
 }
 
 void JSONWriter::value(const UUID& id) {
-    beginValue(0);
-    put('"');
+    char* at = beginValue(0);
+    *at++ = '"';
     for (std::size_t index = 0; index < id.bytes().size(); ++index) {
         if (index == 4 || index == 6 || index == 8 || index == 10)
-            put('-');
-        put(hexadecimalDigits[id.bytes()[index] >> 4]);
-        put(hexadecimalDigits[id.bytes()[index] & 0xf]);
+            *at++ = '-';
+        std::memcpy(at, &hexadecimalPairs[std::size_t{2} * id.bytes()[index]], 2);
+        at += 2;
     }
-    put('"');
+    *at++ = '"';
+    _cursor = at;
 }
 
 tl::expected<std::string_view, JSONWriteError> JSONWriter::finish() const {

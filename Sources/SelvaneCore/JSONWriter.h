@@ -54,12 +54,13 @@ public:
     /// The key of the next value.
     void key(JSONKey key) {
         const std::string_view text = key.text();
-        beginEntry(text.size());
-        put('"');
-        std::memcpy(_cursor, text.data(), text.size());
-        _cursor += text.size();
-        std::memcpy(_cursor, "\" : ", 4);
-        _cursor += 4;
+        // A local cursor: bytes that are written through a member could be the member's own.
+        char* at = beginEntry(text.size());
+        *at++ = '"';
+        std::memcpy(at, text.data(), text.size());
+        at += text.size();
+        std::memcpy(at, "\" : ", 4);
+        _cursor = at + 4;
         _followsKey = true;
     }
     /// The same for a key that is any text.
@@ -95,32 +96,39 @@ private:
             grow(count + slack);
     }
     void grow(std::size_t count);
-    void put(char character) { *_cursor++ = character; }
 
-    /// What stands before a key or an element, with room for `count` more bytes and the slack after it.
-    void beginEntry(std::size_t count) {
+    /// What stands before a key or an element. Gives where it goes, with room for `count` bytes and the
+    /// slack.
+    [[nodiscard]] char* beginEntry(std::size_t count) {
         ensure(count + _indent);
+        char* at = _cursor;
         if (_hasEntries)
-            put(',');
+            *at++ = ',';
         _hasEntries = true;
-        breakLine();
+        return breakLine(at);
     }
-    void beginValue(std::size_t count) {
-        if (_followsKey || _indent == 0)
-            ensure(count);
-        else
-            beginEntry(count);
+    [[nodiscard]] char* beginValue(std::size_t count) {
+        if (!_followsKey && _indent != 0)
+            return beginEntry(count);
         _followsKey = false;
+        ensure(count);
+        return _cursor;
     }
-    void breakLine() {
-        put('\n');
-        std::memset(_cursor, ' ', _indent);
-        _cursor += _indent;
+    [[nodiscard]] char* breakLine(char* at) const {
+        static constexpr std::string_view blanks = "                ";
+        *at++ = '\n';
+        // Copies of a fixed length are a few instructions; what is too much is overwritten.
+        if (_indent <= blanks.size())
+            std::memcpy(at, blanks.data(), blanks.size());
+        else
+            std::memset(at, ' ', _indent);
+        return at + _indent;
     }
     void open(char bracket);
     void close(char bracket);
-    void quoted(std::string_view text);
-    void quotedSlowly(std::string_view text);
+    /// Writes at the cursor and gives the end.
+    [[nodiscard]] char* quoted(std::string_view text);
+    [[nodiscard]] char* quotedSlowly(std::string_view text);
     void fail(JSONWriteError error);
 
     /// Grown by realloc, which moves the pages of a large block instead of its bytes.

@@ -22,14 +22,14 @@ struct LossyArray {
 /// Fails only if the value is no array.
 template <typename Element>
 [[nodiscard]] JSONOutcome decode(JSONValue value, LossyArray<Element>& into) {
-    const auto elements = value.elements();
+    auto elements = value.elements();
     if (!elements)
         return tl::unexpected(JSONError{"not an array"});
     into.elements.clear();
     into.elements.reserve(elements->size());
     into.skipped = 0;
-    for (const JSONValue element : *elements) {
-        if (!decode(element, into.elements.emplace_back())) {
+    while (const auto element = elements->next()) {
+        if (!decode(*element, into.elements.emplace_back())) {
             into.elements.pop_back();
             ++into.skipped;
         }

@@ -201,7 +201,7 @@ TEST_F(JSONStoreTest, ADamagedFileIsMovedAside) {
         << name;
     EXPECT_EQ(read(name), "damaged");
     EXPECT_EQ(names(), Names{name});
-    EXPECT_TRUE(log.starts_with("Selvane: couldn't read tasks.json (not JSON: ")) << log;
+    EXPECT_TRUE(log.starts_with("Selvane: couldn't read tasks.json (")) << log;
     EXPECT_TRUE(log.ends_with("); moved it to " + name + "\n")) << log;
     EXPECT_TRUE(std::holds_alternative<Tasks::Missing>(taskStore().read()));
 }

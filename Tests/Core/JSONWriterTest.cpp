@@ -188,6 +188,23 @@ TEST(JSONWriter, NumbersReadBackTheSame) {
     }
 }
 
+TEST(JSONWriter, CountsOfMicrosecondsAreWrittenShortest) {
+    std::mt19937_64 random(11);
+    for (int count = 0; count < 300'000; ++count) {
+        // Of every size, and with neighbours that only look like one.
+        auto number = static_cast<double>(random() >> (random() % 64)) / 1e6;
+        if (count % 3 == 0)
+            number = std::nextafter(number, 0);
+        if (count % 2 == 0)
+            number = -number;
+        if (std::trunc(number) == number)
+            continue;
+        char shortest[32];
+        const auto end = std::to_chars(shortest, shortest + sizeof shortest, number).ptr;
+        ASSERT_EQ(written(number), std::string(shortest, end));
+    }
+}
+
 TEST(JSONWriter, IntegersOf64Bits) {
     EXPECT_EQ(written(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
     EXPECT_EQ(written(std::numeric_limits<std::int64_t>::max()), "9223372036854775807");

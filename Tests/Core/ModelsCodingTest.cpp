@@ -88,10 +88,10 @@ template <typename Value>
 tl::expected<Value, std::string> decoded(std::string_view text) {
     const auto document = JSONDocument::parse(FileContents::copy(text));
     if (!document)
-        return tl::unexpected(document.error().problem);
+        return tl::unexpected(document.error().description());
     Value value{};
     if (const auto outcome = decode(document->root(), value); !outcome)
-        return tl::unexpected(outcome.error().problem);
+        return tl::unexpected(outcome.error().description());
     return value;
 }
 
