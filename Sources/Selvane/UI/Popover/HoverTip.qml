@@ -12,12 +12,10 @@ T.ToolTip {
     padding: 6
     leftPadding: 9
     rightPadding: 9
-    implicitWidth: label.implicitWidth + leftPadding + rightPadding
-    implicitHeight: label.implicitHeight + topPadding + bottomPadding
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
 
     contentItem: Text {
-        id: label
-
         text: root.text
         color: Theme.textOnSolidPrimary
         font.pixelSize: 11

@@ -10,7 +10,7 @@ T.AbstractButton {
 
     readonly property color plainText: root.enabled ? Theme.primaryText : Theme.tertiaryText
 
-    implicitWidth: Math.max(prominent ? 116 : 0, label.implicitWidth + leftPadding + rightPadding)
+    implicitWidth: Math.max(prominent ? 116 : 0, implicitContentWidth + leftPadding + rightPadding)
     implicitHeight: prominent ? 38 : 34
     leftPadding: prominent ? 22 : 16
     rightPadding: leftPadding
@@ -26,8 +26,6 @@ T.AbstractButton {
     Accessible.onPressAction: root.clicked()
 
     contentItem: Text {
-        id: label
-
         text: root.text
         color: root.prominent ? Theme.textOnSolidPrimary : root.plainText
         font.pixelSize: root.prominent ? 14 : 13

@@ -8,7 +8,7 @@ T.AbstractButton {
     property string tooltip: ""
     property string accessibleName: text
 
-    implicitWidth: label.implicitWidth + leftPadding + rightPadding
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: 24
     leftPadding: 8
     rightPadding: 8
@@ -24,8 +24,6 @@ T.AbstractButton {
     Accessible.onPressAction: root.clicked()
 
     contentItem: Text {
-        id: label
-
         text: root.text
         color: root.hovered ? Theme.primaryText : Theme.secondaryText
         font.pixelSize: 12

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 /// A time in cells of equal width, so that it doesn't tremble with fonts whose digits differ in width.
