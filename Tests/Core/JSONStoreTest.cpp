@@ -3,6 +3,7 @@
 #include "Support/LocalTime.h"
 #include "Support/StoreFixture.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -10,7 +11,6 @@
 #include <filesystem>
 #include <limits>
 #include <optional>
-#include <regex>
 #include <string>
 #include <variant>
 #include <vector>
@@ -197,8 +197,7 @@ TEST_F(JSONStoreTest, ADamagedFileIsMovedAside) {
     ASSERT_TRUE(copy);
     EXPECT_EQ(copy->parent_path(), data);
     const std::string name = copy->filename().string();
-    EXPECT_TRUE(std::regex_match(name, std::regex("tasks\\.corrupt-20260305-140709-[0-9A-F]{6}\\.json")))
-        << name;
+    EXPECT_THAT(name, testing::MatchesRegex("tasks\\.corrupt-20260305-140709-[0-9A-F]{6}\\.json"));
     EXPECT_EQ(read(name), "damaged");
     EXPECT_EQ(names(), Names{name});
     EXPECT_TRUE(log.starts_with("Selvane: couldn't read tasks.json (")) << log;
@@ -224,8 +223,7 @@ TEST_F(JSONStoreTest, TheExtensionOfACopyIsLiteral) {
     const Tasks store(data / "my.tasks.data", environment());
     write("my.tasks.data", "");
     const std::string name = movedTo<Tasks>(store.read())->filename().string();
-    EXPECT_TRUE(std::regex_match(name, std::regex("my\\.tasks\\.corrupt-20260305-140709-[0-9A-F]{6}\\.json")))
-        << name;
+    EXPECT_THAT(name, testing::MatchesRegex("my\\.tasks\\.corrupt-20260305-140709-[0-9A-F]{6}\\.json"));
 }
 
 TEST_F(JSONStoreTest, ADocumentOfTheWrongShapeIsSetAside) {
@@ -287,10 +285,9 @@ TEST_F(JSONStoreTest, AFailedCopyOfTheOriginalChangesNothing) {
     files.failAlways("createForWriting");
     const std::string log =
         logOf([&] { EXPECT_EQ(std::get<Sessions::Loaded>(historyStore().readLossy()).value.size(), 1U); });
-    EXPECT_TRUE(std::regex_match(
-        log, std::regex("Selvane: skipped 1 unreadable entries in sessions\\.json; kept the original as "
-                        "sessions\\.corrupt-20260305-140709-[0-9A-F]{6}\\.json\n")))
-        << log;
+    EXPECT_THAT(log, testing::MatchesRegex(
+                         "Selvane: skipped 1 unreadable entries in sessions\\.json; kept the original as "
+                         "sessions\\.corrupt-20260305-140709-[0-9A-F]{6}\\.json\n"));
     EXPECT_EQ(names(), Names{"sessions.json"});
 }
 
