@@ -108,12 +108,17 @@ std::string replaced(std::string_view text, std::string_view part, std::string_v
 /// The text without the line of that key; the key isn't the object's last.
 std::string withoutKey(std::string_view text, std::string_view key) {
     std::string result(text);
-    const std::size_t at = result.find("  \"" + std::string(key) + "\" : ");
+    const std::size_t at = result.find(std::string("  \"").append(key).append("\" : "));
     if (at == std::string::npos) {
         ADD_FAILURE() << "no " << key;
         return result;
     }
     return result.erase(at, result.find('\n', at) + 1 - at);
+}
+
+/// What decoding says of an object that lacks that key.
+std::string missing(std::string_view key) {
+    return std::string(1, '"').append(key).append("\": missing");
 }
 
 TEST(ModelsCoding, SessionGolden) {
@@ -155,9 +160,8 @@ TEST(ModelsCoding, AnEmptyUsageListIsNoAbsence) {
 TEST(ModelsCoding, EveryKeyOfASessionButTwoIsRequired) {
     for (const auto* const key :
          {"actualSeconds", "completed", "end", "id", "phase", "plannedSeconds", "start"}) {
-        EXPECT_EQ(decoded<FocusSession>(withoutKey(goldenSession, key)).error(),
-                  "\"" + std::string(key) + "\": missing");
-        const std::string null = "{\n  \"" + std::string(key) + "\" : null,\n";
+        EXPECT_EQ(decoded<FocusSession>(withoutKey(goldenSession, key)).error(), missing(key));
+        const std::string null = std::string("{\n  \"").append(key).append("\" : null,\n");
         EXPECT_FALSE(decoded<FocusSession>(replaced(withoutKey(goldenSession, key), "{\n", null))) << key;
     }
 }
@@ -167,7 +171,7 @@ TEST(ModelsCoding, EveryKeyOfATaskButOneIsRequired) {
     ASSERT_EQ(decoded<TaskItem>(text), doneTask);
     for (const auto* const key :
          {"completedPomodoros", "createdAt", "estimatedPomodoros", "id", "isDone", "title"})
-        EXPECT_EQ(decoded<TaskItem>(withoutKey(text, key)).error(), "\"" + std::string(key) + "\": missing");
+        EXPECT_EQ(decoded<TaskItem>(withoutKey(text, key)).error(), missing(key));
 }
 
 TEST(ModelsCoding, EveryKeyOfAUsageIsRequiredAndOneBadEntryFailsTheSession) {
