@@ -29,7 +29,7 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 /// Rounds of each measurement; what is reported are medians.
 constexpr int rounds = 11;
 
-/// Years of use: focus sessions with two to five applications each.
+/// Years of use: focus sessions with up to two applications each.
 History generatedHistory(std::size_t count) {
     std::mt19937_64 random(42);
     const auto below = [&random](std::uint64_t end) { return random() % end; };
@@ -59,7 +59,7 @@ History generatedHistory(std::size_t count) {
                              below(4) != 0,
                              tasks[below(tasks.size())],
                              std::vector<AppUsage>{}};
-        for (auto left = 2 + below(4); left > 0; --left) {
+        for (auto left = below(3); left > 0; --left) {
             AppUsage usage = apps[below(apps.size())];
             usage.seconds = std::chrono::microseconds{below(600'000'000)};
             session.apps->push_back(std::move(usage));

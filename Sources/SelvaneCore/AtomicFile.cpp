@@ -65,29 +65,6 @@ void removeLeftovers(FileSystem& fileSystem, const Path& target) {
     }
 }
 
-/// Writes a new file and makes its bytes durable. It may be there in part after a failure.
-Outcome writeNewFile(FileSystem& fileSystem, const Path& path, std::string_view bytes) {
-    const auto created = fileSystem.createForWriting(path);
-    if (!created)
-        return failure("create", path, created.error());
-    OpenFile file(fileSystem, *created);
-
-    while (!bytes.empty()) {
-        const auto count = fileSystem.write(file.descriptor(), bytes);
-        if (!count)
-            return failure("write", path, count.error());
-        // A disk that takes nothing and gives no reason would keep us here for ever.
-        if (*count == 0)
-            return failure("write", path, std::make_error_code(std::errc::io_error));
-        bytes.remove_prefix(*count);
-    }
-    if (const auto synced = fileSystem.sync(file.descriptor()); !synced)
-        return failure("sync", path, synced.error());
-    if (const auto closed = file.close(); !closed)
-        return failure("close", path, closed.error());
-    return {};
-}
-
 Outcome syncFolder(FileSystem& fileSystem, const Path& path) {
     const auto opened = fileSystem.openFolder(path);
     if (!opened)
@@ -102,24 +79,79 @@ Outcome syncFolder(FileSystem& fileSystem, const Path& path) {
 
 } // namespace
 
-Outcome write(FileSystem& fileSystem, const Path& path, std::string_view bytes) {
-    const auto target = followLinks(fileSystem, path);
-    if (!target)
-        return tl::unexpected(target.error());
-    removeLeftovers(fileSystem, *target);
+Replacement::Replacement(FileSystem& fileSystem, const Path& path) : _fileSystem(fileSystem) {
+    auto target = followLinks(fileSystem, path);
+    if (!target) {
+        _outcome = tl::unexpected(target.error());
+        return;
+    }
+    _target = std::move(*target);
+    removeLeftovers(fileSystem, _target);
 
-    const Path folder = folderOf(*target);
-    const Path temporary = folder / (temporaryPrefix(*target) + UUID::random().text().substr(0, tagLength));
-    Outcome outcome = writeNewFile(fileSystem, temporary, bytes);
-    if (outcome) {
-        if (const auto renamed = fileSystem.rename(temporary, *target); !renamed)
-            outcome = failure("rename", temporary, renamed.error());
+    const Path temporary =
+        folderOf(_target) / (temporaryPrefix(_target) + UUID::random().text().substr(0, tagLength));
+    const auto created = fileSystem.createForWriting(temporary);
+    if (!created) {
+        fail("create", temporary, created.error());
+        return;
     }
-    if (!outcome) {
-        static_cast<void>(fileSystem.remove(temporary));
-        return outcome;
+    _temporary = temporary;
+    _file.emplace(fileSystem, *created);
+}
+
+Replacement::~Replacement() {
+    discard();
+}
+
+void Replacement::append(std::string_view bytes) {
+    while (_outcome && !bytes.empty()) {
+        const auto count = _fileSystem.write(_file->descriptor(), bytes);
+        if (!count) {
+            fail("write", _temporary, count.error());
+        } else if (*count == 0) {
+            // A disk that takes nothing and gives no reason would keep us here for ever.
+            fail("write", _temporary, std::make_error_code(std::errc::io_error));
+        } else {
+            bytes.remove_prefix(*count);
+        }
     }
-    return syncFolder(fileSystem, folder);
+}
+
+Outcome Replacement::commit() {
+    if (_outcome) {
+        if (const auto synced = _fileSystem.sync(_file->descriptor()); !synced)
+            fail("sync", _temporary, synced.error());
+    }
+    if (_outcome) {
+        if (const auto closed = _file->close(); !closed)
+            fail("close", _temporary, closed.error());
+    }
+    if (_outcome) {
+        if (const auto renamed = _fileSystem.rename(_temporary, _target); !renamed)
+            fail("rename", _temporary, renamed.error());
+    }
+    if (!_outcome) {
+        discard();
+        return _outcome;
+    }
+    _temporary.clear();
+    return syncFolder(_fileSystem, folderOf(_target));
+}
+
+void Replacement::fail(const char* operation, const Path& path, std::error_code code) {
+    _outcome = failure(operation, path, code);
+}
+
+void Replacement::discard() {
+    _file.reset();
+    if (!_temporary.empty())
+        static_cast<void>(_fileSystem.remove(std::exchange(_temporary, {})));
+}
+
+Outcome write(FileSystem& fileSystem, const Path& path, std::string_view bytes) {
+    Replacement replacement(fileSystem, path);
+    replacement.append(bytes);
+    return replacement.commit();
 }
 
 Outcome makeFolders(FileSystem& fileSystem, const Path& folder) {

@@ -2,11 +2,14 @@
 
 #include "SelvaneCore/FileError.h"
 #include "SelvaneCore/FileSystem.h"
+#include "SelvaneCore/OpenFile.h"
 
 #include <tl/expected.hpp>
 
 #include <filesystem>
+#include <optional>
 #include <string_view>
+#include <system_error>
 
 /// Files that are replaced as a whole: whoever reads the file, also after a crash or a loss of power in the
 /// midst of writing, finds all of the old bytes or all of the new ones.
@@ -24,6 +27,33 @@ namespace selvane::AtomicFile {
 /// durable, does the new file stand in its place, just as whole.
 [[nodiscard]] tl::expected<void, FileError> write(FileSystem& fileSystem, const std::filesystem::path& path,
                                                   std::string_view bytes);
+
+/// The same for bytes that come piece by piece. A replacement that isn't committed leaves nothing behind.
+class Replacement {
+public:
+    /// Makes the new file beside the target.
+    Replacement(FileSystem& fileSystem, const std::filesystem::path& path);
+    Replacement(const Replacement&) = delete;
+    Replacement& operator=(const Replacement&) = delete;
+    ~Replacement();
+
+    /// After a failure, which `commit` tells, nothing more is written.
+    void append(std::string_view bytes);
+
+    /// Makes the bytes durable and puts them in place of the target. To be called once, last.
+    [[nodiscard]] tl::expected<void, FileError> commit();
+
+private:
+    void fail(const char* operation, const std::filesystem::path& path, std::error_code code);
+    void discard();
+
+    FileSystem& _fileSystem;
+    std::filesystem::path _target;
+    /// Empty while there is no file of this name to clean up.
+    std::filesystem::path _temporary;
+    std::optional<OpenFile> _file;
+    tl::expected<void, FileError> _outcome;
+};
 
 /// Makes the folder and those above it that don't exist, each with mode 700. A folder that exists keeps its
 /// mode.

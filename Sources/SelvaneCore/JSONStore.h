@@ -74,9 +74,11 @@ public:
     /// Replaces the file as a whole, and makes its folder with mode 700 if there is none. On failure the old
     /// file is intact.
     [[nodiscard]] tl::expected<void, FileError> save(const Value& value) const {
-        JSONWriter text;
-        encode(text, value);
-        return _file.save(text);
+        JSONChecker checker;
+        encode(checker, value);
+        if (const auto outcome = checker.outcome(); !outcome)
+            return tl::unexpected(FileError{"encode", url(), outcome.error()});
+        return _file.save([&value](JSONWriter& writer) { encode(writer, value); });
     }
 
 private:

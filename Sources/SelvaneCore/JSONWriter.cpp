@@ -1,6 +1,5 @@
 #include "SelvaneCore/JSONWriter.h"
 
-#include "SelvaneCore/HugePages.h"
 #include "SelvaneCore/Text.h"
 
 #include <algorithm>
@@ -141,20 +140,22 @@ std::error_code make_error_code(JSONWriteError error) {
 }
 
 void JSONWriter::grow(std::size_t count) {
-    const auto used = static_cast<std::size_t>(_cursor - _bytes.get());
-    // A large text takes far more room than it needs, once: what isn't touched is address space and no
-    // memory, while moving the block again would break up its large pages.
-    constexpr std::size_t large = std::size_t{1} << 20;
-    const std::size_t needed = used + count;
-    const std::size_t capacity = std::max<std::size_t>(needed < large ? 2 * needed : 64 * needed, 4096);
-    auto* const bytes = static_cast<char*>(std::realloc(_bytes.get(), capacity));
-    if (!bytes)
-        throw std::bad_alloc();
-    preferHugePages(bytes + used, capacity - used);
-    static_cast<void>(_bytes.release());
-    _bytes.reset(bytes);
-    _cursor = bytes + used;
-    _end = bytes + capacity;
+    auto used = static_cast<std::size_t>(_cursor - _bytes.get());
+    auto capacity = static_cast<std::size_t>(_end - _bytes.get());
+    if (_sink && used > 0) {
+        _sink({_bytes.get(), used});
+        used = 0;
+    }
+    if (used + count > capacity) {
+        capacity = std::max(_sink ? pieceSize : std::size_t{4096}, 2 * (used + count));
+        auto* const bytes = static_cast<char*>(std::realloc(_bytes.get(), capacity));
+        if (!bytes)
+            throw std::bad_alloc();
+        static_cast<void>(_bytes.release());
+        _bytes.reset(bytes);
+        _end = bytes + capacity;
+    }
+    _cursor = _bytes.get() + used;
 }
 
 void JSONWriter::fail(JSONWriteError error) {

@@ -9,9 +9,11 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace selvane {
 
@@ -44,7 +46,16 @@ private:
 /// `finish` tells; the calls after it do no harm.
 class JSONWriter {
 public:
+    /// Takes the text piece by piece, in order.
+    using Sink = std::function<void(std::string_view)>;
+
+    /// Keeps the whole text.
     JSONWriter() = default;
+    /// Hands the text to `sink` whenever a piece of about `pieceSize` bytes is full, and keeps the last
+    /// piece.
+    explicit JSONWriter(Sink sink) : _sink(std::move(sink)) {}
+
+    static constexpr std::size_t pieceSize = std::size_t{1} << 20;
 
     void beginObject() { open('{'); }
     void endObject() { close('}'); }
@@ -79,7 +90,7 @@ public:
     void value(Date date);
     void value(const UUID& id);
 
-    /// The whole text. Valid until the next call and as long as the writer.
+    /// The text, or its last piece if there is a sink. Valid until the next call and as long as the writer.
     [[nodiscard]] tl::expected<std::string_view, JSONWriteError> finish() const;
 
 private:
@@ -131,6 +142,7 @@ private:
     [[nodiscard]] char* quotedSlowly(std::string_view text);
     void fail(JSONWriteError error);
 
+    Sink _sink;
     /// Grown by realloc, which moves the pages of a large block instead of its bytes.
     std::unique_ptr<char, Free> _bytes;
     char* _cursor = nullptr;

@@ -5,7 +5,8 @@
 
 namespace selvane {
 
-void encode(JSONWriter& writer, const AppUsage& usage) {
+template <typename Writer>
+void encode(Writer& writer, const AppUsage& usage) {
     writer.beginObject();
     writer.key("bundleID");
     writer.value(usage.bundleID);
@@ -16,7 +17,8 @@ void encode(JSONWriter& writer, const AppUsage& usage) {
     writer.endObject();
 }
 
-void encode(JSONWriter& writer, const FocusSession& session) {
+template <typename Writer>
+void encode(Writer& writer, const FocusSession& session) {
     writer.beginObject();
     writer.key("actualSeconds");
     writer.value(session.actualSeconds.count());
@@ -43,7 +45,8 @@ void encode(JSONWriter& writer, const FocusSession& session) {
     writer.endObject();
 }
 
-void encode(JSONWriter& writer, const TaskItem& item) {
+template <typename Writer>
+void encode(Writer& writer, const TaskItem& item) {
     writer.beginObject();
     if (item.completedAt) {
         writer.key("completedAt");
@@ -64,7 +67,8 @@ void encode(JSONWriter& writer, const TaskItem& item) {
     writer.endObject();
 }
 
-void encode(JSONWriter& writer, const TaskList& list) {
+template <typename Writer>
+void encode(Writer& writer, const TaskList& list) {
     writer.beginObject();
     writer.key("items");
     encode(writer, list.items);
@@ -125,5 +129,14 @@ JSONOutcome decode(JSONValue value, TaskList& into) {
     record.required(0, into.items);
     return record.outcome();
 }
+
+template void encode(JSONWriter&, const AppUsage&);
+template void encode(JSONChecker&, const AppUsage&);
+template void encode(JSONWriter&, const FocusSession&);
+template void encode(JSONChecker&, const FocusSession&);
+template void encode(JSONWriter&, const TaskItem&);
+template void encode(JSONChecker&, const TaskItem&);
+template void encode(JSONWriter&, const TaskList&);
+template void encode(JSONChecker&, const TaskList&);
 
 } // namespace selvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SelvaneCore/JSONChecker.h"
 #include "SelvaneCore/JSONReader.h"
 #include "SelvaneCore/JSONWriter.h"
 #include "SelvaneCore/Models.h"
@@ -12,10 +13,16 @@
 /// over. Nothing checks that what was read makes sense.
 namespace selvane {
 
-void encode(JSONWriter& writer, const AppUsage& usage);
-void encode(JSONWriter& writer, const FocusSession& session);
-void encode(JSONWriter& writer, const TaskItem& item);
-void encode(JSONWriter& writer, const TaskList& list);
+// `Writer` is a JSONWriter or a JSONChecker.
+
+template <typename Writer>
+void encode(Writer& writer, const AppUsage& usage);
+template <typename Writer>
+void encode(Writer& writer, const FocusSession& session);
+template <typename Writer>
+void encode(Writer& writer, const TaskItem& item);
+template <typename Writer>
+void encode(Writer& writer, const TaskList& list);
 
 [[nodiscard]] JSONOutcome decode(JSONValue value, Phase& into);
 [[nodiscard]] JSONOutcome decode(JSONValue value, AppUsage& into);
@@ -23,8 +30,8 @@ void encode(JSONWriter& writer, const TaskList& list);
 [[nodiscard]] JSONOutcome decode(JSONValue value, TaskItem& into);
 [[nodiscard]] JSONOutcome decode(JSONValue value, TaskList& into);
 
-template <typename Element>
-void encode(JSONWriter& writer, const std::vector<Element>& elements) {
+template <typename Writer, typename Element>
+void encode(Writer& writer, const std::vector<Element>& elements) {
     writer.beginArray();
     for (const Element& element : elements)
         encode(writer, element);

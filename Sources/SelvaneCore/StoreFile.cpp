@@ -85,13 +85,17 @@ void StoreFile::keepOriginal(const FileContents& original, std::size_t skipped) 
               "; kept the original as " + name(copy));
 }
 
-tl::expected<void, FileError> StoreFile::save(const JSONWriter& text) const {
-    const auto bytes = text.finish();
-    if (!bytes)
-        return tl::unexpected(FileError{"encode", _url, bytes.error()});
+tl::expected<void, FileError> StoreFile::save(const std::function<void(JSONWriter&)>& write) const {
     if (auto made = AtomicFile::makeFolders(*_environment.fileSystem, _url.parent_path()); !made)
         return made;
-    return AtomicFile::write(*_environment.fileSystem, _url, *bytes);
+    AtomicFile::Replacement replacement(*_environment.fileSystem, _url);
+    JSONWriter writer([&replacement](std::string_view bytes) { replacement.append(bytes); });
+    write(writer);
+    const auto rest = writer.finish();
+    if (!rest)
+        return tl::unexpected(FileError{"encode", _url, rest.error()});
+    replacement.append(*rest);
+    return replacement.commit();
 }
 
 } // namespace selvane

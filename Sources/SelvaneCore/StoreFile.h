@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string_view>
 
@@ -33,9 +34,9 @@ public:
     /// Keeps a copy of the file as it was read, of which `skipped` entries could not be used, and logs it.
     void keepOriginal(const FileContents& original, std::size_t skipped) const;
 
-    /// Replaces the file with the text that was written, and makes its folder if there is none. A text that
-    /// failed is told before anything on disk is touched.
-    [[nodiscard]] tl::expected<void, FileError> save(const JSONWriter& text) const;
+    /// Replaces the file with the text that `write` writes, and makes its folder if there is none. The text
+    /// goes to the disk while it is written: check first that all of it has a form.
+    [[nodiscard]] tl::expected<void, FileError> save(const std::function<void(JSONWriter&)>& write) const;
 
 private:
     [[nodiscard]] std::filesystem::path backupURL(Date now) const;
