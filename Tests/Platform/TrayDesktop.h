@@ -51,6 +51,21 @@ public:
         _tray.reset();
     }
 
+    /// Moves the tray sideways, also beyond the edge of the screen. Nothing else may be on the screen.
+    void moveTray(int x) {
+        connect();
+        xcb_query_tree_reply_t* reply = xcb_query_tree_reply(_xcb, xcb_query_tree(_xcb, root()), nullptr);
+        if (reply == nullptr)
+            return;
+        const auto* windows = xcb_query_tree_children(reply);
+        for (int index = 0; index < xcb_query_tree_children_length(reply); ++index) {
+            const auto position = static_cast<std::uint32_t>(x);
+            xcb_configure_window(_xcb, windows[index], XCB_CONFIG_WINDOW_X, &position);
+        }
+        std::free(reply);
+        xcb_flush(_xcb);
+    }
+
     void stopServer() { _server.stop(); }
 
     void click(const ScreenRect& area, int button) const {
@@ -65,12 +80,10 @@ public:
 
     /// What the screen shows in this area, as 0xRRGGBB.
     std::vector<std::uint32_t> photograph(const ScreenRect& area) {
-        if (_xcb == nullptr)
-            _xcb = xcb_connect(display().c_str(), nullptr);
-        const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(_xcb)).data->root;
+        connect();
         xcb_get_image_reply_t* reply = xcb_get_image_reply(
             _xcb,
-            xcb_get_image(_xcb, XCB_IMAGE_FORMAT_Z_PIXMAP, root, static_cast<std::int16_t>(area.x),
+            xcb_get_image(_xcb, XCB_IMAGE_FORMAT_Z_PIXMAP, root(), static_cast<std::int16_t>(area.x),
                           static_cast<std::int16_t>(area.y), static_cast<std::uint16_t>(area.width),
                           static_cast<std::uint16_t>(area.height), ~0U),
             nullptr);
@@ -89,6 +102,15 @@ public:
     }
 
 private:
+    void connect() {
+        if (_xcb == nullptr)
+            _xcb = xcb_connect(display().c_str(), nullptr);
+    }
+
+    [[nodiscard]] xcb_window_t root() const {
+        return xcb_setup_roots_iterator(xcb_get_setup(_xcb)).data->root;
+    }
+
     QProcessEnvironment environment() const {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("DISPLAY"), QString::fromStdString(display()));

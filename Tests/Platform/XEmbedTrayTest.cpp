@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <ostream>
 #include <vector>
@@ -98,6 +99,26 @@ TEST_F(XEmbedTrayTest, TheTrayShinesThroughAClearImage) {
     _tray->setImage(std::make_shared<PlainImage>(0x00ff0000, 0x00ff0000), Ink::light);
     ASSERT_TRUE(waitUntil([&] { return !_desktop.shows(place, lightInk); }));
     EXPECT_THAT(_desktop.photograph(place), testing::Each(ground));
+}
+
+TEST_F(XEmbedTrayTest, ANewImageIsDrawnWhileTheTrayLiesPartlyBesideTheScreen) {
+    _tray->setShown(true);
+    _desktop.startTray();
+    ASSERT_TRUE(isShownIn(lightInk));
+    const ScreenRect place = _tray->geometry().value();
+    const int hidden = place.x + place.width / 2;
+    _desktop.moveTray(-hidden);
+    ASSERT_TRUE(waitUntil([&] { return _tray->geometry().value().x == place.x - hidden; }));
+    const ScreenRect rest{0, place.y, place.width - place.width / 2, place.height};
+    _tray->setImage(std::make_shared<PlainImage>(0xff00ff00, 0xff00ff00), Ink::light);
+    EXPECT_TRUE(waitUntil([&] { return _desktop.shows(rest, 0x00ff00); }));
+    EXPECT_FALSE(_desktop.shows(rest, lightInk));
+    _desktop.moveTray(0);
+    EXPECT_TRUE(waitUntil([&] {
+        const auto pixels = _desktop.photograph(place);
+        return std::ranges::count(pixels, 0x00ff00U) ==
+               std::min(place.width, place.height) * std::min(place.width, place.height);
+    }));
 }
 
 struct Ground {

@@ -1,5 +1,7 @@
 #include "Selvane/Platform/Linux/DesktopAppearance.h"
 
+#include "Selvane/Platform/Linux/XcbReply.h"
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>
 #include <QtDBus/QDBusMessage>
@@ -10,8 +12,6 @@
 
 #include <xcb/xcb.h>
 
-#include <cstdlib>
-#include <memory>
 #include <string_view>
 
 namespace selvane {
@@ -31,18 +31,14 @@ bool paletteIsDark() {
     return palette.color(QPalette::WindowText).lightness() > palette.color(QPalette::Window).lightness();
 }
 
-struct Free {
-    void operator()(void* memory) const { std::free(memory); }
-};
-
 /// The program that composites an X11 screen owns a selection of its own.
 bool hasCompositor(xcb_connection_t* connection) {
     constexpr std::string_view name = "_NET_WM_CM_S0";
-    const std::unique_ptr<xcb_intern_atom_reply_t, Free> atom(
+    const XcbReply<xcb_intern_atom_reply_t> atom(
         xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 1, name.size(), name.data()), nullptr));
     if (!atom || atom->atom == XCB_ATOM_NONE)
         return false;
-    const std::unique_ptr<xcb_get_selection_owner_reply_t, Free> owner(
+    const XcbReply<xcb_get_selection_owner_reply_t> owner(
         xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, atom->atom), nullptr));
     return owner && owner->owner != XCB_WINDOW_NONE;
 }

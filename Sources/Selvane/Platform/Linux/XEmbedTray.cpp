@@ -1,5 +1,7 @@
 #include "Selvane/Platform/Linux/XEmbedTray.h"
 
+#include "Selvane/Platform/Linux/XcbReply.h"
+
 #include <QtCore/QSocketNotifier>
 
 #include <unistd.h>
@@ -9,7 +11,6 @@
 #include <array>
 #include <bit>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,12 +18,6 @@
 namespace selvane {
 
 namespace {
-
-struct Free {
-    void operator()(void* memory) const { std::free(memory); }
-};
-template <typename Reply>
-using Owned = std::unique_ptr<Reply, Free>;
 
 /// Where a visual keeps one of its colours within a pixel.
 struct Channel {
@@ -116,7 +111,7 @@ public:
     [[nodiscard]] std::optional<ScreenRect> geometry() {
         if (_window == XCB_NONE || !_isMapped)
             return std::nullopt;
-        const Owned<xcb_translate_coordinates_reply_t> corner(xcb_translate_coordinates_reply(
+        const XcbReply<xcb_translate_coordinates_reply_t> corner(xcb_translate_coordinates_reply(
             _xcb, xcb_translate_coordinates(_xcb, _window, _screen->root, 0, 0), nullptr));
         handleLater();
         if (corner == nullptr)
@@ -160,7 +155,7 @@ private:
     }
 
     xcb_atom_t atomOf(xcb_intern_atom_cookie_t cookie) const {
-        const Owned<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(_xcb, cookie, nullptr));
+        const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(_xcb, cookie, nullptr));
         return reply == nullptr ? nothing : reply->atom;
     }
 
@@ -169,7 +164,7 @@ private:
     void findTray() {
         // The grab makes sure that the tray still exists when its end is asked to be told.
         xcb_grab_server(_xcb);
-        const Owned<xcb_get_selection_owner_reply_t> owner(
+        const XcbReply<xcb_get_selection_owner_reply_t> owner(
             xcb_get_selection_owner_reply(_xcb, xcb_get_selection_owner(_xcb, _selection), nullptr));
         const xcb_window_t tray = owner == nullptr ? nothing : owner->owner;
         if (tray != XCB_NONE) {
@@ -195,7 +190,7 @@ private:
     }
 
     std::vector<std::uint32_t> trayProperty(Atom property, xcb_atom_t type, std::uint32_t count) const {
-        const Owned<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
             _xcb, xcb_get_property(_xcb, 0, _tray, _atoms[property], type, 0, count), nullptr));
         if (reply == nullptr || reply->format != 32)
             return {};
@@ -288,6 +283,7 @@ private:
         xcb_flush(_xcb);
         _window = XCB_NONE;
         _isMapped = false;
+        _ground.clear();
     }
 
     void chooseVisual() {
@@ -315,33 +311,34 @@ private:
         const std::size_t count = std::size_t{_width} * _height;
         std::vector<std::uint32_t> pixels(count, 0);
         const std::uint8_t depth = _hasAlpha ? std::uint8_t{32} : _screen->root_depth;
-        if (!_hasAlpha && !readBackground(pixels))
-            return;
+        if (!_hasAlpha) {
+            readGround(count);
+            if (_ground.size() != count)
+                return;
+            pixels = _ground;
+        }
         blend(pixels);
-        if (isForeignOrder())
-            std::ranges::transform(pixels, pixels.begin(),
-                                   [](std::uint32_t pixel) { return __builtin_bswap32(pixel); });
+        exchangeOrder(pixels);
         xcb_put_image(_xcb, XCB_IMAGE_FORMAT_Z_PIXMAP, _window, _context, _width, _height, 0, 0, 0, depth,
                       static_cast<std::uint32_t>(count * sizeof(std::uint32_t)),
                       reinterpret_cast<const std::uint8_t*>(pixels.data()));
         xcb_flush(_xcb);
     }
 
-    /// Screens of fewer than 24 bits pack their pixels in ways of their own; they show the tray's ground.
-    bool readBackground(std::vector<std::uint32_t>& pixels) const {
+    /// Leaves the last ground where the server has none to give: it reads no window that lies partly beside
+    /// the screen, as in a panel that hides itself, and tells when the window comes back. Screens of fewer
+    /// than 24 bits pack their pixels in ways of their own; they show the tray's ground only.
+    void readGround(std::size_t count) {
         xcb_clear_area(_xcb, 0, _window, 0, 0, 0, 0);
-        const Owned<xcb_get_image_reply_t> image(xcb_get_image_reply(
+        const XcbReply<xcb_get_image_reply_t> image(xcb_get_image_reply(
             _xcb, xcb_get_image(_xcb, XCB_IMAGE_FORMAT_Z_PIXMAP, _window, 0, 0, _width, _height, ~0U),
             nullptr));
-        if (image == nullptr || static_cast<std::size_t>(xcb_get_image_data_length(image.get())) <
-                                    pixels.size() * sizeof(std::uint32_t))
-            return false;
+        if (image == nullptr ||
+            static_cast<std::size_t>(xcb_get_image_data_length(image.get())) < count * sizeof(std::uint32_t))
+            return;
         const auto* data = reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(image.get()));
-        std::copy_n(data, pixels.size(), pixels.begin());
-        if (isForeignOrder())
-            std::ranges::transform(pixels, pixels.begin(),
-                                   [](std::uint32_t pixel) { return __builtin_bswap32(pixel); });
-        return true;
+        _ground.assign(data, data + count);
+        exchangeOrder(_ground);
     }
 
     void blend(std::vector<std::uint32_t>& pixels) const {
@@ -381,9 +378,12 @@ private:
         return sum / ground.size() < 128 ? Ink::light : Ink::dark;
     }
 
-    [[nodiscard]] bool isForeignOrder() const {
+    /// Turns the byte order of the server into ours, and ours into the server's.
+    void exchangeOrder(std::vector<std::uint32_t>& pixels) const {
         const bool serverIsLittle = xcb_get_setup(_xcb)->image_byte_order == XCB_IMAGE_ORDER_LSB_FIRST;
-        return serverIsLittle != (std::endian::native == std::endian::little);
+        if (serverIsLittle != (std::endian::native == std::endian::little))
+            std::ranges::transform(pixels, pixels.begin(),
+                                   [](std::uint32_t pixel) { return __builtin_bswap32(pixel); });
     }
 
     // Events
@@ -397,7 +397,7 @@ private:
 
     void handleEvents() {
         while (true) {
-            const Owned<xcb_generic_event_t> event(xcb_poll_for_event(_xcb));
+            const XcbReply<xcb_generic_event_t> event(xcb_poll_for_event(_xcb));
             if (event == nullptr)
                 break;
             handle(*event);
@@ -518,6 +518,8 @@ private:
     bool _isMapped = false;
     std::uint16_t _width = 0;
     std::uint16_t _height = 0;
+    /// What the tray painted below the window when that could last be read, in our byte order.
+    std::vector<std::uint32_t> _ground;
 };
 
 XEmbedTray::XEmbedTray(const std::string& displayName)
