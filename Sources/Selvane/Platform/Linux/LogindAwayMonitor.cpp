@@ -9,7 +9,9 @@ LogindAwayMonitor::LogindAwayMonitor(Scheduler& scheduler, std::function<QDBusCo
         QDBusConnection bus = systemBus();
         if (!bus.isConnected())
             return;
-        bus.connect(QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
+        // Taken from any sender: naming the service would make Qt wait for the bus's answer who owns it. A
+        // false waking costs no more than a look at the clock.
+        bus.connect(QString(), QStringLiteral("/org/freedesktop/login1"),
                     QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("PrepareForSleep"), this,
                     SLOT(prepareForSleep(bool)));
     }));
