@@ -134,6 +134,27 @@ TEST_F(LinuxStatusItemTest, EqualValuesSendNothing) {
     EXPECT_EQ(_panel.signalNames, before + QStringList{QStringLiteral("XAyatanaNewLabel")});
 }
 
+TEST_F(LinuxStatusItemTest, WithoutAnImageTheLastOneStays) {
+    _panel.appear();
+    make();
+    ASSERT_TRUE(isRegistered(_panel));
+    _item->setContent({nullptr, "24:59"});
+    ASSERT_TRUE(waitUntil([&] { return _panel.count("XAyatanaNewLabel") == 1; }));
+    EXPECT_EQ(_panel.property("XAyatanaLabel"), QStringLiteral("24:59"));
+    EXPECT_EQ(firstPixel(), darkPixel);
+    _appearance.setDark(true);
+    EXPECT_EQ(firstPixel(), lightPixel);
+    _item->setContent({std::make_shared<PlainImage>(0xff111111, 0xff222222), "24:58"});
+    EXPECT_EQ(firstPixel(), QByteArray("\xff\x22\x22\x22"));
+}
+
+TEST_F(LinuxStatusItemTest, WithoutAnImageTheLastOneStaysInATray) {
+    make(x11());
+    _item->setContent({nullptr, "24:59"});
+    _desktop->startTray();
+    EXPECT_TRUE(isInTray());
+}
+
 TEST_F(LinuxStatusItemTest, TheInkFollowsTheColoursOfTheDesktop) {
     _panel.appear();
     make();

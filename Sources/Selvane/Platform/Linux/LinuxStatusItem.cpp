@@ -65,6 +65,8 @@ void LinuxStatusItem::setContent(const StatusItemContent& content) {
     if (_content == content)
         return;
     _content = content;
+    if (_content.image != nullptr)
+        _image = _content.image;
     _notifierItem->setLabel(_content.title.value_or(std::string()));
     updateImage();
 }
@@ -159,9 +161,9 @@ void LinuxStatusItem::moveTo(Place place) {
 
 void LinuxStatusItem::updateImage() {
     const Ink ink = _appearance.isDark() ? Ink::light : Ink::dark;
-    _notifierItem->setImage(_content.image, _desktop.hasDarkPanel ? Ink::light : ink);
+    _notifierItem->setImage(_image, _desktop.hasDarkPanel ? Ink::light : ink);
     if (_tray != nullptr)
-        _tray->setImage(_content.image, ink);
+        _tray->setImage(_image, ink);
 }
 
 void LinuxStatusItem::activated(ScreenPoint point) {

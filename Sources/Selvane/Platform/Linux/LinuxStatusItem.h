@@ -21,6 +21,9 @@ class XEmbedTray;
 /// The status item on a freedesktop desktop. Where a StatusNotifierWatcher runs the item is an object on the
 /// bus; where none runs, or one that no panel listens to, it is a window in the tray of the X11 screen; never
 /// both at once. Panels may come, go and change for as long as the program runs.
+///
+/// Few panels show words beside an item and none tells whether it does, so an item without an image might not
+/// be seen at all: in the absence of an image the last one stays.
 class LinuxStatusItem final : public StatusItemHost {
 public:
     struct Desktop {
@@ -64,6 +67,8 @@ private:
     Appearance& _appearance;
     Desktop _desktop;
     StatusItemContent _content;
+    /// The last image that the content had.
+    std::shared_ptr<const TemplateImage> _image;
     std::optional<ScreenPoint> _lastPointer;
     Place _place = Place::nowhere;
     bool _hostIsMissing = false;
