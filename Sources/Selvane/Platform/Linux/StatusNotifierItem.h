@@ -19,8 +19,8 @@ class StatusNotifierItemAdaptor;
 
 /// The item as desktops with org.kde.StatusNotifierWatcher show it: an object on the session bus that panels
 /// ask for pictures and words. Tells whether there is such a watcher, and shows the item while that is
-/// wanted, registering again with every watcher that appears. Pictures are drawn when a panel asks, and not
-/// kept.
+/// wanted, registering again with every watcher that appears. The image is asked for pictures whenever a
+/// panel asks, and only then; the item itself keeps none.
 ///
 /// Main thread. Every call is asynchronous.
 class StatusNotifierItem final : public QObject {
