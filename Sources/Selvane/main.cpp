@@ -3,6 +3,7 @@
 #include "Selvane/Platform/Linux/LinuxProcessActivity.h"
 #include "Selvane/Platform/Linux/LinuxScheduler.h"
 #include "Selvane/Platform/Linux/LinuxStatusItem.h"
+#include "Selvane/Platform/Linux/LocalZone.h"
 #include "Selvane/Platform/Linux/LogindAwayMonitor.h"
 #include "Selvane/Platform/Linux/SingleInstance.h"
 #include "Selvane/Platform/Linux/X11PressMonitor.h"
@@ -23,10 +24,6 @@ namespace {
 
 Date wallClock() {
     return std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
-}
-
-Calendar localCalendar() {
-    return Calendar(absl::LocalTimeZone());
 }
 
 /// What isn't built yet stands here as a service that does nothing, one line each.
@@ -67,6 +64,7 @@ int run(QGuiApplication& application) {
     EmptyAttentionSignal attentionSignal;
     MemoryDefaultsStore defaults;
     PosixFileSystem fileSystem;
+    LocalZone localZone;
     DesktopAppearance appearance(sessionBus);
     LinuxStatusItem statusItem(sessionBus, scheduler, appearance);
     X11PressMonitor presses;
@@ -80,7 +78,7 @@ int run(QGuiApplication& application) {
         .defaults = &defaults,
         .fileSystem = &fileSystem,
         .clock = wallClock,
-        .calendar = localCalendar,
+        .calendar = [&localZone] { return localZone.current(); },
         .file = AppPaths::file,
         .services = services(),
     });
