@@ -52,6 +52,9 @@ int run(QGuiApplication& application) {
             return EXIT_SUCCESS;
         Log::line("it runs already, but doesn't answer; end that process and start again");
         return EXIT_FAILURE;
+    case SingleInstance::Claim::refused:
+        Log::line("the session bus refuses the program's name, so nothing keeps a second copy from starting");
+        break;
     case SingleInstance::Claim::noBus:
         Log::line("there is no session bus, so nothing keeps a second copy from starting");
         break;

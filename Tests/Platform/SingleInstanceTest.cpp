@@ -2,10 +2,12 @@
 
 #include "Support/PrivateBus.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <memory>
 #include <ostream>
 #include <thread>
@@ -99,28 +101,97 @@ INSTANTIATE_TEST_SUITE_P(All, SingleInstanceWays,
                                              {QStringLiteral("start"), QVariantList{}, QVariantMap{}}}),
                          [](const auto& test) { return test.param.name; });
 
-TEST(SingleInstance, ASecondStartReachesTheFirstWithItsTokens) {
-    PrivateBus bus;
-    SingleInstance first(bus.connect());
-    QByteArray token;
-    first.onActivate = [&] { token = qgetenv("XDG_ACTIVATION_TOKEN"); };
-    ASSERT_EQ(first.claim(), SingleInstance::Claim::first);
+/// A variable of the environment, which is unset before the test and after it.
+class Variable {
+public:
+    explicit Variable(const char* variable) : _name(variable) { qunsetenv(_name); }
+    ~Variable() { qunsetenv(_name); }
+    Variable(const Variable&) = delete;
+    Variable& operator=(const Variable&) = delete;
 
-    bool isAnswered = false;
+    void set(const QByteArray& value) { qputenv(_name, value); }
+    /// The value, which is gone afterwards, as when Qt has shown it to a compositor.
+    QByteArray take() {
+        const QByteArray value = qgetenv(_name);
+        qunsetenv(_name);
+        return value;
+    }
+
+private:
+    const char* _name;
+};
+
+/// Owns the program's name as a first process does, and writes down what it is sent.
+class RecordingFirst final : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+public:
+    explicit RecordingFirst(QDBusConnection bus) {
+        isThere =
+            bus.registerObject(path, this, QDBusConnection::ExportAllSlots) && bus.registerService(name);
+    }
+
+    bool isThere = false;
+    std::vector<QVariantMap> received;
+
+public Q_SLOTS:
+    void Activate(const QVariantMap& platformData) { received.push_back(platformData); }
+};
+
+TEST(SingleInstance, ASecondStartSendsItsTokenIfItHasOne) {
+    PrivateBus bus;
+    Variable token("XDG_ACTIVATION_TOKEN");
+    RecordingFirst first(bus.connect());
+    ASSERT_TRUE(first.isThere);
     SingleInstance second(bus.connect());
     ASSERT_EQ(second.claim(), SingleInstance::Claim::second);
-    ASSERT_EQ(ask(bus.connect(), name, path, interface, QStringLiteral("Activate"),
-                  {QVariantMap{{QStringLiteral("activation-token"), QStringLiteral("a token")}}})
-                  .type(),
-              QDBusMessage::ReplyMessage);
-    EXPECT_EQ(token, "a token");
 
-    token.clear();
-    std::thread other([&] { isAnswered = second.activateFirst(); });
-    EXPECT_TRUE(waitUntil([&] { return !token.isEmpty(); }));
-    other.join();
-    EXPECT_TRUE(isAnswered);
-    qunsetenv("XDG_ACTIVATION_TOKEN");
+    const auto start = [&] {
+        bool isAnswered = false;
+        std::atomic<bool> hasEnded = false;
+        std::thread other([&] {
+            isAnswered = second.activateFirst();
+            hasEnded = true;
+        });
+        EXPECT_TRUE(waitUntil([&] { return hasEnded.load(); }));
+        other.join();
+        return isAnswered;
+    };
+    const auto key = QStringLiteral("activation-token");
+    EXPECT_TRUE(start());
+    token.set("of the launcher");
+    EXPECT_TRUE(start());
+    token.set("of the next start");
+    EXPECT_TRUE(start());
+    EXPECT_THAT(first.received,
+                testing::ElementsAre(QVariantMap{}, QVariantMap{{key, QStringLiteral("of the launcher")}},
+                                     QVariantMap{{key, QStringLiteral("of the next start")}}));
+}
+
+TEST(SingleInstance, TheTokenIsInPlaceWhenTheFirstIsActivated) {
+    PrivateBus bus;
+    Variable variable("XDG_ACTIVATION_TOKEN");
+    SingleInstance first(bus.connect());
+    std::vector<QByteArray> tokens;
+    first.onActivate = [&] { tokens.push_back(variable.take()); };
+    ASSERT_EQ(first.claim(), SingleInstance::Claim::first);
+
+    const QDBusConnection caller = bus.connect();
+    for (const QString& token : {QStringLiteral("one"), QString(), QStringLiteral("two")}) {
+        const QVariantMap platformData{{QStringLiteral("activation-token"), token}};
+        ASSERT_EQ(ask(caller, name, path, interface, QStringLiteral("Activate"), {platformData}).type(),
+                  QDBusMessage::ReplyMessage);
+    }
+    EXPECT_THAT(tokens, testing::ElementsAre("one", "", "two"));
+}
+
+TEST(SingleInstance, ABusThatRefusesTheNameIsNotTakenForNone) {
+    PrivateBus bus("org.example.Other");
+    const QDBusConnection connection = bus.connect();
+    ASSERT_TRUE(connection.isConnected());
+    SingleInstance instance(connection);
+    EXPECT_EQ(instance.claim(), SingleInstance::Claim::refused);
+    EXPECT_EQ(instance.claim(), SingleInstance::Claim::refused) << "nothing of the first attempt is left";
 }
 
 TEST(SingleInstance, AFirstThatHangsIsReported) {
@@ -135,3 +206,5 @@ TEST(SingleInstance, AFirstThatHangsIsReported) {
 
 } // namespace
 } // namespace selvane::test
+
+#include "SingleInstanceTest.moc"

@@ -23,14 +23,16 @@ namespace selvane::test {
 ///     QDBusConnection theirs = bus.connect();
 class PrivateBus {
 public:
-    PrivateBus() {
+    /// `names` is the one name that may be owned there, "*" for all.
+    explicit PrivateBus(const QByteArray& names = "*") {
         QFile configuration(_folder.filePath(QStringLiteral("bus.conf")));
         if (!configuration.open(QIODevice::WriteOnly))
             return;
         configuration.write("<busconfig><type>session</type><listen>unix:dir=" + _folder.path().toUtf8() +
                             "</listen><auth>EXTERNAL</auth><policy context=\"default\">"
                             "<allow send_destination=\"*\" eavesdrop=\"true\"/><allow eavesdrop=\"true\"/>"
-                            "<allow own=\"*\"/></policy></busconfig>");
+                            "<allow own=\"" +
+                            names + "\"/></policy></busconfig>");
         configuration.close();
         start();
     }

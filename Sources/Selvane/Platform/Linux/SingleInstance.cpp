@@ -15,14 +15,11 @@ const auto applicationInterface = QLatin1String("org.freedesktop.Application");
 const auto busName = QLatin1String("org.freedesktop.DBus");
 const auto busPath = QLatin1String("/org/freedesktop/DBus");
 
-// The platform data of a start, and the variables that carry the same to a new process.
-constexpr struct {
-    const char* key;
-    const char* variable;
-} startTokens[] = {
-    {"activation-token", "XDG_ACTIVATION_TOKEN"},
-    {"desktop-startup-id", "DESKTOP_STARTUP_ID"},
-};
+/// The user's leave to take the focus, in the platform data of a call and in the environment of a new
+/// process. Its counterpart of X11, "desktop-startup-id", is left out: Qt takes it from the environment only
+/// when it connects to the server.
+const auto tokenKey = QLatin1String("activation-token");
+constexpr const char* tokenVariable = "XDG_ACTIVATION_TOKEN";
 
 } // namespace
 
@@ -35,12 +32,10 @@ public:
 
 public Q_SLOTS:
     void Activate(const QVariantMap& platformData) {
-        // The next window that asks for the focus shows these to the compositor.
-        for (const auto& [key, variable] : startTokens) {
-            const QByteArray token = platformData.value(QLatin1String(key)).toString().toUtf8();
-            if (!token.isEmpty())
-                qputenv(variable, token);
-        }
+        // The next window that asks for the focus shows it to the compositor, and takes it away.
+        const QByteArray token = platformData.value(tokenKey).toString().toUtf8();
+        if (!token.isEmpty())
+            qputenv(tokenVariable, token);
         if (_instance.onActivate)
             _instance.onActivate();
     }
@@ -73,28 +68,26 @@ SingleInstance::Claim SingleInstance::claim() {
     if (!_bus.isConnected())
         return Claim::noBus;
     if (!_bus.registerObject(instancePath, this, QDBusConnection::ExportAdaptors))
-        return Claim::noBus;
+        return Claim::refused;
     constexpr uint doNotQueue = 4;
     constexpr uint primaryOwner = 1;
     constexpr uint alreadyOwner = 4;
     auto request = QDBusMessage::createMethodCall(busName, busPath, busName, QStringLiteral("RequestName"));
     request << QString(instanceName) << doNotQueue;
     const QDBusMessage reply = _bus.call(request);
+    const bool isAnswered = reply.type() == QDBusMessage::ReplyMessage;
     const uint result = reply.arguments().value(0).toUInt();
-    _isFirst =
-        reply.type() == QDBusMessage::ReplyMessage && (result == primaryOwner || result == alreadyOwner);
+    _isFirst = isAnswered && (result == primaryOwner || result == alreadyOwner);
     if (_isFirst)
         return Claim::first;
     _bus.unregisterObject(instancePath);
-    return reply.type() == QDBusMessage::ReplyMessage ? Claim::second : Claim::noBus;
+    return isAnswered ? Claim::second : Claim::refused;
 }
 
 bool SingleInstance::activateFirst(std::chrono::milliseconds patience) {
     QVariantMap platformData;
-    for (const auto& [key, variable] : startTokens) {
-        if (qEnvironmentVariableIsSet(variable))
-            platformData.insert(QLatin1String(key), qEnvironmentVariable(variable));
-    }
+    if (qEnvironmentVariableIsSet(tokenVariable))
+        platformData.insert(tokenKey, qEnvironmentVariable(tokenVariable));
     auto activate = QDBusMessage::createMethodCall(instanceName, instancePath, applicationInterface,
                                                    QStringLiteral("Activate"));
     activate << platformData;

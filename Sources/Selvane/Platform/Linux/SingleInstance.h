@@ -14,8 +14,9 @@ namespace selvane {
 class SingleInstance final : public QObject {
     Q_OBJECT
 public:
-    /// `noBus`: there is no session bus, so nothing is known of other processes.
-    enum class Claim { first, second, noBus };
+    /// `noBus`: there is no session bus; `refused`: there is one, but it gave an error for an answer, or
+    /// none. In both cases nothing is known of other processes.
+    enum class Claim { first, second, refused, noBus };
 
     explicit SingleInstance(const QDBusConnection& sessionBus);
     /// Gives the name back.
@@ -26,7 +27,8 @@ public:
     [[nodiscard]] Claim claim();
 
     /// Tells the first process that the user started the program again, and waits up to `patience` for it.
-    /// False if it didn't answer.
+    /// Passes XDG_ACTIVATION_TOKEN on, by which the first may take the focus under Wayland. False if it
+    /// didn't answer.
     [[nodiscard]] bool activateFirst(std::chrono::milliseconds patience = std::chrono::seconds{5});
 
     /// The user started the program again, or asked the desktop to open it. Called from the main loop.
