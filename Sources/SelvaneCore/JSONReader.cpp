@@ -7,7 +7,6 @@
 #include <bit>
 #include <chrono>
 #include <cmath>
-#include <limits>
 #include <type_traits>
 
 namespace selvane {
@@ -40,7 +39,7 @@ std::optional<Date> parseDate(std::string_view text) {
     constexpr std::string_view form = "dddd-dd-ddTdd:dd:ddZ";
     if (text.size() != form.size())
         return std::nullopt;
-    for (const std::size_t index : {4, 7, 10, 13, 16, 19}) {
+    for (const std::size_t index : {4U, 7U, 10U, 13U, 16U, 19U}) {
         if (text[index] != form[index])
             return std::nullopt;
     }
@@ -229,12 +228,8 @@ JSONOutcome decode(JSONValue value, bool& into) {
     return store(value, value.boolean(), into, "not a boolean");
 }
 
-JSONOutcome decode(JSONValue value, int& into) {
-    const auto integer = value.integer();
-    if (!integer || *integer < std::numeric_limits<int>::min() || *integer > std::numeric_limits<int>::max())
-        return wrong(value, "not a whole number of 32 bits");
-    into = static_cast<int>(*integer);
-    return {};
+JSONOutcome decode(JSONValue value, std::int64_t& into) {
+    return store(value, value.integer(), into, "not a whole number of 64 bits");
 }
 
 JSONOutcome decode(JSONValue value, double& into) {

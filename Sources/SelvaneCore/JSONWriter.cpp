@@ -271,7 +271,7 @@ void JSONWriter::value(double number) {
     char* const at = beginValue(0);
     if (number >= -signedEnd && number < signedEnd) {
         const auto whole = static_cast<std::int64_t>(number);
-        if (static_cast<double>(whole) == number && !(whole == 0 && std::signbit(number)))
+        if (static_cast<double>(whole) == number)
             _cursor = std::to_chars(at, _end, whole).ptr;
         else if (char* const end = writeMicroseconds(at, number))
             _cursor = end;

@@ -4,6 +4,7 @@
 #include "SelvaneCore/UUID.h"
 
 #include <array>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -92,9 +93,9 @@ struct TaskItem {
     /// When it was ticked off.
     std::optional<Date> completedAt;
     /// How many focus sessions the user expects it to take.
-    int estimatedPomodoros;
+    std::int64_t estimatedPomodoros;
     /// How many completed focus sessions were credited to it.
-    int completedPomodoros;
+    std::int64_t completedPomodoros;
 
     friend bool operator==(const TaskItem&, const TaskItem&) = default;
 };

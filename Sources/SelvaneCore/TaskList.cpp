@@ -80,14 +80,14 @@ void TaskList::setDone(const UUID& id, bool done, Date now) {
     }
 }
 
-void TaskList::setEstimate(const UUID& id, int count) {
+void TaskList::setEstimate(const UUID& id, std::int64_t count) {
     if (TaskItem* const item = findIn(items, id))
-        item->estimatedPomodoros = std::max(count, 0);
+        item->estimatedPomodoros = std::max<std::int64_t>(count, 0);
 }
 
 void TaskList::creditPomodoro(const UUID& id) {
     TaskItem* const item = findIn(items, id);
-    if (item && item->completedPomodoros < std::numeric_limits<int>::max())
+    if (item && item->completedPomodoros < std::numeric_limits<std::int64_t>::max())
         ++item->completedPomodoros;
 }
 

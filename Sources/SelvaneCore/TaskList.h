@@ -39,7 +39,7 @@ struct TaskList {
     /// Leaves the item in its place: the caller follows with `normalize`.
     void setDone(const UUID& id, bool done, Date now);
     /// Sets how many sessions the task is expected to take; a negative count becomes 0.
-    void setEstimate(const UUID& id, int count);
+    void setEstimate(const UUID& id, std::int64_t count);
     /// Counts one more completed focus session, also for a task that is done. Stops at the largest count.
     void creditPomodoro(const UUID& id);
     /// Moves the items at these offsets, in their order and as one run, to before the item that is now at

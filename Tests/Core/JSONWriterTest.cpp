@@ -146,7 +146,7 @@ TEST_P(JSONWriterNumbers, AreWritten) {
 
 INSTANTIATE_TEST_SUITE_P(
     JSON, JSONWriterNumbers,
-    testing::Values(NumberRow{"zero", 0.0, "0"}, NumberRow{"negativeZero", -0.0, "-0"},
+    testing::Values(NumberRow{"zero", 0.0, "0"}, NumberRow{"negativeZero", -0.0, "0"},
                     NumberRow{"whole", 1500, "1500"}, NumberRow{"aHundredThousand", 100000, "100000"},
                     NumberRow{"negative", -25, "-25"}, NumberRow{"fraction", 1499.25, "1499.25"},
                     NumberRow{"tenth", 0.1, "0.1"}, NumberRow{"sum", 0.1 + 0.2, "0.30000000000000004"},

@@ -218,6 +218,12 @@ TEST(ModelsCoding, ATaskWithoutCountsFails) {
         replaced(goldenTask, "\"completedPomodoros\" : 2", "\"completedPomodoros\" : 2.5")));
     EXPECT_TRUE(decoded<TaskItem>(
         replaced(goldenTask, "\"completedPomodoros\" : 2", "\"completedPomodoros\" : 2.0")));
+    const auto large = decoded<TaskItem>(
+        replaced(goldenTask, "\"estimatedPomodoros\" : 0", "\"estimatedPomodoros\" : 3000000000"));
+    ASSERT_TRUE(large);
+    EXPECT_EQ(large->estimatedPomodoros, 3'000'000'000);
+    EXPECT_FALSE(decoded<TaskItem>(
+        replaced(goldenTask, "\"estimatedPomodoros\" : 0", "\"estimatedPomodoros\" : 9223372036854775808")));
 }
 
 TEST(ModelsCoding, ExtraKeysAreIgnored) {

@@ -125,9 +125,9 @@ TEST(TaskList, CreditingCountsForOpenAndDoneTasks) {
 
 TEST(TaskList, TheLargestCountStays) {
     TaskList list = openTasks("a");
-    list.items[0].completedPomodoros = std::numeric_limits<int>::max();
+    list.items[0].completedPomodoros = std::numeric_limits<std::int64_t>::max();
     list.creditPomodoro(idOf('a'));
-    EXPECT_EQ(list.items[0].completedPomodoros, std::numeric_limits<int>::max());
+    EXPECT_EQ(list.items[0].completedPomodoros, std::numeric_limits<std::int64_t>::max());
 }
 
 TEST(TaskList, RemovingTakesEveryItemWithTheId) {

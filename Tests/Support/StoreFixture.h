@@ -94,11 +94,11 @@ public:
     }
 
     TaskItem task() {
-        TaskItem result{uuid(), text(), coin(), date(), std::nullopt, static_cast<int>(below(4'294'967'296U)),
+        TaskItem result{uuid(), text(), coin(), date(), std::nullopt, static_cast<std::int64_t>(_engine()),
                         0};
         if (coin())
             result.completedAt = date();
-        result.completedPomodoros = static_cast<int>(below(1000)) - 500;
+        result.completedPomodoros = static_cast<std::int64_t>(below(1000)) - 500;
         return result;
     }
 
