@@ -1,7 +1,7 @@
 #include "SelvaneCore/TimerEngine.h"
 
 #include <algorithm>
-#include <cassert>
+#include <cstdlib>
 #include <limits>
 #include <utility>
 
@@ -39,23 +39,18 @@ void TimerEngine::start() {
     if (!isIdle())
         return;
     perform([this] {
-        // 1. Read the clock.
         _state.now = _clock();
-        // 2. The configured length of the phase.
         Seconds length = config().duration(_state.phase);
-        // 3. Let the adjustment replace it.
         if (adjustDuration)
             length = adjustDuration(_state.phase, length);
-        // 4. Never below a second.
+        // Checked after the adjustment, which may give anything.
         length = atLeastShortest(length);
-        // 5. Fix the planned duration.
+        // Fixed now, so that a change of the settings doesn't bend a phase that runs.
         _state.plannedDuration = length;
-        // 6. Remember the first start.
+        // Not touched by a later resume: the record begins where the phase did.
         _phaseStart = _state.now;
-        // 7. Run towards the end date.
         const Date end = adding(length, _state.now);
         _state.status = Running{end};
-        // 8. Tell.
         emit(TimerEvents::Started{_state.phase, end});
     });
 }
@@ -105,16 +100,15 @@ void TimerEngine::reset() {
 
 void TimerEngine::skip() {
     perform([this] {
-        // 1. Only a skip of a running phase lets the next one start by itself.
+        // Only a skip of a running phase lets the next one start by itself. Asked first, since ending the run
+        // forgets it.
         const AutoStart autoStart = isRunning() ? AutoStart::allowed : AutoStart::forbidden;
-        // 2. End the present run.
         if (!isIdle()) {
             _state.now = _clock();
             std::optional<FocusSession> session = partialSession();
             clearActiveRun();
             emit(TimerEvents::Interrupted{std::move(session)});
         }
-        // 3. Go on without counting.
         advance(Counting::no, autoStart);
     });
 }
@@ -184,10 +178,9 @@ void TimerEngine::emit(const TimerEvent& event) const {
 }
 
 void TimerEngine::complete(Date end) {
-    // 1. and 2. What was planned, and since when it ran.
     const Seconds duration = currentDuration();
     const Date start = _phaseStart ? *_phaseStart : adding(-duration, end);
-    // 3. The record says what was planned, so that a phase slept through counts as run.
+    // The record says what was planned, so that a phase slept through counts as run.
     FocusSession session{.id = UUID::random(),
                          .start = start,
                          .end = end,
@@ -197,28 +190,27 @@ void TimerEngine::complete(Date end) {
                          .completed = true,
                          .taskID = std::nullopt,
                          .apps = std::nullopt};
-    // 4. to 6. Clear, tell, go on.
+    // Idle before the listener is told, so that it may start or select.
     clearActiveRun();
     emit(TimerEvents::Finished{std::move(session)});
     advance(Counting::yes, AutoStart::allowed);
 }
 
 void TimerEngine::advance(Counting counting, AutoStart autoStart) {
-    // 1. One reading of the configuration for all that follows.
+    // One reading for all that follows: the listener below may change the settings.
     const TimerConfig reading = config();
-    // 2. and 3. The phase that comes next.
     Phase next = Phase::focus;
     if (_state.phase == Phase::focus) {
-        assert(_state.completedFocusSessions < std::numeric_limits<int>::max());
+        // A count that can't be right would only do more harm. No user gets there, so the program is broken.
+        if (_state.completedFocusSessions == std::numeric_limits<int>::max())
+            std::abort();
         const int count = _state.completedFocusSessions + 1;
         if (counting == Counting::yes)
             _state.completedFocusSessions = count;
         next = count % sessionsPerSet(reading) == 0 ? Phase::longBreak : Phase::shortBreak;
     }
-    // 4. Go there and tell.
     _state.phase = next;
     emit(TimerEvents::PhaseChanged{next});
-    // 5. Start it if it starts by itself.
     if (autoStart == AutoStart::allowed && startsByItself(reading, next))
         start();
 }
