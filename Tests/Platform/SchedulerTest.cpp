@@ -9,9 +9,11 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -293,6 +295,28 @@ TEST(LinuxScheduler, ToleranceLetsWorkShareAWakeUp) {
     EXPECT_EQ(journal[0], "tick");
     EXPECT_EQ(journal[1], "single");
     EXPECT_GE(firstTick.count(), 0.030);
+}
+
+TEST(LinuxSchedulerDeathTest, WithoutATimerOfTheSystemTheProgramEnds) {
+    // Other tests have left threads behind, which a fork wouldn't have.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto startWithoutDescriptors = [] {
+        rlimit limit{};
+        getrlimit(RLIMIT_NOFILE, &limit);
+        // What runs at the exit may need them again.
+        static rlim_t before = limit.rlim_cur;
+        std::atexit([] {
+            rlimit again{};
+            getrlimit(RLIMIT_NOFILE, &again);
+            again.rlim_cur = before;
+            setrlimit(RLIMIT_NOFILE, &again);
+        });
+        limit.rlim_cur = 0;
+        setrlimit(RLIMIT_NOFILE, &limit);
+        LinuxScheduler scheduler;
+    };
+    EXPECT_EXIT(startWithoutDescriptors(), testing::ExitedWithCode(EXIT_FAILURE),
+                "^Selvane: the system gives no timer \\(Too many open files\\)");
 }
 
 TEST(LinuxScheduler, TakesLengthsOfAnySize) {

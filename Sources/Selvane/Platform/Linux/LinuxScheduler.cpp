@@ -12,10 +12,14 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
+#include <cstring>
 #include <map>
 #include <optional>
+#include <string>
 #include <utility>
 
 namespace selvane {
@@ -47,8 +51,9 @@ class LinuxScheduler::Queue final : public QObject {
 public:
     Queue() : _timer(timerfd_create(CLOCK_BOOTTIME, TFD_NONBLOCK | TFD_CLOEXEC)) {
         if (_timer < 0) {
-            Log::line("The system has no timer left: nothing that waits will run.");
-            return;
+            Log::line(std::string("the system gives no timer (") + std::strerror(errno) +
+                      "), without which the program can't wait for anything; it ends");
+            std::exit(EXIT_FAILURE);
         }
         _notifier.emplace(_timer, QSocketNotifier::Read);
         connect(&*_notifier, &QSocketNotifier::activated, this, [this] {
@@ -63,8 +68,7 @@ public:
 
     ~Queue() override {
         _notifier.reset();
-        if (_timer >= 0)
-            close(_timer);
+        close(_timer);
     }
 
     std::uint64_t insert(Nanoseconds delay, Nanoseconds interval, Nanoseconds tolerance, Work work) {
@@ -150,7 +154,7 @@ private:
             const Nanoseconds latest = key.first + entry.tolerance;
             wanted = wanted == 0 ? latest : std::min(wanted, latest);
         }
-        if (wanted == _armedFor || _timer < 0)
+        if (wanted == _armedFor)
             return;
         itimerspec setting{};
         setting.it_value.tv_sec = wanted / perSecond;

@@ -10,6 +10,8 @@ namespace selvane {
 /// waiting shares one timer of the kernel, set to the latest moment that the tolerances allow and switched
 /// off while nothing waits.
 ///
+/// Ends the program with EXIT_FAILURE and a line in the log where the system has no timer for it.
+///
 /// Main thread, after the QCoreApplication was made. Handles may outlive the scheduler. Must not be destroyed
 /// from within work that it runs.
 class LinuxScheduler final : public Scheduler {
