@@ -4,7 +4,7 @@
 import sys
 
 import harness
-from harness import check
+from harness import check, check_equal
 from virtualdesktop import changed_area
 
 
@@ -19,8 +19,7 @@ def test(desktop, selvane):
               "after the tray's restart the dial looks as before")
     selvane.open_panel()
     check(True, "a click on the dial opens the panel")
-    desktop.key("ctrl+q")
-    selvane.wait_for_end()
+    check_equal(selvane.quit(), 0, "exit status after quitting by the keyboard")
     selvane.wait_for_no_dial()
 
     desktop.stop_tray()
@@ -31,6 +30,7 @@ def test(desktop, selvane):
           "a tray that comes after the program shows the dial")
     selvane.open_panel()
     check(True, "a click on that dial opens the panel")
+    check_equal(selvane.quit(), 0, "exit status of the second run")
 
 
 sys.exit(harness.run(test))
