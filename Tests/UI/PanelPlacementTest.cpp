@@ -51,5 +51,22 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"HalvesAwayFromZero", {ScreenRect{601, 0, 23, 24}, std::nullopt}, belowTopBar, {439, 30}}),
     [](const auto& row) { return row.param.name; });
 
+constexpr PanelPlacement::Screen sharpSecond{{1280, 100, 3840, 2160}, 2.0};
+
+TEST(PanelPlacement, PixelsAreScaledFromTheCornerOfTheScreen) {
+    const StatusItemAnchor pixels{ScreenRect{1280 + 400, 100, 48, 44}, ScreenPoint{1280 + 401, 100 + 21}};
+    const StatusItemAnchor units{ScreenRect{1280 + 200, 100, 24, 22}, ScreenPoint{1280 + 201, 100 + 11}};
+    EXPECT_EQ(PanelPlacement::scaled(pixels, sharpSecond), units);
+    EXPECT_EQ(PanelPlacement::scaled({}, sharpSecond), StatusItemAnchor{});
+}
+
+TEST(PanelPlacement, ScreenIsChosenByTheMiddleOfTheItem) {
+    EXPECT_TRUE(PanelPlacement::isOn(sharpSecond, icon(1280 - 11, 100)));
+    EXPECT_FALSE(PanelPlacement::isOn(sharpSecond, icon(1280 - 13, 100)));
+    EXPECT_TRUE(PanelPlacement::isOn(sharpSecond, {std::nullopt, ScreenPoint{1280 + 3839, 100 + 2159}}));
+    EXPECT_FALSE(PanelPlacement::isOn(sharpSecond, {std::nullopt, ScreenPoint{1280 + 3840, 100}}));
+    EXPECT_FALSE(PanelPlacement::isOn(sharpSecond, {}));
+}
+
 } // namespace
 } // namespace selvane

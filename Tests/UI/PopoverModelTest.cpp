@@ -43,15 +43,15 @@ TEST_F(PopoverModelTest, CommandsDriveTheTimerAndViewsHearOfIt) {
 TEST_F(PopoverModelTest, TodayIsCountedAnewWithEverySessionAndWhenShown) {
     PopoverModel popover(harness.model(), appearance);
     int changes = 0;
-    QObject::connect(&popover, &PopoverModel::todayChanged, &popover, [&] { ++changes; });
+    QObject::connect(&popover, &PopoverModel::footerChanged, &popover, [&] { ++changes; });
     popover.toggle();
     harness.pass(Seconds{61});
     popover.reset();
-    EXPECT_EQ(popover.today(), QStringLiteral("Today: 1m of your 50m goal"));
+    EXPECT_EQ(popover.footer(), QStringLiteral("Today: 1m of your 50m goal"));
     EXPECT_EQ(changes, 1);
     harness.now += std::chrono::days{1};
     popover.prepareToShow();
-    EXPECT_EQ(popover.today(), QStringLiteral("Today: 0m of your 50m goal"));
+    EXPECT_EQ(popover.footer(), QStringLiteral("Today: 0m of your 50m goal"));
     EXPECT_EQ(changes, 2);
     popover.prepareToShow();
     EXPECT_EQ(changes, 2);
@@ -60,7 +60,17 @@ TEST_F(PopoverModelTest, TodayIsCountedAnewWithEverySessionAndWhenShown) {
 TEST_F(PopoverModelTest, TodayFollowsTheGoal) {
     const PopoverModel popover(harness.model(), appearance);
     harness.model().settings().dailyGoalMinutes.set(90);
-    EXPECT_EQ(popover.today(), QStringLiteral("Today: 0m of your 1h 30m goal"));
+    EXPECT_EQ(popover.footer(), QStringLiteral("Today: 0m of your 1h 30m goal"));
+}
+
+TEST_F(PopoverModelTest, FailureToSaveTakesThePlaceOfToday) {
+    PopoverModel popover(harness.model(), appearance);
+    harness.folder.write("Selvane", "a file where the folder should be");
+    popover.toggle();
+    harness.pass(Seconds{61});
+    popover.reset();
+    EXPECT_TRUE(popover.hasProblem());
+    EXPECT_TRUE(popover.footer().startsWith(QStringLiteral("Selvane couldn't save sessions.json: ")));
 }
 
 TEST_F(PopoverModelTest, CompositorIsAskedForWhenShown) {

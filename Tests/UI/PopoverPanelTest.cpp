@@ -48,6 +48,13 @@ protected:
         control->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     }
 
+    /// Clicks the control of that name with the mouse.
+    void click(const QString& name) const {
+        QAccessibleInterface* const control = find(QAccessible::queryAccessibleInterface(window), name);
+        ASSERT_NE(control, nullptr) << name.toStdString();
+        QTest::mouseClick(window, Qt::LeftButton, {}, window->mapFromGlobal(control->rect().center()));
+    }
+
     [[nodiscard]] QString focusedText() const {
         return window->activeFocusItem() ? window->activeFocusItem()->property("text").toString() : QString();
     }
@@ -123,7 +130,7 @@ TEST_F(PopoverPanelTest, KeyboardReachesSkipAndReset) {
     EXPECT_TRUE(engine().isIdle());
 }
 
-TEST_F(PopoverPanelTest, EscapeCancelsAndCommandQQuits) {
+TEST_F(PopoverPanelTest, EscapeCancelsAndControlQQuits) {
     QTest::keyClick(window, Qt::Key_Escape);
     EXPECT_EQ(cancelled, 1);
     QTest::keyClick(window, Qt::Key_Q, Qt::ControlModifier);
@@ -171,15 +178,63 @@ TEST_F(PopoverPanelTest, ScreenReaderPressesTheControls) {
     EXPECT_EQ(quits, 1);
 }
 
-TEST_F(PopoverPanelTest, FailureToSaveIsShownAndGrowsThePanel) {
+TEST_F(PopoverPanelTest, FailureToSaveIsShownAndThePanelKeepsItsHeight) {
     const int height = window->height();
     harness.folder.write("Selvane", "a file where the folder should be");
     engine().start();
     harness.pass(Seconds{61});
     engine().reset();
     ASSERT_TRUE(harness.model().saveError());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return window->height() > height; }));
-    EXPECT_THAT(accessibleItems(), Contains(Key(*harness.model().saveError())));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window->height(), height);
+    EXPECT_THAT(accessibleItems(), Contains(std::pair<std::string, QAccessible::Role>(
+                                       *harness.model().saveError(), QAccessible::AlertMessage)));
+}
+
+TEST_F(PopoverPanelTest, KeyboardGoesBackToTheMainButtonAfterReset) {
+    engine().start();
+    QTest::keyClick(window, Qt::Key_Backtab);
+    EXPECT_EQ(focusedText(), QStringLiteral("Reset"));
+    QTest::keyClick(window, Qt::Key_Space);
+    EXPECT_TRUE(engine().isIdle());
+    EXPECT_EQ(focusedText(), QStringLiteral("Start"));
+    QTest::keyClick(window, Qt::Key_Space);
+    EXPECT_TRUE(engine().isRunning());
+}
+
+TEST_F(PopoverPanelTest, ClickOnAControlLeavesTheKeyboardWithTheMainButton) {
+    click(QStringLiteral("Skip"));
+    EXPECT_EQ(engine().phase(), Phase::shortBreak);
+    EXPECT_EQ(focusedText(), QStringLiteral("Start"));
+    QTest::keyClick(window, Qt::Key_Space);
+    EXPECT_TRUE(engine().isRunning());
+    click(QStringLiteral("Reset"));
+    EXPECT_TRUE(engine().isIdle());
+    QTest::keyClick(window, Qt::Key_Space);
+    EXPECT_TRUE(engine().isRunning());
+}
+
+TEST_F(PopoverPanelTest, EveryOpeningGivesTheKeyboardToTheMainButton) {
+    QTest::keyClick(window, Qt::Key_Tab);
+    EXPECT_EQ(focusedText(), QStringLiteral("Skip"));
+    panel.hide();
+    panel.show({});
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window));
+    EXPECT_EQ(focusedText(), QStringLiteral("Start"));
+}
+
+TEST_F(PopoverPanelTest, PanelThatIsShownTwiceStillHearsThatItLostTheKeyboard) {
+    panel.show({});
+    QWindow other;
+    other.show();
+    other.requestActivate();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
+    EXPECT_EQ(turnedAway, 1);
+}
+
+TEST_F(PopoverPanelTest, SizeIsFixed) {
+    EXPECT_EQ(window->minimumSize(), window->size());
+    EXPECT_EQ(window->maximumSize(), window->size());
 }
 
 TEST_F(PopoverPanelTest, KeepsItsWidth) {

@@ -187,12 +187,53 @@ TEST_F(StatusItemControllerTest, PressOnTheItemItselfClosesAndDoesNotReopen) {
     EXPECT_FALSE(panel->isVisible());
 }
 
+TEST_F(StatusItemControllerTest, ClickThatComesWithALateReleaseDoesNotReopen) {
+    host.click();
+    presses.press();
+    harness.scheduler.advance(Seconds{3});
+    presses.release();
+    harness.scheduler.advance(Seconds{0.1});
+    host.click();
+    EXPECT_FALSE(panel->isVisible());
+    host.click();
+    EXPECT_TRUE(panel->isVisible());
+}
+
+TEST_F(StatusItemControllerTest, ClickThatComesWhileTheButtonIsDownDoesNotReopen) {
+    host.click();
+    presses.press();
+    harness.scheduler.advance(Seconds{3});
+    host.click();
+    EXPECT_FALSE(panel->isVisible());
+}
+
+TEST_F(StatusItemControllerTest, LaterClickAfterAPressElsewhereOpens) {
+    host.click();
+    presses.press();
+    presses.release();
+    harness.scheduler.advance(Seconds{0.2});
+    host.click();
+    EXPECT_TRUE(panel->isVisible());
+}
+
+TEST_F(StatusItemControllerTest, ReleaseOfTheClickThatOpenedThePanelIsNothing) {
+    host.click();
+    presses.release();
+    EXPECT_TRUE(panel->isVisible());
+    EXPECT_EQ(presses.watchers(), 1);
+}
+
 TEST_F(StatusItemControllerTest, PressesAreWatchedOnceAndOnlyWhileThePanelIsOpen) {
     EXPECT_EQ(presses.watchers(), 0);
     host.click();
     controller.open();
     EXPECT_EQ(presses.watchers(), 1);
     panel->pressEscape();
+    EXPECT_EQ(presses.watchers(), 0);
+    host.click();
+    presses.press();
+    EXPECT_EQ(presses.watchers(), 1) << "for the release";
+    presses.release();
     EXPECT_EQ(presses.watchers(), 0);
 }
 

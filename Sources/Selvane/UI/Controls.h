@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-/// The three commands of the timer as the user sees them: their words, when they apply and what they do.
+/// The commands of the program as the user sees them: their words, when they apply and what they do.
 namespace selvane::Controls {
 
 /// "Pause" while running, "Resume" while paused, otherwise "Start".
@@ -12,6 +12,9 @@ namespace selvane::Controls {
 inline constexpr std::string_view resetLabel = "Reset";
 inline constexpr std::string_view skipLabel = "Skip";
 inline constexpr std::string_view resetTooltip = "Reset this phase";
+inline constexpr std::string_view quitLabel = "Quit";
+inline constexpr std::string_view quitTooltip = "Quit Selvane (Ctrl+Q)";
+inline constexpr std::string_view quitDescription = "Quit Selvane";
 [[nodiscard]] std::string_view skipTooltip(const TimerEngine& engine);
 
 [[nodiscard]] bool canReset(const TimerEngine& engine);

@@ -23,6 +23,15 @@ int clampedX(double x, int width, const ScreenRect& available) {
     return std::min(std::max(static_cast<int>(std::lround(x)), left), right);
 }
 
+int scaled(int distance, double ratio) {
+    return static_cast<int>(std::lround(distance / ratio));
+}
+
+ScreenPoint scaled(ScreenPoint point, const Screen& screen) {
+    const auto [x, y, width, height] = screen.pixels;
+    return {x + scaled(point.x - x, screen.pixelRatio), y + scaled(point.y - y, screen.pixelRatio)};
+}
+
 } // namespace
 
 ScreenPoint origin(const StatusItemAnchor& anchor, int width, int height, const ScreenRect& available) {
@@ -37,6 +46,28 @@ ScreenPoint origin(const StatusItemAnchor& anchor, int width, int height, const 
     if (isInUpperHalf)
         return {x, std::max(item->y + item->height + itemGap, top)};
     return {x, std::max(std::min(item->y - height - itemGap, bottom), top)};
+}
+
+bool isOn(const Screen& screen, const StatusItemAnchor& anchor) {
+    const auto item = itemArea(anchor);
+    if (!item)
+        return false;
+    const auto [x, y, width, height] = screen.pixels;
+    const int middleX = item->x + item->width / 2;
+    const int middleY = item->y + item->height / 2;
+    return middleX >= x && middleX < x + width && middleY >= y && middleY < y + height;
+}
+
+StatusItemAnchor scaled(const StatusItemAnchor& anchor, const Screen& screen) {
+    StatusItemAnchor result;
+    if (anchor.pointer)
+        result.pointer = scaled(*anchor.pointer, screen);
+    if (const auto& icon = anchor.icon) {
+        const auto [x, y] = scaled(ScreenPoint{icon->x, icon->y}, screen);
+        result.icon =
+            ScreenRect{x, y, scaled(icon->width, screen.pixelRatio), scaled(icon->height, screen.pixelRatio)};
+    }
+    return result;
 }
 
 } // namespace selvane::PanelPlacement

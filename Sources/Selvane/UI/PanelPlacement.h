@@ -16,4 +16,17 @@ inline constexpr int itemGap = 6;
 [[nodiscard]] ScreenPoint origin(const StatusItemAnchor& anchor, int width, int height,
                                  const ScreenRect& available);
 
+/// A screen in the desktop's own pixels, and how many of them make one of the units that windows are placed
+/// in. Its top left corner is the same in both.
+struct Screen {
+    ScreenRect pixels;
+    double pixelRatio;
+};
+
+/// Whether the anchor's item, or else its pointer, lies on the screen. False for an empty anchor.
+[[nodiscard]] bool isOn(const Screen& screen, const StatusItemAnchor& anchor);
+
+/// An anchor in pixels as one in the units of windows.
+[[nodiscard]] StatusItemAnchor scaled(const StatusItemAnchor& anchor, const Screen& screen);
+
 } // namespace selvane::PanelPlacement

@@ -8,8 +8,8 @@ namespace selvane {
 
 namespace {
 
-/// A click on the item first takes the keyboard from the panel, which closes it, and arrives only then:
-/// within this time it means "close", not "open".
+/// A click on the item is first a press outside the panel, which closes it; the click itself comes with the
+/// press or with the release, as the desktop likes. Up to this long after them it means "close", not "open".
 constexpr Seconds dismissalGuard{0.2};
 
 } // namespace
@@ -70,7 +70,7 @@ void StatusItemController::open(const StatusItemAnchor& anchor) {
         if (!_panel)
             return;
         _panel->onCancel = _lifetime.guard([this] { close(); });
-        _panel->onTurnedAway = _lifetime.guard([this] { dismiss(); });
+        _panel->onTurnedAway = _lifetime.guard([this] { turnedAway(); });
         _panel->onQuit = _lifetime.guard([this] { perform(StatusMenu::Command::quit); });
     }
     _model.refreshForDisplay();
@@ -92,23 +92,43 @@ void StatusItemController::toggle(const StatusItemAnchor& anchor) {
         close();
         return;
     }
-    if (_dismissedAt && _scheduler.now() - *_dismissedAt < dismissalGuard) {
-        _dismissedAt.reset();
+    const auto dismissedAt = std::exchange(_dismissedAt, std::nullopt);
+    if (std::exchange(_isPressHeld, false) ||
+        (dismissedAt && _scheduler.now() - *dismissedAt < dismissalGuard))
         return;
-    }
     open(anchor);
 }
 
 void StatusItemController::startWatchingForDismissal() {
     stopWatchingForDismissal();
-    _mouseMonitor = _presses.watch(_lifetime.guard([this] { dismiss(); }));
+    _mouseMonitor = _presses.watch({.onPress = _lifetime.guard([this] { pressedOutside(); }),
+                                    .onRelease = _lifetime.guard([this] { released(); })});
 }
 
 void StatusItemController::stopWatchingForDismissal() {
     _mouseMonitor.end();
+    _isPressHeld = false;
 }
 
-void StatusItemController::dismiss() {
+void StatusItemController::pressedOutside() {
+    if (!_panel->isVisible())
+        return;
+    // The release is still of interest.
+    auto monitor = std::exchange(_mouseMonitor, {});
+    turnedAway();
+    _mouseMonitor = std::move(monitor);
+    _isPressHeld = true;
+}
+
+void StatusItemController::released() {
+    if (_panel->isVisible())
+        return;
+    if (std::exchange(_isPressHeld, false))
+        _dismissedAt = _scheduler.now();
+    _mouseMonitor.end();
+}
+
+void StatusItemController::turnedAway() {
     _dismissedAt = _scheduler.now();
     close();
 }

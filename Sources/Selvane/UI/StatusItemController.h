@@ -46,7 +46,9 @@ private:
     void render(const StatusItemContent& content, const std::string& label);
     void startWatchingForDismissal();
     void stopWatchingForDismissal();
-    void dismiss();
+    void pressedOutside();
+    void released();
+    void turnedAway();
     void perform(StatusMenu::Command command);
 
     AppModel& _model;
@@ -57,8 +59,10 @@ private:
     std::unique_ptr<Panel> _panel;
     DialGlyph _glyph;
     std::optional<StatusItemContent> _lastContent;
-    /// Held while the panel is open.
+    /// Held while the panel is open, and until the button that closed it is released.
     Subscription _mouseMonitor;
+    /// The button that closed the panel is still down.
+    bool _isPressHeld = false;
     std::optional<Seconds> _dismissedAt;
     bool _updatePending = false;
     std::vector<Subscription> _subscriptions;

@@ -27,7 +27,7 @@ std::vector<StatusMenuEntry> entries(const TimerEngine& engine) {
         line(Command::reset, Controls::resetLabel, Controls::canReset(engine)),
         line(Command::skip, Controls::skipLabel),
         separator(2),
-        line(Command::quit, "Quit Selvane"),
+        line(Command::quit, Controls::quitDescription),
     };
 }
 

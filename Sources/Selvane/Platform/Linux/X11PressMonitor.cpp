@@ -34,10 +34,10 @@ xcb_connection_t* windowConnection() {
 class Watch {
 public:
     Watch(std::unique_ptr<xcb_connection_t, Disconnect> connection, xcb_window_t root,
-          std::function<void()> onPress)
+          PressMonitor::Listener listener)
         : _connection(std::move(connection)),
           _root(root),
-          _onPress(std::move(onPress)),
+          _listener(std::move(listener)),
           _notifier(new QSocketNotifier(xcb_get_file_descriptor(_connection.get()), QSocketNotifier::Read)) {
         QObject::connect(_notifier, &QSocketNotifier::activated, _notifier, [this] { readEvents(); });
         selectPresses();
@@ -56,24 +56,39 @@ private:
         struct {
             xcb_input_event_mask_t head;
             std::uint32_t mask;
-        } const selection{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS};
+        } const selection{{XCB_INPUT_DEVICE_ALL_MASTER, 1},
+                          XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS |
+                              XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE};
         xcb_input_xi_select_events(_connection.get(), _root, 1, &selection.head);
         xcb_flush(_connection.get());
     }
 
     void readEvents() {
         bool wasPressedOutside = false;
+        bool wasReleased = false;
         while (const auto event = Owned<xcb_generic_event_t>(xcb_poll_for_event(_connection.get()))) {
-            const bool isPress = (event->response_type & 0x7f) == XCB_GE_GENERIC &&
-                                 reinterpret_cast<xcb_ge_generic_event_t*>(event.get())->event_type ==
-                                     XCB_INPUT_RAW_BUTTON_PRESS;
-            wasPressedOutside = wasPressedOutside || (isPress && !isPointerOverOwnWindow());
+            const auto type = buttonEvent(*event);
+            wasPressedOutside =
+                wasPressedOutside || (type == XCB_INPUT_RAW_BUTTON_PRESS && !isPointerOverOwnWindow());
+            wasReleased = wasReleased || type == XCB_INPUT_RAW_BUTTON_RELEASE;
         }
         if (xcb_connection_has_error(_connection.get()))
             _notifier->setEnabled(false);
-        // Last, since the listener may end this watch.
-        if (wasPressedOutside)
-            std::function<void()>{_onPress}();
+        // Last and on copies, since a listener may end this watch.
+        const PressMonitor::Listener listener = _listener;
+        if (wasPressedOutside && listener.onPress)
+            listener.onPress();
+        if (wasReleased && listener.onRelease)
+            listener.onRelease();
+    }
+
+    /// The kind of a raw event of a button; 0 for anything else. The steps of a wheel come as buttons 4 to 7.
+    static int buttonEvent(const xcb_generic_event_t& event) {
+        if ((event.response_type & 0x7f) != XCB_GE_GENERIC)
+            return 0;
+        const auto& raw = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
+        const bool isWheel = raw.detail >= 4 && raw.detail <= 7;
+        return isWheel ? 0 : raw.event_type;
     }
 
     /// Goes down from the root to the innermost window under the pointer. Ours are told by their numbers, of
@@ -94,7 +109,7 @@ private:
 
     std::unique_ptr<xcb_connection_t, Disconnect> _connection;
     xcb_window_t _root;
-    std::function<void()> _onPress;
+    PressMonitor::Listener _listener;
     QSocketNotifier* _notifier;
 };
 
@@ -115,7 +130,7 @@ std::optional<xcb_window_t> watchableRoot(xcb_connection_t* connection, int scre
 
 } // namespace
 
-Subscription X11PressMonitor::watch(std::function<void()> onPress) {
+Subscription X11PressMonitor::watch(Listener listener) {
     if (!windowConnection())
         return {};
     int screenNumber = 0;
@@ -125,7 +140,7 @@ Subscription X11PressMonitor::watch(std::function<void()> onPress) {
     const auto root = watchableRoot(connection.get(), screenNumber);
     if (!root)
         return {};
-    auto watch = std::make_shared<Watch>(std::move(connection), *root, std::move(onPress));
+    auto watch = std::make_shared<Watch>(std::move(connection), *root, std::move(listener));
     return Subscription([watch = std::move(watch)]() mutable { watch.reset(); });
 }
 

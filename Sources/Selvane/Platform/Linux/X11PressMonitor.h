@@ -9,7 +9,7 @@ namespace selvane {
 class X11PressMonitor final : public PressMonitor {
 public:
     /// Each handle has a connection to the X server of its own, so that nothing is kept while nobody watches.
-    Subscription watch(std::function<void()> onPress) override;
+    Subscription watch(Listener listener) override;
 };
 
 } // namespace selvane

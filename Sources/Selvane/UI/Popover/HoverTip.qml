@@ -12,13 +12,15 @@ T.ToolTip {
     padding: 6
     leftPadding: 9
     rightPadding: 9
-    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    // Long words wrap within the panel.
+    implicitWidth: Math.min(implicitContentWidth + leftPadding + rightPadding, 316)
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
 
     contentItem: Text {
         text: root.text
         color: Theme.textOnSolidPrimary
         font.pixelSize: 11
+        wrapMode: Text.Wrap
     }
 
     background: Rectangle {

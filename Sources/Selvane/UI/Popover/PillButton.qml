@@ -14,7 +14,7 @@ T.AbstractButton {
     implicitHeight: prominent ? 38 : 34
     leftPadding: prominent ? 22 : 16
     rightPadding: leftPadding
-    focusPolicy: Qt.StrongFocus
+    focusPolicy: Qt.TabFocus
     hoverEnabled: true
 
     Keys.onReturnPressed: root.clicked()

@@ -18,12 +18,20 @@ Rectangle {
     border.color: Theme.windowEdge
 
     Accessible.role: Accessible.Pane
-    Accessible.name: "Selvane"
+    Accessible.name: root.model.name
 
     Binding {
         target: Theme
         property: "dark"
         value: root.model.isDark
+    }
+
+    Connections {
+        target: root.model
+
+        function onAboutToShow() {
+            primaryButton.forceActiveFocus();
+        }
     }
 
     Shortcut {
@@ -62,9 +70,9 @@ Rectangle {
             }
 
             TextButton {
-                text: "Quit"
-                tooltip: "Quit Selvane (Ctrl+Q)"
-                accessibleName: "Quit Selvane"
+                text: root.model.quitLabel
+                tooltip: root.model.quitTooltip
+                accessibleName: root.model.quitDescription
                 onClicked: root.model.quit()
             }
         }
@@ -98,10 +106,16 @@ Rectangle {
                 text: root.model.resetLabel
                 tooltip: root.model.resetTooltip
                 enabled: root.model.canReset
-                onClicked: root.model.reset()
+                onClicked: {
+                    root.model.reset();
+                    // This button is out of use now and would keep the keyboard.
+                    primaryButton.forceActiveFocus();
+                }
             }
 
             PillButton {
+                id: primaryButton
+
                 prominent: true
                 focus: true
                 text: root.model.primaryLabel
@@ -115,30 +129,35 @@ Rectangle {
             }
         }
 
+        // What went wrong takes the place of what went well, so that the panel keeps its height.
         Text {
-            Layout.alignment: Qt.AlignHCenter
-            Layout.topMargin: 18
-            Layout.bottomMargin: root.model.saveError === "" ? 18 : 6
-            text: root.model.today
-            color: Theme.secondaryText
-            font.pixelSize: 12
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
-        }
+            id: footer
 
-        Text {
             Layout.fillWidth: true
+            Layout.preferredHeight: 32
             Layout.leftMargin: 16
             Layout.rightMargin: 16
-            Layout.bottomMargin: 18
-            visible: text !== ""
-            text: root.model.saveError
-            color: Theme.primaryText
+            Layout.topMargin: 12
+            Layout.bottomMargin: 12
+            text: root.model.footer
+            color: root.model.hasProblem ? Theme.primaryText : Theme.secondaryText
             font.pixelSize: 12
             wrapMode: Text.Wrap
+            maximumLineCount: 2
+            elide: Text.ElideRight
             horizontalAlignment: Text.AlignHCenter
-            Accessible.role: Accessible.AlertMessage
+            verticalAlignment: Text.AlignVCenter
+            Accessible.role: root.model.hasProblem ? Accessible.AlertMessage : Accessible.StaticText
             Accessible.name: text
+
+            HoverHandler {
+                id: footerHover
+            }
+
+            HoverTip {
+                text: footer.text
+                visible: footerHover.hovered && footer.truncated
+            }
         }
     }
 }

@@ -12,14 +12,6 @@
 
 namespace selvane {
 
-namespace {
-
-QString fromView(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-} // namespace
-
 PopoverModel::PopoverModel(AppModel& model, Appearance& appearance, QObject* parent)
     : QObject(parent), _model(model), _appearance(appearance) {
     const auto follow = [this](auto& signal, auto notify) {
@@ -31,7 +23,7 @@ PopoverModel::PopoverModel(AppModel& model, Appearance& appearance, QObject* par
         Q_EMIT self.timerChanged();
         self.refresh();
     });
-    follow(model.saveErrorChanged, [](PopoverModel& self) { Q_EMIT self.saveErrorChanged(); });
+    follow(model.saveErrorChanged, [](PopoverModel& self) { Q_EMIT self.footerChanged(); });
     follow(appearance.changed, [](PopoverModel& self) { Q_EMIT self.appearanceChanged(); });
     refresh();
 }
@@ -39,17 +31,18 @@ PopoverModel::PopoverModel(AppModel& model, Appearance& appearance, QObject* par
 void PopoverModel::refresh() {
     const QString text = PopoverText::today(_model.todayMinutes(), _model.settings().dailyGoalMinutes());
     if (std::exchange(_today, text) != text)
-        Q_EMIT todayChanged();
+        Q_EMIT footerChanged();
 }
 
 void PopoverModel::prepareToShow() {
     refresh();
     Q_EMIT timerChanged();
     Q_EMIT appearanceChanged();
+    Q_EMIT aboutToShow();
 }
 
 QString PopoverModel::phaseTitle() const {
-    return fromView(title(_model.engine().phase()));
+    return PopoverText::from(title(_model.engine().phase()));
 }
 
 QString PopoverModel::sessionStatus() const {
@@ -69,15 +62,15 @@ bool PopoverModel::isPaused() const {
 }
 
 QString PopoverModel::primaryLabel() const {
-    return fromView(Controls::primaryLabel(_model.engine()));
+    return PopoverText::from(Controls::primaryLabel(_model.engine()));
 }
 
 QString PopoverModel::resetLabel() const {
-    return fromView(Controls::resetLabel);
+    return PopoverText::from(Controls::resetLabel);
 }
 
 QString PopoverModel::resetTooltip() const {
-    return fromView(Controls::resetTooltip);
+    return PopoverText::from(Controls::resetTooltip);
 }
 
 bool PopoverModel::canReset() const {
@@ -85,15 +78,35 @@ bool PopoverModel::canReset() const {
 }
 
 QString PopoverModel::skipLabel() const {
-    return fromView(Controls::skipLabel);
+    return PopoverText::from(Controls::skipLabel);
 }
 
 QString PopoverModel::skipTooltip() const {
-    return fromView(Controls::skipTooltip(_model.engine()));
+    return PopoverText::from(Controls::skipTooltip(_model.engine()));
 }
 
-QString PopoverModel::saveError() const {
-    return QString::fromStdString(_model.saveError().value_or(std::string()));
+QString PopoverModel::quitLabel() const {
+    return PopoverText::from(Controls::quitLabel);
+}
+
+QString PopoverModel::quitTooltip() const {
+    return PopoverText::from(Controls::quitTooltip);
+}
+
+QString PopoverModel::quitDescription() const {
+    return PopoverText::from(Controls::quitDescription);
+}
+
+QString PopoverModel::name() const {
+    return QStringLiteral("Selvane");
+}
+
+QString PopoverModel::footer() const {
+    return hasProblem() ? QString::fromStdString(*_model.saveError()) : _today;
+}
+
+bool PopoverModel::hasProblem() const {
+    return _model.saveError().has_value();
 }
 
 bool PopoverModel::isDark() const {

@@ -32,9 +32,13 @@ class PopoverModel final : public QObject {
     Q_PROPERTY(bool canReset READ canReset NOTIFY timerChanged FINAL)
     Q_PROPERTY(QString skipLabel READ skipLabel CONSTANT FINAL)
     Q_PROPERTY(QString skipTooltip READ skipTooltip NOTIFY timerChanged FINAL)
-    Q_PROPERTY(QString today READ today NOTIFY todayChanged FINAL)
-    /// Empty while everything is saved.
-    Q_PROPERTY(QString saveError READ saveError NOTIFY saveErrorChanged FINAL)
+    Q_PROPERTY(QString quitLabel READ quitLabel CONSTANT FINAL)
+    Q_PROPERTY(QString quitTooltip READ quitTooltip CONSTANT FINAL)
+    Q_PROPERTY(QString quitDescription READ quitDescription CONSTANT FINAL)
+    Q_PROPERTY(QString name READ name CONSTANT FINAL)
+    /// How far the day has come; while something can't be saved, what and why.
+    Q_PROPERTY(QString footer READ footer NOTIFY footerChanged FINAL)
+    Q_PROPERTY(bool hasProblem READ hasProblem NOTIFY footerChanged FINAL)
     Q_PROPERTY(bool isDark READ isDark NOTIFY appearanceChanged FINAL)
     Q_PROPERTY(bool isComposited READ isComposited NOTIFY appearanceChanged FINAL)
 
@@ -57,8 +61,12 @@ public:
     [[nodiscard]] bool canReset() const;
     [[nodiscard]] QString skipLabel() const;
     [[nodiscard]] QString skipTooltip() const;
-    [[nodiscard]] QString today() const { return _today; }
-    [[nodiscard]] QString saveError() const;
+    [[nodiscard]] QString quitLabel() const;
+    [[nodiscard]] QString quitTooltip() const;
+    [[nodiscard]] QString quitDescription() const;
+    [[nodiscard]] QString name() const;
+    [[nodiscard]] QString footer() const;
+    [[nodiscard]] bool hasProblem() const;
     [[nodiscard]] bool isDark() const;
     [[nodiscard]] bool isComposited() const;
 
@@ -72,9 +80,10 @@ public:
 
 Q_SIGNALS:
     void timerChanged();
-    void todayChanged();
-    void saveErrorChanged();
+    void footerChanged();
     void appearanceChanged();
+    /// The popover comes before the user, perhaps again.
+    void aboutToShow();
     void cancelled();
     void quitRequested();
 

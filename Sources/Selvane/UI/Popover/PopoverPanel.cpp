@@ -18,37 +18,16 @@ namespace selvane {
 
 namespace {
 
-// A screen's corner is the same in both units; what lies on it is scaled from there.
-ScreenPoint toLogical(ScreenPoint point, const QScreen& screen) {
-    const QPoint corner = screen.geometry().topLeft();
-    const qreal ratio = screen.devicePixelRatio();
-    return {corner.x() + qRound((point.x - corner.x()) / ratio),
-            corner.y() + qRound((point.y - corner.y()) / ratio)};
-}
-
-StatusItemAnchor toLogical(const StatusItemAnchor& anchor, const QScreen& screen) {
-    StatusItemAnchor logical;
-    if (anchor.pointer)
-        logical.pointer = toLogical(*anchor.pointer, screen);
-    if (anchor.icon) {
-        const auto [x, y] = toLogical(ScreenPoint{anchor.icon->x, anchor.icon->y}, screen);
-        const qreal ratio = screen.devicePixelRatio();
-        logical.icon =
-            ScreenRect{x, y, qRound(anchor.icon->width / ratio), qRound(anchor.icon->height / ratio)};
-    }
-    return logical;
+PanelPlacement::Screen describe(const QScreen& screen) {
+    const QRect logical = screen.geometry();
+    const QSize pixels = logical.size() * screen.devicePixelRatio();
+    return {{logical.x(), logical.y(), pixels.width(), pixels.height()}, screen.devicePixelRatio()};
 }
 
 QScreen* screenOf(const StatusItemAnchor& anchor) {
-    if (anchor.icon || anchor.pointer) {
-        const QPoint point = anchor.icon ? QPoint(anchor.icon->x + anchor.icon->width / 2,
-                                                  anchor.icon->y + anchor.icon->height / 2)
-                                         : QPoint(anchor.pointer->x, anchor.pointer->y);
-        for (QScreen* const screen : QGuiApplication::screens()) {
-            const QRect logical = screen->geometry();
-            if (QRect(logical.topLeft(), logical.size() * screen->devicePixelRatio()).contains(point))
-                return screen;
-        }
+    for (QScreen* const screen : QGuiApplication::screens()) {
+        if (PanelPlacement::isOn(describe(*screen), anchor))
+            return screen;
     }
     return QGuiApplication::primaryScreen();
 }
@@ -85,7 +64,9 @@ PopoverPanel::PopoverPanel(const PanelContext& context) : _model(*context.model,
     for (const QQmlError& error : _view.errors())
         Log::line("the popover doesn't load: " + error.toString().toStdString());
 
-    QObject::connect(&_view, &QWindow::heightChanged, &_view, [this] { place(_anchor); });
+    // Equal bounds make tiling compositors let the window float.
+    _view.setMinimumSize(_view.size());
+    _view.setMaximumSize(_view.size());
 }
 
 bool PopoverPanel::isReady() const {
@@ -94,8 +75,7 @@ bool PopoverPanel::isReady() const {
 
 void PopoverPanel::show(const StatusItemAnchor& anchor) {
     _model.prepareToShow();
-    _anchor = anchor;
-    _hadKeyboard = false;
+    _hadKeyboard = _view.isActive();
     place(anchor);
     _view.show();
     _view.raise();
@@ -116,8 +96,8 @@ void PopoverPanel::place(const StatusItemAnchor& anchor) {
         return;
     const QRect free = screen->availableGeometry();
     const ScreenPoint corner =
-        PanelPlacement::origin(toLogical(anchor, *screen), _view.width(), _view.height(),
-                               {free.x(), free.y(), free.width(), free.height()});
+        PanelPlacement::origin(PanelPlacement::scaled(anchor, describe(*screen)), _view.width(),
+                               _view.height(), {free.x(), free.y(), free.width(), free.height()});
     _view.setScreen(screen);
     _view.setPosition(corner.x, corner.y);
 }

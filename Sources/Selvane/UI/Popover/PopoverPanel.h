@@ -30,7 +30,6 @@ private:
 
     PopoverModel _model;
     QQuickView _view;
-    StatusItemAnchor _anchor;
     bool _hadKeyboard = false;
 };
 

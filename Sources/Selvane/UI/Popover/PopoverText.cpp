@@ -8,10 +8,6 @@ namespace selvane::PopoverText {
 
 namespace {
 
-QString fromView(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 QString timeOfDay(Date date, const Calendar& calendar, const QLocale& locale) {
     const absl::CivilSecond civil = calendar.civil(date);
     const QTime time(civil.hour(), civil.minute(), civil.second());
@@ -23,8 +19,12 @@ QString timeOfDay(Date date, const Calendar& calendar, const QLocale& locale) {
 
 } // namespace
 
+QString from(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
 QString sessionStatus(const TimerEngine& engine, const Calendar& calendar, const QLocale& locale) {
-    QString text = isBreak(engine.phase()) ? fromView(title(engine.phase()))
+    QString text = isBreak(engine.phase()) ? from(title(engine.phase()))
                                            : QStringLiteral("Session %1 of %2")
                                                  .arg(engine.cyclePosition())
                                                  .arg(engine.config().sessionsBeforeLongBreak);

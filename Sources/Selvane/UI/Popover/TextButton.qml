@@ -12,7 +12,7 @@ T.AbstractButton {
     implicitHeight: 24
     leftPadding: 8
     rightPadding: 8
-    focusPolicy: Qt.StrongFocus
+    focusPolicy: Qt.TabFocus
     hoverEnabled: true
 
     Keys.onReturnPressed: root.clicked()

@@ -10,12 +10,13 @@ Row {
     property int pixelSize: 56
     property color color: Theme.primaryText
 
-    TextMetrics {
-        id: widestDigit
+    readonly property real cellWidth: Math.max(...Array.from("0123456789", digit => metrics.advanceWidth(digit)))
+
+    FontMetrics {
+        id: metrics
 
         font.pixelSize: root.pixelSize
         font.weight: Font.DemiBold
-        text: "0"
     }
 
     Repeater {
@@ -27,7 +28,7 @@ Row {
             required property int index
             readonly property string character: root.time.charAt(index)
 
-            width: character === ":" ? implicitWidth : widestDigit.advanceWidth
+            width: character === ":" ? implicitWidth : root.cellWidth
             text: character
             color: root.color
             font.pixelSize: root.pixelSize
