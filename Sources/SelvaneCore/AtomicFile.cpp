@@ -3,7 +3,7 @@
 #include "SelvaneCore/OpenFile.h"
 #include "SelvaneCore/UUID.h"
 
-#include <algorithm>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -23,12 +23,24 @@ tl::unexpected<FileError> failure(const char* operation, const Path& path, std::
     return tl::unexpected(FileError{operation, path, code});
 }
 
-std::string temporaryPrefix(const Path& target) {
-    return "." + target.filename().string() + ".saving-";
+constexpr std::string_view temporaryMark = ".saving-";
+
+std::string temporaryName(const Path& target) {
+    return "." + target.filename().string() + std::string(temporaryMark) +
+           UUID::random().text().substr(0, tagLength);
 }
 
 bool isTag(std::string_view text) {
     return text.size() == tagLength && text.find_first_not_of("0123456789ABCDEF") == std::string_view::npos;
+}
+
+/// The name of the target for which a temporary of this name was made; absent for any other name.
+std::optional<std::string_view> targetOf(std::string_view name) {
+    const std::size_t mark = name.rfind(temporaryMark);
+    if (mark == std::string_view::npos || !name.starts_with('.') ||
+        !isTag(name.substr(mark + temporaryMark.size())))
+        return std::nullopt;
+    return name.substr(1, mark - 1);
 }
 
 /// The folder in which the file at `path` lies, in a form that can be opened.
@@ -51,20 +63,6 @@ tl::expected<Path, FileError> followLinks(FileSystem& fileSystem, Path path) {
     return failure("follow", path, std::make_error_code(std::errc::too_many_symbolic_link_levels));
 }
 
-/// Removes what writers that were killed left behind, first of all because it may fill the disk. That it
-/// can't be removed is no reason not to save.
-void removeLeftovers(FileSystem& fileSystem, const Path& target) {
-    const Path folder = folderOf(target);
-    const std::string prefix = temporaryPrefix(target);
-    const auto names = fileSystem.list(folder);
-    if (!names)
-        return;
-    for (const std::string& name : *names) {
-        if (name.starts_with(prefix) && isTag(std::string_view(name).substr(prefix.size())))
-            static_cast<void>(fileSystem.remove(folder / name));
-    }
-}
-
 Outcome syncFolder(FileSystem& fileSystem, const Path& path) {
     const auto opened = fileSystem.openFolder(path);
     if (!opened)
@@ -79,17 +77,21 @@ Outcome syncFolder(FileSystem& fileSystem, const Path& path) {
 
 } // namespace
 
-Replacement::Replacement(FileSystem& fileSystem, const Path& path) : _fileSystem(fileSystem) {
-    auto target = followLinks(fileSystem, path);
+Replacement::Replacement(FileSystem& fileSystem, const Path& path, Taken taken)
+    : _fileSystem(fileSystem), _taken(taken) {
+    // A link is a name that is taken like any other, unless it is to be written through.
+    auto target = taken == Taken::isReplaced ? followLinks(fileSystem, path) : path;
     if (!target) {
         _outcome = tl::unexpected(target.error());
         return;
     }
     _target = std::move(*target);
-    removeLeftovers(fileSystem, _target);
+    // First of all, because they may fill the disk.
+    if (taken == Taken::isReplaced)
+        removeLeftovers(fileSystem, folderOf(_target),
+                        [name = _target.filename().string()](auto other) { return other == name; });
 
-    const Path temporary =
-        folderOf(_target) / (temporaryPrefix(_target) + UUID::random().text().substr(0, tagLength));
+    const Path temporary = folderOf(_target) / temporaryName(_target);
     const auto created = fileSystem.createForWriting(temporary);
     if (!created) {
         fail("create", temporary, created.error());
@@ -127,8 +129,8 @@ Outcome Replacement::commit() {
             fail("close", _temporary, closed.error());
     }
     if (_outcome) {
-        if (const auto renamed = _fileSystem.rename(_temporary, _target); !renamed)
-            fail("rename", _temporary, renamed.error());
+        if (const auto named = giveName(); !named)
+            fail("rename", _temporary, named.error());
     }
     if (!_outcome) {
         discard();
@@ -136,6 +138,16 @@ Outcome Replacement::commit() {
     }
     _temporary.clear();
     return syncFolder(_fileSystem, folderOf(_target));
+}
+
+FileSystem::Result<void> Replacement::giveName() {
+    switch (_taken) {
+    case Taken::isReplaced:
+        return _fileSystem.rename(_temporary, _target);
+    case Taken::isFailure:
+        return _fileSystem.move(_temporary, _target);
+    }
+    __builtin_unreachable();
 }
 
 void Replacement::fail(const char* operation, const Path& path, std::error_code code) {
@@ -152,6 +164,23 @@ Outcome write(FileSystem& fileSystem, const Path& path, std::string_view bytes) 
     Replacement replacement(fileSystem, path);
     replacement.append(bytes);
     return replacement.commit();
+}
+
+Outcome create(FileSystem& fileSystem, const Path& path, std::string_view bytes) {
+    Replacement replacement(fileSystem, path, Taken::isFailure);
+    replacement.append(bytes);
+    return replacement.commit();
+}
+
+void removeLeftovers(FileSystem& fileSystem, const Path& folder,
+                     const std::function<bool(std::string_view)>& isTarget) {
+    const auto names = fileSystem.list(folder);
+    if (!names)
+        return;
+    for (const std::string& name : *names) {
+        if (const auto target = targetOf(name); target && isTarget(*target))
+            static_cast<void>(fileSystem.remove(folder / name));
+    }
 }
 
 Outcome makeFolders(FileSystem& fileSystem, const Path& folder) {

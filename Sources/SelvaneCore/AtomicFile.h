@@ -7,6 +7,7 @@
 #include <tl/expected.hpp>
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string_view>
 #include <system_error>
@@ -28,11 +29,25 @@ namespace selvane::AtomicFile {
 [[nodiscard]] tl::expected<void, FileError> write(FileSystem& fileSystem, const std::filesystem::path& path,
                                                   std::string_view bytes);
 
-/// The same for bytes that come piece by piece. A replacement that isn't committed leaves nothing behind.
+/// Puts `bytes` in a new file at `path` with the same care. Fails with `file_exists` if anything has that
+/// name, which stays as it is.
+[[nodiscard]] tl::expected<void, FileError> create(FileSystem& fileSystem, const std::filesystem::path& path,
+                                                   std::string_view bytes);
+
+/// Removes from a folder what writers that were killed left behind, of those whose target had a name that
+/// `isTarget` accepts. That it can't be removed is no failure.
+void removeLeftovers(FileSystem& fileSystem, const std::filesystem::path& folder,
+                     const std::function<bool(std::string_view)>& isTarget);
+
+/// What becomes of a file that has the target's name already.
+enum class Taken { isReplaced, isFailure };
+
+/// The same as `write` or `create` for bytes that come piece by piece. A replacement that isn't committed
+/// leaves nothing behind.
 class Replacement {
 public:
     /// Makes the new file beside the target.
-    Replacement(FileSystem& fileSystem, const std::filesystem::path& path);
+    Replacement(FileSystem& fileSystem, const std::filesystem::path& path, Taken taken = Taken::isReplaced);
     Replacement(const Replacement&) = delete;
     Replacement& operator=(const Replacement&) = delete;
     ~Replacement();
@@ -47,7 +62,10 @@ private:
     void fail(const char* operation, const std::filesystem::path& path, std::error_code code);
     void discard();
 
+    [[nodiscard]] FileSystem::Result<void> giveName();
+
     FileSystem& _fileSystem;
+    Taken _taken;
     std::filesystem::path _target;
     /// Empty while there is no file of this name to clean up.
     std::filesystem::path _temporary;

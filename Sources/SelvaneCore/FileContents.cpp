@@ -44,6 +44,9 @@ tl::expected<FileContents, FileError> FileContents::read(FileSystem& fileSystem,
     const auto size = fileSystem.size(file.descriptor());
     if (!size)
         return failure("measure", size.error());
+    // Asked before any memory is: a sparse file may say that it is larger than all of it.
+    if (*size >= tooLarge)
+        return failure("read", std::make_error_code(std::errc::file_too_large));
 
     // One byte more than the file has, so that the read that finds the end needs no more room.
     FileContents contents(*size + 1);
@@ -56,6 +59,8 @@ tl::expected<FileContents, FileError> FileContents::read(FileSystem& fileSystem,
         if (*count == 0)
             break;
         contents._size += *count;
+        if (contents._size >= tooLarge)
+            return failure("read", std::make_error_code(std::errc::file_too_large));
         if (contents._size == contents._capacity)
             contents.grow();
     }

@@ -17,8 +17,12 @@ namespace selvane {
 class FileContents {
 public:
     static constexpr std::size_t padding = 64;
+    /// Files of this size and above are not read. No data file gets there, and the parser's offsets end
+    /// there.
+    static constexpr std::size_t tooLarge = std::size_t{4} << 30;
 
-    /// Reads the whole file. The error is that of the first call that failed.
+    /// Reads the whole file, also what is added to it meanwhile. The error is that of the first call that
+    /// failed, or `file_too_large`.
     [[nodiscard]] static tl::expected<FileContents, FileError> read(FileSystem& fileSystem,
                                                                     const std::filesystem::path& path);
 

@@ -12,6 +12,7 @@
 #include <functional>
 #include <optional>
 #include <string_view>
+#include <system_error>
 
 namespace selvane {
 
@@ -39,8 +40,19 @@ public:
     [[nodiscard]] tl::expected<void, FileError> save(const std::function<void(JSONWriter&)>& write) const;
 
 private:
+    /// An attempt to make a file of a set-aside name.
+    struct Attempt {
+        std::filesystem::path name;
+        tl::expected<void, std::error_code> outcome;
+    };
+
     [[nodiscard]] std::filesystem::path backupURL(Date now) const;
-    [[nodiscard]] tl::expected<void, FileError> copyTo(const std::filesystem::path& copy) const;
+    /// Lets `make` make a file of a set-aside name that isn't taken.
+    [[nodiscard]] Attempt attempt(
+        const std::function<tl::expected<void, std::error_code>(const std::filesystem::path&)>& make) const;
+    [[nodiscard]] Attempt copy(const FileContents& contents) const;
+    /// Removes what processes that were killed while they made a set-aside copy left behind.
+    void removeLeftovers() const;
 
     std::filesystem::path _url;
     StoreEnvironment _environment;

@@ -248,6 +248,40 @@ TEST_F(AtomicFileTest, AFileLargerThanItSaysIsReadToItsEnd) {
     EXPECT_EQ(contents->bytes().back(), '\n');
 }
 
+TEST_F(AtomicFileTest, AFileThatGrowsWhileItIsReadIsReadToItsEnd) {
+    const std::string bytes(10'000, 'x');
+    folder.write("file.json", bytes);
+    for (const std::size_t size : {std::size_t{0}, std::size_t{1}, bytes.size() - 1}) {
+        files.claimSize(size);
+        const auto contents = FileContents::read(files, file);
+        ASSERT_TRUE(contents) << size;
+        EXPECT_EQ(contents->bytes(), bytes) << size;
+    }
+}
+
+TEST_F(AtomicFileTest, FilesOfFourGibibytesAndMoreAreRefusedBeforeAnythingIsRead) {
+    folder.write("file.json", "[]");
+    std::filesystem::resize_file(file, FileContents::tooLarge);
+    const auto contents = FileContents::read(files, file);
+    ASSERT_FALSE(contents);
+    EXPECT_EQ(contents.error().code, std::errc::file_too_large);
+    EXPECT_EQ(contents.error().localizedDescription(), "File too large");
+    EXPECT_EQ(std::ranges::count(files.calls(), "read"), 0);
+    EXPECT_EQ(files.openCount(), 0);
+}
+
+TEST_F(AtomicFileTest, CreatingNeverReplaces) {
+    ASSERT_TRUE(AtomicFile::create(files, file, "first"));
+    const auto second = AtomicFile::create(files, file, "second");
+    ASSERT_FALSE(second);
+    EXPECT_EQ(second.error().code, std::errc::file_exists);
+    EXPECT_EQ(folder.read("file.json"), "first");
+
+    std::filesystem::create_symlink("nothing", folder.path() / "link");
+    EXPECT_FALSE(AtomicFile::create(files, folder.path() / "link", "third"));
+    EXPECT_EQ(names(), (std::vector<std::string>{"file.json", "link"}));
+}
+
 TEST_F(AtomicFileTest, OnlyRegularFilesAreRead) {
     ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
     EXPECT_FALSE(FileContents::read(files, file));

@@ -7,7 +7,8 @@
 #include <cstddef>
 #include <functional>
 #include <limits>
-#include <set>
+#include <map>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -18,6 +19,8 @@ namespace selvane::test {
 ///
 ///     files.failCall(3);         // the third call from now fails, all others work
 ///     files.failAlways("move");  // every call of that name fails
+///     files.failAlways("write", std::errc::no_space_on_device);
+///     files.failMovesOf(path);   // that file can't be moved, others can
 ///     files.heal();
 ///
 /// A write that fails has written half of its bytes before, as on a disk that runs full. A close that fails
@@ -27,16 +30,23 @@ public:
     /// Counts from 1, beginning with the next call.
     void failCall(std::size_t number) { failCalls(number, number); }
     void failFrom(std::size_t number) { failCalls(number, std::numeric_limits<std::size_t>::max()); }
-    void failAlways(const std::string& name) { _failing.insert(name); }
+    void failAlways(const std::string& name, std::errc code = std::errc::io_error) { _failing[name] = code; }
+    /// The next call of that name fails, all later ones work.
+    void failFirst(const std::string& name, std::errc code) { _failingOnce[name] = code; }
+    void failMovesOf(const Path& path) { _unmovable = path; }
     void heal() {
         failCalls(0, 0);
         _failing.clear();
+        _failingOnce.clear();
+        _unmovable.clear();
         _writeLimit = std::numeric_limits<std::size_t>::max();
     }
     /// Every write takes at most so many bytes.
     void limitWrites(std::size_t count) { _writeLimit = count; }
     /// Every read gives at most so many bytes.
     void limitReads(std::size_t count) { _readLimit = count; }
+    /// Every file says that it has so many bytes, as if it were about to grow or shrink to what it has.
+    void claimSize(std::size_t size) { _claimedSize = size; }
 
     /// The names of the calls since the last request, the failed ones with a "!".
     [[nodiscard]] const std::vector<std::string>& calls() const { return _calls; }
@@ -66,16 +76,20 @@ public:
         return opened(pass<Descriptor>("openFolder", [&] { return _real.openFolder(path); }));
     }
     [[nodiscard]] Result<std::size_t> size(Descriptor file) override {
-        return pass<std::size_t>("size", [&] { return _real.size(file); });
+        return pass<std::size_t>("size", [&]() -> Result<std::size_t> {
+            if (_claimedSize)
+                return *_claimedSize;
+            return _real.size(file);
+        });
     }
     [[nodiscard]] Result<std::size_t> read(Descriptor file, std::span<char> into) override {
         return pass<std::size_t>(
             "read", [&] { return _real.read(file, into.first(std::min(into.size(), _readLimit))); });
     }
     [[nodiscard]] Result<std::size_t> write(Descriptor file, std::string_view bytes) override {
-        if (isFault("write")) {
+        if (const auto fault = faultOf("write")) {
             static_cast<void>(_real.write(file, bytes.substr(0, bytes.size() / 2)));
-            return tl::unexpected(std::make_error_code(std::errc::no_space_on_device));
+            return tl::unexpected(*fault);
         }
         return _real.write(file, bytes.substr(0, _writeLimit));
     }
@@ -91,7 +105,12 @@ public:
         return pass<void>("rename", [&] { return _real.rename(from, to); });
     }
     [[nodiscard]] Result<void> move(const Path& from, const Path& to) override {
-        return pass<void>("move", [&] { return _real.move(from, to); });
+        return pass<void>("move", [&]() -> Result<void> {
+            if (from != _unmovable)
+                return _real.move(from, to);
+            _calls.back() += '!';
+            return tl::unexpected(std::make_error_code(std::errc::io_error));
+        });
     }
     [[nodiscard]] Result<void> remove(const Path& path) override {
         return pass<void>("remove", [&] { return _real.remove(path); });
@@ -107,17 +126,24 @@ private:
         _lastFault = last;
     }
 
-    bool isFault(const std::string& name) {
+    /// Notes a call. The error that it is to fail with, if any.
+    std::optional<std::error_code> faultOf(const std::string& name) {
         const std::size_t number = _calls.size() + 1;
-        const bool fails = (number >= _firstFault && number <= _lastFault) || _failing.contains(name);
-        _calls.push_back(fails ? name + "!" : name);
-        return fails;
+        std::optional<std::error_code> fault;
+        if (const auto failing = _failing.find(name); failing != _failing.end())
+            fault = std::make_error_code(failing->second);
+        else if (const auto once = _failingOnce.extract(name))
+            fault = std::make_error_code(once.mapped());
+        else if (number >= _firstFault && number <= _lastFault)
+            fault = std::make_error_code(std::errc::io_error);
+        _calls.push_back(fault ? name + "!" : name);
+        return fault;
     }
 
     template <typename T>
     Result<T> pass(const char* name, const std::function<Result<T>()>& call) {
-        if (isFault(name))
-            return tl::unexpected(std::make_error_code(std::errc::io_error));
+        if (const auto fault = faultOf(name))
+            return tl::unexpected(*fault);
         return call();
     }
 
@@ -129,11 +155,14 @@ private:
 
     PosixFileSystem _real;
     std::vector<std::string> _calls;
-    std::set<std::string> _failing;
+    std::map<std::string, std::errc> _failing;
+    std::map<std::string, std::errc> _failingOnce;
+    Path _unmovable;
     std::size_t _firstFault = 0;
     std::size_t _lastFault = 0;
     std::size_t _writeLimit = std::numeric_limits<std::size_t>::max();
     std::size_t _readLimit = std::numeric_limits<std::size_t>::max();
+    std::optional<std::size_t> _claimedSize;
     int _openCount = 0;
 };
 
