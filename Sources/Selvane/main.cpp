@@ -26,13 +26,22 @@ Date wallClock() {
     return std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
 }
 
-/// What isn't built yet stands here as a service that does nothing, one line each.
+// What isn't built yet stands in the two places below as something that does nothing, one line each.
+
+struct StandIns {
+    EmptySoundPlayer soundPlayer;
+    EmptyAttentionSignal attentionSignal;
+    /// Forgets everything at the end of the process.
+    MemoryDefaultsStore defaults;
+};
+
 AppServices services() {
     return {
         .makeUpdater = [] { return std::make_unique<EmptyUpdater>(); },
         .makeBackups = [](auto directory) { return std::make_unique<BackupManager>(std::move(directory)); },
         .makeNotifier = [] { return std::make_unique<EmptyNotifier>(); },
         .makeDataLifecycle = [] { return std::make_unique<EmptyDataLifecycle>(); },
+        .makeSettings = [](DefaultsStore&) { return std::make_unique<AppSettings>(); },
         .makeMusic = [](AppSettings&) { return std::make_unique<EmptyMusicController>(); },
         .makeFocusGuard = [](AppSettings&) { return std::make_unique<EmptyFocusGuard>(); },
         .makeFocusMode = [](AppSettings&) { return std::make_unique<EmptyFocusModeController>(); },
@@ -63,9 +72,7 @@ int run(QGuiApplication& application) {
     LinuxScheduler scheduler;
     LogindAwayMonitor awayMonitor(scheduler, [] { return QDBusConnection::systemBus(); });
     LinuxProcessActivity processActivity;
-    EmptySoundPlayer soundPlayer;
-    EmptyAttentionSignal attentionSignal;
-    MemoryDefaultsStore defaults;
+    StandIns standIns;
     PosixFileSystem fileSystem;
     LocalZone localZone;
     DesktopAppearance appearance(sessionBus);
@@ -76,9 +83,9 @@ int run(QGuiApplication& application) {
         .scheduler = &scheduler,
         .awayMonitor = &awayMonitor,
         .processActivity = &processActivity,
-        .soundPlayer = &soundPlayer,
-        .attentionSignal = &attentionSignal,
-        .defaults = &defaults,
+        .soundPlayer = &standIns.soundPlayer,
+        .attentionSignal = &standIns.attentionSignal,
+        .defaults = &standIns.defaults,
         .fileSystem = &fileSystem,
         .clock = wallClock,
         .calendar = [&localZone] { return localZone.current(); },

@@ -1,4 +1,5 @@
 #include "Support/ModelHarness.h"
+#include "Support/TaskFiles.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,24 +20,80 @@ TEST_F(AppModelConstruction, RunsItsStepsInOrder) {
     harness.launch();
     EXPECT_THAT(harness.journal.entries(),
                 ElementsAre("make updater", "make backups on Backups", "make notifier", "make lifecycle",
-                            "lifecycle.migrate", "make music", "make guard", "make focusMode",
-                            "make calendar", "defaults.read currentTaskID",
+                            "lifecycle.migrate", "make settings", "make music", "make guard",
+                            "make focusMode", "make calendar", "defaults.read currentTaskID",
                             "lifecycle.recover missing missing", "lifecycle.backUpBeforeUpdate",
                             "notifier.authorize"));
 }
 
+/// Puts files in place in the move from the earlier product, as that move does.
+class MigratingLifecycle final : public DataLifecycle {
+public:
+    explicit MigratingLifecycle(const test::TemporaryFolder& folder) : _folder(folder) {}
+    void migrateFromVesk() override {
+        _folder.write("Selvane/tasks.json", test::taskFile({{test::firstTask}}));
+    }
+    void recoverDamagedFiles(AppModel&, const TaskResult&, const SessionResult&) override {}
+    void backUpBeforeUpdate(AppModel&) override {}
+    void backUpDaily(AppModel&) override {}
+    void showWhatsNewIfUpdated(AppModel&) override {}
+
+private:
+    const test::TemporaryFolder& _folder;
+};
+
 TEST_F(AppModelConstruction, MigratesBeforeAnyFileIsRead) {
-    harness.folder.write("Selvane/tasks.json", "no tasks");
     AppEnvironment environment = harness.environment();
-    bool wasWhole = false;
     environment.services.makeDataLifecycle = [&] {
-        wasWhole = harness.folder.read("Selvane/tasks.json") == "no tasks";
-        return std::make_unique<test::RecordingLifecycle>(harness.journal);
+        return std::make_unique<MigratingLifecycle>(harness.folder);
     };
     const AppModel model(environment);
-    EXPECT_TRUE(wasWhole);
-    EXPECT_THAT(harness.journal.entries(), Contains("lifecycle.recover unreadable missing"));
+    EXPECT_EQ(model.tasks().items.size(), 1U);
+    EXPECT_TRUE(model.hadDataAtLaunch());
 }
+
+TEST_F(AppModelConstruction, ReadsTheTasksBeforeTheSessions) {
+    harness.folder.write("Selvane/tasks.json", "damaged");
+    harness.folder.write("Selvane/sessions.json", "damaged");
+    testing::internal::CaptureStderr();
+    harness.launch();
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                testing::ContainsRegex("couldn't read tasks.json.*\n.*couldn't read sessions.json"));
+    EXPECT_THAT(harness.journal.entries(), Contains("lifecycle.recover unreadable unreadable"));
+}
+
+TEST_F(AppModelConstruction, RecoveryKnowsTheCurrentTask) {
+    harness.defaults.texts["currentTaskID"] = test::firstTask;
+    harness.launch();
+    EXPECT_THAT(harness.journal.entries(), Contains("lifecycle.recover missing missing with current task"));
+}
+
+struct AuthorizationCase {
+    const char* name;
+    bool notificationsEnabled;
+    FocusGuardMode focusGuardMode;
+    bool isAsked;
+};
+
+class AuthorizationAtLaunch : public testing::TestWithParam<AuthorizationCase> {};
+
+TEST_P(AuthorizationAtLaunch, IsAskedForIfAnythingMaySpeak) {
+    test::ModelHarness harness;
+    harness.answers.storedSettings = [](AppSettings& settings) {
+        settings.notificationsEnabled.set(GetParam().notificationsEnabled);
+        settings.focusGuardMode.set(GetParam().focusGuardMode);
+    };
+    harness.launch();
+    EXPECT_EQ(harness.journal.count("notifier.authorize"), GetParam().isAsked ? 1 : 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, AuthorizationAtLaunch,
+                         testing::Values(AuthorizationCase{"Nothing", false, FocusGuardMode::track, false},
+                                         AuthorizationCase{"GuardOff", false, FocusGuardMode::off, false},
+                                         AuthorizationCase{"Notifications", true, FocusGuardMode::off, true},
+                                         AuthorizationCase{"Nudges", false, FocusGuardMode::nudge, true},
+                                         AuthorizationCase{"Hiding", false, FocusGuardMode::hide, true}),
+                         [](const auto& row) { return row.param.name; });
 
 TEST_F(AppModelConstruction, DressesTheApplicationOnlyAfterwards) {
     harness.launch();

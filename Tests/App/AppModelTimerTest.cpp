@@ -101,12 +101,16 @@ TEST_F(AppModelTimer, PauseDropsBothNoticesEndsTheActivityAndPausesGuardAndMusic
 
 TEST_F(AppModelTimer, PauseOfABreakPausesTheMusicByTheSettingThatStartedIt) {
     AppModel& model = launch();
-    model.settings().autoPlayMusic.set(false);
     model.engine().select(Phase::longBreak);
     model.engine().start();
     harness.journal.clear();
     model.engine().pause();
-    EXPECT_FALSE(harness.journal.has("music.pause"));
+    EXPECT_EQ(harness.journal.count("music.pause"), 1);
+    model.settings().autoPlayMusic.set(false);
+    model.engine().resume();
+    harness.journal.clear();
+    model.engine().pause();
+    EXPECT_EQ(harness.journal.count("music.pause"), 0);
 }
 
 // Finished
@@ -168,15 +172,34 @@ TEST_F(AppModelTimer, CelebratesSilentlyWithTheEndSoundOff) {
 }
 
 TEST_F(AppModelTimer, TaskTickedOffDuringTheRunIsNotCredited) {
-    harness.folder.write("Selvane/tasks.json",
-                         test::taskFile({{test::firstTask, true, "2026-03-05T10:00:00Z"}}));
+    harness.folder.write("Selvane/tasks.json", test::taskFile({{test::firstTask}}));
     AppModel& model = launch();
     model.setCurrentTaskID(id(test::firstTask));
     model.engine().start();
-    harness.pass(Seconds{1501});
+    harness.pass(Seconds{600});
+    model.toggleTask(id(test::firstTask));
+    harness.pass(Seconds{901});
     ASSERT_EQ(model.sessions().size(), 1U);
     EXPECT_EQ(model.sessions().front().taskID, std::nullopt);
     EXPECT_EQ(model.tasks().items.front().completedPomodoros, 0);
+}
+
+TEST_F(AppModelTimer, CelebratesWhenTaskAndSessionAreOnDisk) {
+    harness.folder.write("Selvane/tasks.json", test::taskFile({{test::firstTask}}));
+    AppModel& model = launch();
+    model.setCurrentTaskID(id(test::firstTask));
+    std::string order;
+    std::string history;
+    const auto tasks = model.tasksChanged.subscribe([&] { order += "tasks "; });
+    const auto sessions = model.sessionsChanged.subscribe([&] { order += "sessions "; });
+    harness.answers.onSound = [&] {
+        order += "sound";
+        history = harness.folder.read("Selvane/sessions.json");
+    };
+    model.engine().start();
+    harness.pass(Seconds{1501});
+    EXPECT_EQ(order, "tasks sessions sound");
+    EXPECT_THAT(history, testing::HasSubstr("\"completed\" : true"));
 }
 
 TEST_F(AppModelTimer, CurrentTaskThatNoLongerExistsIsNotCredited) {
@@ -280,7 +303,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(InterruptionCase{"FocusBelowASecond", Phase::focus, Seconds{0.4}, false},
                     InterruptionCase{"FocusJustBelowAMinute", Phase::focus, Seconds{59.9}, false},
                     InterruptionCase{"FocusOfAMinute", Phase::focus, Seconds{60.0}, true},
-                    InterruptionCase{"FocusOfAnHour", Phase::focus, Seconds{1200}, true},
+                    InterruptionCase{"FocusOfTwentyMinutes", Phase::focus, Seconds{1200}, true},
                     InterruptionCase{"ShortBreak", Phase::shortBreak, Seconds{120}, false},
                     InterruptionCase{"LongBreak", Phase::longBreak, Seconds{600}, false}),
     [](const auto& row) { return row.param.name; });
@@ -394,6 +417,41 @@ TEST_F(AppModelTimer, WakeOfTheMachineTicksAndNothingElse) {
     harness.sleep(Seconds{10});
     EXPECT_THAT(noted(), IsEmpty());
     EXPECT_TRUE(model.engine().isIdle());
+}
+
+// Tasks
+
+TEST_F(AppModelTimer, TickedTaskStaysInItsPlaceForAMoment) {
+    harness.folder.write("Selvane/tasks.json", test::taskFile({{test::firstTask}, {test::secondTask}}));
+    AppModel& model = launch();
+    model.toggleTask(id(test::firstTask));
+    harness.pass(Seconds{0.54});
+    EXPECT_EQ(model.tasks().items.front().id, id(test::firstTask));
+    harness.pass(Seconds{0.02});
+    EXPECT_EQ(model.tasks().items.front().id, id(test::secondTask));
+    EXPECT_EQ(harness.launch().tasks().items.front().id, id(test::secondTask)) << "persisted";
+}
+
+TEST_F(AppModelTimer, TicksInARowEndInOneReorderTimedFromTheLast) {
+    harness.folder.write("Selvane/tasks.json",
+                         test::taskFile({{test::firstTask}, {test::secondTask}, {test::thirdTask}}));
+    AppModel& model = launch();
+    model.toggleTask(id(test::firstTask));
+    harness.pass(Seconds{0.3});
+    model.toggleTask(id(test::secondTask));
+    int changes = 0;
+    const auto subscription = model.tasksChanged.subscribe([&] { ++changes; });
+    harness.pass(Seconds{0.5});
+    EXPECT_EQ(changes, 0);
+    harness.pass(Seconds{0.1});
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(model.tasks().items.front().id, id(test::thirdTask));
+}
+
+TEST_F(AppModelTimer, TickOfAnUnknownTaskNeitherPersistsNorReorders) {
+    launch().toggleTask(id(test::firstTask));
+    EXPECT_EQ(harness.scheduler.waiting(), 0U);
+    EXPECT_THAT(harness.folder.read("Selvane/tasks.json"), IsEmpty());
 }
 
 // Settings

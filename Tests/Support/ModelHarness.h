@@ -70,7 +70,7 @@ public:
     ManualScheduler scheduler;
     AwayMonitor awayMonitor;
     RecordingActivity activity{journal};
-    RecordingSound sound{journal};
+    RecordingSound sound{journal, answers};
     RecordingSignal signal{journal};
     RecordingDefaults defaults{journal};
     PosixFileSystem posix;

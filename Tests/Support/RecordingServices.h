@@ -18,6 +18,13 @@ struct ServiceAnswers {
     std::optional<std::vector<AppUsage>> usage;
     std::optional<std::string> driftAppName;
     std::optional<CalendarEvent> nextEvent;
+    /// What recovery has to tell.
+    std::optional<std::string> recoveryNotice;
+    AppModel::Recovery recovery = AppModel::Recovery::complete;
+    /// Done to the settings before the model sees them, as if they had been stored so.
+    std::function<void(AppSettings&)> storedSettings;
+    /// What was in the history's file when the end sound played.
+    std::function<void()> onSound;
 };
 
 class RecordingNotifier final : public Notifier {
@@ -30,6 +37,9 @@ public:
     }
     void scheduleMeetingHeadsUp(const std::string& title, Date, Seconds lead) override {
         _journal.note("notifier.meeting " + title + " " + std::to_string(static_cast<int>(lead.count())));
+    }
+    void notifyDataNotice(const std::string& title, const std::string& body) override {
+        _journal.note("notifier.data " + title + ": " + body);
     }
     void removePending(std::span<const std::string_view> ids) override {
         for (const auto id : ids)
@@ -92,12 +102,15 @@ private:
 
 class RecordingLifecycle final : public DataLifecycle {
 public:
-    explicit RecordingLifecycle(Journal& journal) : _journal(journal) {}
+    RecordingLifecycle(Journal& journal, const ServiceAnswers& answers)
+        : _journal(journal), _answers(answers) {}
     void migrateFromVesk() override { _journal.note("lifecycle.migrate"); }
     void recoverDamagedFiles(AppModel& model, const TaskResult& tasks,
                              const SessionResult& sessions) override {
         _journal.note("lifecycle.recover " + kind(tasks) + " " + kind(sessions) +
                       (model.currentTaskID() ? " with current task" : ""));
+        if (_answers.recoveryNotice)
+            model.setRecoveryNotice(_answers.recoveryNotice, _answers.recovery);
     }
     void backUpBeforeUpdate(AppModel&) override { _journal.note("lifecycle.backUpBeforeUpdate"); }
     void backUpDaily(AppModel&) override { _journal.note("lifecycle.backUpDaily"); }
@@ -111,15 +124,21 @@ private:
     }
 
     Journal& _journal;
+    const ServiceAnswers& _answers;
 };
 
 class RecordingSound final : public SoundPlayer {
 public:
-    explicit RecordingSound(Journal& journal) : _journal(journal) {}
-    void play(std::string_view name) override { _journal.note("sound " + std::string(name)); }
+    RecordingSound(Journal& journal, const ServiceAnswers& answers) : _journal(journal), _answers(answers) {}
+    void play(std::string_view name) override {
+        _journal.note("sound " + std::string(name));
+        if (_answers.onSound)
+            _answers.onSound();
+    }
 
 private:
     Journal& _journal;
+    const ServiceAnswers& _answers;
 };
 
 class RecordingSignal final : public AttentionSignal {
@@ -181,7 +200,14 @@ inline AppServices recordingServices(Journal& journal, const ServiceAnswers& ans
     };
     services.makeNotifier = noting("notifier", [&] { return std::make_unique<RecordingNotifier>(journal); });
     services.makeDataLifecycle =
-        noting("lifecycle", [&] { return std::make_unique<RecordingLifecycle>(journal); });
+        noting("lifecycle", [&] { return std::make_unique<RecordingLifecycle>(journal, answers); });
+    services.makeSettings = [&journal, &answers](DefaultsStore&) {
+        journal.note("make settings");
+        auto settings = std::make_unique<AppSettings>();
+        if (answers.storedSettings)
+            answers.storedSettings(*settings);
+        return settings;
+    };
     services.makeMusic = noting("music", [&] { return std::make_unique<RecordingMusic>(journal); });
     services.makeFocusGuard =
         noting("guard", [&] { return std::make_unique<RecordingGuard>(journal, answers); });

@@ -41,6 +41,23 @@ TEST_F(AppDelegateTest, LaunchShowsTheItemThenBacksUpThenLooksForNews) {
     EXPECT_THAT(harness.journal.entries(), ElementsAre("lifecycle.backUpDaily", "lifecycle.whatsNew"));
 }
 
+TEST(AppDelegate, RecoveryNoticePostsOneDataNotification) {
+    for (const auto& [recovery, title] :
+         {std::pair{AppModel::Recovery::complete, "Selvane restored your data"},
+          std::pair{AppModel::Recovery::incomplete, "Selvane couldn't read your data"}}) {
+        test::ModelHarness harness;
+        harness.answers.recoveryNotice = "What happened.";
+        harness.answers.recovery = recovery;
+        test::FakeStatusItemHost host;
+        test::FakeAppearance appearance;
+        test::FakePressMonitor presses;
+        AppDelegate delegate(harness.environment());
+        EXPECT_FALSE(harness.journal.has(std::string("notifier.data ") + title + ": What happened."));
+        delegate.applicationDidFinishLaunching({&host, &appearance, &presses, {}});
+        EXPECT_EQ(harness.journal.count(std::string("notifier.data ") + title + ": What happened."), 1);
+    }
+}
+
 TEST_F(AppDelegateTest, SecondStartOpensThePanel) {
     finishLaunching();
     harness.journal.clear();

@@ -32,6 +32,7 @@ struct AppServices {
     std::function<std::unique_ptr<BackupManager>(std::filesystem::path directory)> makeBackups;
     std::function<std::unique_ptr<Notifier>()> makeNotifier;
     std::function<std::unique_ptr<DataLifecycle>()> makeDataLifecycle;
+    std::function<std::unique_ptr<AppSettings>(DefaultsStore&)> makeSettings;
     std::function<std::unique_ptr<MusicController>(AppSettings&)> makeMusic;
     std::function<std::unique_ptr<FocusGuard>(AppSettings&)> makeFocusGuard;
     std::function<std::unique_ptr<FocusModeController>(AppSettings&)> makeFocusMode;

@@ -17,6 +17,8 @@ namespace {
 constexpr std::string_view currentTaskKey = "currentTaskID";
 constexpr Seconds tickInterval{1.0};
 constexpr Seconds tickTolerance{0.1};
+/// From the last tick of a task to the moment when the list is put in order.
+constexpr Seconds reorderDelay{0.55};
 /// A focus run that was cut short leaves a trace from here on.
 constexpr Seconds shortestInterruptedRun{60.0};
 /// How far ahead of an event its heads-up comes.
@@ -33,11 +35,11 @@ StoreEnvironment storeEnvironment(const AppEnvironment& environment) {
     return {environment.fileSystem, environment.clock, environment.calendar};
 }
 
-/// The loaded value, or an empty one where there is none.
+/// Takes the loaded value out of the result, or gives an empty one where there is none.
 template <typename Value>
-Value loadedOrEmpty(const typename JSONStore<Value>::LoadResult& result) {
-    const auto* const loaded = std::get_if<typename JSONStore<Value>::Loaded>(&result);
-    return loaded ? loaded->value : Value{};
+Value takeLoaded(typename JSONStore<Value>::LoadResult& result) {
+    auto* const loaded = std::get_if<typename JSONStore<Value>::Loaded>(&result);
+    return loaded ? std::move(loaded->value) : Value{};
 }
 
 template <typename Value>
@@ -60,7 +62,7 @@ AppModel::AppModel(AppEnvironment environment)
     _notifier = services.makeNotifier();
     _dataLifecycle = services.makeDataLifecycle();
     _dataLifecycle->migrateFromVesk();
-    _settings = std::make_unique<AppSettings>();
+    _settings = services.makeSettings(*_environment.defaults);
     _engine = std::make_unique<TimerEngine>([this] { return _settings->timerConfig(); }, _environment.clock);
     _music = services.makeMusic(*_settings);
     _focusGuard = services.makeFocusGuard(*_settings);
@@ -73,7 +75,6 @@ AppModel::AppModel(AppEnvironment environment)
     _engine->adjustDuration = [this, alive = _lifetime.token()](Phase phase, Seconds seconds) {
         return alive.expired() ? seconds : fittedDuration(phase, seconds);
     };
-    wireFocusGuard();
     startTicker();
     observeWake();
     rollOverDay();
@@ -86,10 +87,10 @@ AppModel::AppModel(AppEnvironment environment)
 AppModel::~AppModel() = default;
 
 void AppModel::loadStores() {
-    const auto tasks = _taskStore.read();
-    const auto sessions = _sessionStore.readLossy();
-    _tasks = loadedOrEmpty<TaskList>(tasks);
-    _sessions = loadedOrEmpty<std::vector<FocusSession>>(sessions);
+    auto tasks = _taskStore.read();
+    auto sessions = _sessionStore.readLossy();
+    _tasks = takeLoaded<TaskList>(tasks);
+    _sessions = takeLoaded<std::vector<FocusSession>>(sessions);
 
     if (const auto id = _environment.defaults->text(currentTaskKey))
         _currentTaskID = UUID::parse(*id);
@@ -142,9 +143,6 @@ void AppModel::updateTicker() {
 void AppModel::observeWake() {
     _wakeObserver = _environment.awayMonitor->didWake.subscribe(_lifetime.guard([this] { _engine->tick(); }));
 }
-
-/// The guard reports nothing yet that the model would have to pass on.
-void AppModel::wireFocusGuard() {}
 
 // The timer's events
 
@@ -239,9 +237,10 @@ void AppModel::rollOverDay() {
         return;
     const Calendar calendar = localCalendar();
     const int dayStartHour = _settings->dayStartHour();
-    const DayKey now = today();
+    const DayKey currentDay = today();
     const auto isOfEarlierDay = [&](const TaskItem& task) {
-        return task.isDone && DayKey(task.completedAt.value_or(distantPast), dayStartHour, calendar) < now;
+        return task.isDone &&
+               DayKey(task.completedAt.value_or(distantPast), dayStartHour, calendar) < currentDay;
     };
     if (std::ranges::any_of(_tasks.items, isOfEarlierDay))
         changeTasks([&](TaskList& tasks) { tasks.removeAll(isOfEarlierDay); });
@@ -266,6 +265,17 @@ void AppModel::addTask(std::string_view title) {
     changeTasks([&](TaskList& tasks) { tasks.add(title, _environment.clock()); });
 }
 
+void AppModel::toggleTask(const UUID& id) {
+    const TaskItem* const task = _tasks.find(id);
+    if (!task)
+        return;
+    changeTasks(
+        [&, isDone = !task->isDone](TaskList& tasks) { tasks.setDone(id, isDone, _environment.clock()); });
+    // The row stays where it is for a moment, so that the user sees the tick land.
+    _reorderTask = _environment.scheduler->after(
+        reorderDelay, _lifetime.guard([this] { changeTasks([](TaskList& tasks) { tasks.normalize(); }); }));
+}
+
 void AppModel::setCurrentTaskID(std::optional<UUID> id) {
     const bool differs = id != _currentTaskID;
     _currentTaskID = id;
@@ -279,14 +289,25 @@ void AppModel::setWindowPane(Pane pane) {
         windowPaneChanged.emit();
 }
 
+void AppModel::setRecoveryNotice(std::optional<std::string> notice, Recovery recovery) {
+    _unrecoveredData = recovery == Recovery::incomplete;
+    if (std::exchange(_recoveryNotice, notice) != notice)
+        recoveryNoticeChanged.emit();
+}
+
+void AppModel::announceRecovery() {
+    if (_recoveryNotice)
+        _notifier->notifyDataNotice(_unrecoveredData ? "Selvane couldn't read your data"
+                                                     : "Selvane restored your data",
+                                    *_recoveryNotice);
+}
+
 // Persistence
 
 void AppModel::changeTasks(const std::function<void(TaskList&)>& change) {
-    const TaskList before = _tasks;
     change(_tasks);
     persist(_tasks, _taskStore);
-    if (_tasks != before)
-        tasksChanged.emit();
+    tasksChanged.emit();
 }
 
 void AppModel::append(FocusSession session) {

@@ -45,9 +45,17 @@ public:
     void refreshForDisplay();
     /// Adds a task to the list; a blank title adds none. Doesn't make it the current one.
     void addTask(std::string_view title);
+    /// Ticks a task off or opens it again; the list is put in order a moment after the last of such changes.
+    void toggleTask(const UUID& id);
     /// The id is kept as it is, also if no task has it.
     void setCurrentTaskID(std::optional<UUID> id);
     void setWindowPane(Pane pane);
+    /// Whether recovery gave back all that was damaged.
+    enum class Recovery { complete, incomplete };
+    /// What recovery at launch has to tell the user.
+    void setRecoveryNotice(std::optional<std::string> notice, Recovery recovery);
+    /// Tells it, if there is anything to tell.
+    void announceRecovery();
 
     // Queries
 
@@ -58,6 +66,7 @@ public:
     [[nodiscard]] MusicController& music() { return *_music; }
     [[nodiscard]] FocusGuard& focusGuard() { return *_focusGuard; }
     [[nodiscard]] const FocusGuard& focusGuard() const { return *_focusGuard; }
+    [[nodiscard]] FocusModeController& focusMode() { return *_focusMode; }
     [[nodiscard]] CalendarWatcher& calendar() { return *_calendar; }
     [[nodiscard]] Updater& updater() { return *_updater; }
     [[nodiscard]] BackupManager& backups() { return *_backups; }
@@ -94,6 +103,7 @@ public:
     /// Brings the release notes before the user.
     std::function<void()> showWhatsNewAfterUpdate;
 
+    /// Emitted after every change of the list, when it is on disk.
     Signal<> tasksChanged;
     Signal<> sessionsChanged;
     Signal<> currentTaskIDChanged;
@@ -104,7 +114,6 @@ public:
 private:
     void loadStores();
     void wireSettings();
-    void wireFocusGuard();
     void startTicker();
     void updateTicker();
     void observeWake();
@@ -163,6 +172,7 @@ private:
     Subscription _ticker;
     Subscription _wakeObserver;
     Subscription _activity;
+    Subscription _reorderTask;
     Lifetime _lifetime;
 };
 

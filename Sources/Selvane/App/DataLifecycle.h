@@ -21,7 +21,8 @@ public:
 
     /// The one-off move from the earlier product. Called before anything reads a file or a setting.
     virtual void migrateFromVesk() = 0;
-    /// What was damaged comes back from a backup if it can.
+    /// What was damaged comes back from a backup if it can. The model has taken what was loaded out of the
+    /// results.
     virtual void recoverDamagedFiles(AppModel& model, const TaskResult& tasks,
                                      const SessionResult& sessions) = 0;
     virtual void backUpBeforeUpdate(AppModel& model) = 0;

@@ -15,6 +15,7 @@ class EmptyNotifier final : public Notifier {
 public:
     void schedule(Phase, Date) override {}
     void scheduleMeetingHeadsUp(const std::string&, Date, Seconds) override {}
+    void notifyDataNotice(const std::string&, const std::string&) override {}
     void removePending(std::span<const std::string_view>) override {}
     void requestAuthorization() override {}
 };

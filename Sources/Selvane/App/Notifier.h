@@ -22,6 +22,8 @@ public:
     virtual void schedule(Phase phase, Date end) = 0;
     /// One pending notification `lead` before `start`, under `meetingID`.
     virtual void scheduleMeetingHeadsUp(const std::string& title, Date start, Seconds lead) = 0;
+    /// Tells at once what happened to the user's data.
+    virtual void notifyDataNotice(const std::string& title, const std::string& body) = 0;
     /// Drops the pending notifications with these identifiers. Unknown ones do nothing.
     virtual void removePending(std::span<const std::string_view> ids) = 0;
     /// Asks once for the right to show and to sound.

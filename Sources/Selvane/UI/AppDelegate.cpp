@@ -20,6 +20,7 @@ void AppDelegate::applicationDidFinishLaunching(Desktop desktop) {
     _model.showWhatsNewAfterUpdate = _lifetime.guard([this] { _model.setWindowPane(Pane::whatsNew); });
     _model.backUpDaily();
     _model.showWhatsNewIfUpdated();
+    _model.announceRecovery();
 }
 
 void AppDelegate::applicationShouldHandleReopen() {
