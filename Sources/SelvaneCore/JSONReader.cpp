@@ -68,30 +68,28 @@ JSONOutcome store(JSONValue value, const std::optional<Value>& found, Value& int
 
 } // namespace
 
-/// Turns the parser's handles into ours and back.
+/// Keeps the parser's handles in ours and gives them back. What is in a handle is the parser's own affair.
 struct JSONAccess {
-    using Words = std::array<std::uintptr_t, 2>;
-
-    /// The parser's handle of a value, or its iterator that stands there: both are the document and an index.
     template <typename Handle>
-    static Handle cast(JSONValue value) {
-        static_assert(sizeof(Handle) == sizeof(Words) && std::is_trivially_copyable_v<Handle>);
-        return std::bit_cast<Handle>(
-            Words{std::bit_cast<std::uintptr_t>(value._document), std::uintptr_t{value._index}});
+    static JSONHandle kept(const Handle& handle) {
+        static_assert(sizeof(Handle) == sizeof(JSONHandle) && alignof(Handle) <= alignof(JSONHandle));
+        static_assert(std::is_trivially_copyable_v<Handle>);
+        return std::bit_cast<JSONHandle>(handle);
     }
 
-    static Element element(JSONValue value) { return cast<Element>(value); }
-
+    /// Gives back what `kept` took, of the same type.
     template <typename Handle>
-    static JSONValue position(Handle handle) {
-        const auto words = std::bit_cast<Words>(handle);
+    static Handle given(const JSONHandle& handle) {
+        return std::bit_cast<Handle>(handle);
+    }
+
+    static Element element(const JSONValue& value) { return given<Element>(value._handle); }
+
+    static JSONValue value(const Element& element) {
         JSONValue value;
-        value._document = std::bit_cast<const void*>(words[0]);
-        value._index = words[1];
+        value._handle = kept(element);
         return value;
     }
-
-    static JSONValue value(Element element) { return position(element); }
 
     /// The value as the parser's `Type`; absent if it is of another type or missing.
     template <typename Type>
@@ -162,31 +160,20 @@ bool JSONValue::findMembers(std::span<const std::string_view> keys, std::span<JS
     return true;
 }
 
-std::optional<std::vector<std::pair<std::string_view, JSONValue>>> JSONValue::allMembers() const {
-    const auto object = JSONAccess::as<simdjson::dom::object>(*this);
-    if (!object)
-        return std::nullopt;
-    std::vector<std::pair<std::string_view, JSONValue>> members;
-    for (const auto member : *object)
-        members.emplace_back(member.key, JSONAccess::value(member.value));
-    return members;
-}
-
 std::optional<JSONElements> JSONValue::elements() const {
     const auto array = JSONAccess::as<simdjson::dom::array>(*this);
     if (!array)
         return std::nullopt;
-    return JSONElements(JSONAccess::position(array->begin()), JSONAccess::position(array->end()),
-                        array->size());
+    return JSONElements(JSONAccess::kept(array->begin()), JSONAccess::kept(array->end()), array->size());
 }
 
 std::optional<JSONValue> JSONElements::next() {
     using Iterator = simdjson::dom::array::iterator;
-    auto iterator = JSONAccess::cast<Iterator>(_next);
-    if (iterator == JSONAccess::cast<Iterator>(_end))
+    auto iterator = JSONAccess::given<Iterator>(_next);
+    if (iterator == JSONAccess::given<Iterator>(_end))
         return std::nullopt;
-    const JSONValue element = _next;
-    _next = JSONAccess::position(++iterator);
+    const JSONValue element = JSONAccess::value(*iterator);
+    _next = JSONAccess::kept(++iterator);
     return element;
 }
 

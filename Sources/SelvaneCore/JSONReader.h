@@ -31,6 +31,9 @@ struct JSONError {
 
 class JSONElements;
 
+/// Room for one of the parser's small handles, of which only the source file knows the types.
+using JSONHandle = std::array<std::uintptr_t, 2>;
+
 /// One value in a `JSONDocument`; a small handle that is valid as long as the document. Each question is
 /// answered with absence if the value is of another type.
 class JSONValue {
@@ -38,7 +41,7 @@ public:
     /// No value at all, as where an object lacks a key.
     JSONValue() = default;
 
-    [[nodiscard]] bool isMissing() const { return !_document; }
+    [[nodiscard]] bool isMissing() const { return _handle == JSONHandle{}; }
     [[nodiscard]] bool isNull() const;
     [[nodiscard]] std::optional<bool> boolean() const;
     /// Any number.
@@ -62,21 +65,16 @@ public:
         return values;
     }
 
-    /// Every key of an object with its value, in the order of the text.
-    [[nodiscard]] std::optional<std::vector<std::pair<std::string_view, JSONValue>>> allMembers() const;
-
     /// The elements of an array.
     [[nodiscard]] std::optional<JSONElements> elements() const;
 
 private:
-    friend class JSONDocument;
     friend struct JSONAccess;
 
     bool findMembers(std::span<const std::string_view> keys, std::span<JSONValue> values) const;
 
-    /// The parser's own handle, which only the source file knows.
-    const void* _document = nullptr;
-    std::size_t _index = 0;
+    /// Zeros for no value at all: a handle of the parser's points into the document, so it is never that.
+    JSONHandle _handle{};
 };
 
 /// The elements of an array, one after another. Valid as long as the document.
@@ -91,10 +89,10 @@ public:
 
 private:
     friend class JSONValue;
-    JSONElements(JSONValue first, JSONValue end, std::size_t size) : _next(first), _end(end), _size(size) {}
+    JSONElements(JSONHandle first, JSONHandle end, std::size_t size) : _next(first), _end(end), _size(size) {}
 
-    JSONValue _next;
-    JSONValue _end;
+    JSONHandle _next;
+    JSONHandle _end;
     std::size_t _size;
 };
 

@@ -184,15 +184,6 @@ void JSONWriter::close(char bracket) {
     _hasEntries = true;
 }
 
-void JSONWriter::anyKey(std::string_view text) {
-    _cursor = beginEntry(0);
-    _cursor = quoted(text);
-    ensure(0);
-    std::memcpy(_cursor, " : ", 3);
-    _cursor += 3;
-    _followsKey = true;
-}
-
 void JSONWriter::value(std::string_view text) {
     _cursor = beginValue(text.size());
     _cursor = quoted(text);

@@ -74,8 +74,6 @@ public:
         _cursor = at + 4;
         _followsKey = true;
     }
-    /// The same for a key that is any text.
-    void anyKey(std::string_view text);
 
     void value(std::string_view text);
     /// Shortest digits that read back as the same number; a whole number without fraction and exponent as

@@ -209,17 +209,6 @@ TEST(JSONReader, AbsentMembersAreMissing) {
     EXPECT_FALSE(JSONDocument::parse(FileContents::copy("[]"))->root().members(keys));
 }
 
-TEST(JSONReader, AllMembersComeInTheOrderOfTheText) {
-    const auto document = JSONDocument::parse(FileContents::copy(R"({"b":1,"a":2,"b":3})"));
-    const auto members = document->root().allMembers();
-    ASSERT_TRUE(members);
-    ASSERT_EQ(members->size(), 3U);
-    EXPECT_EQ((*members)[0].first, "b");
-    EXPECT_EQ((*members)[1].first, "a");
-    EXPECT_EQ((*members)[2].second.integer(), 3);
-    EXPECT_FALSE(JSONDocument::parse(FileContents::copy("1"))->root().allMembers());
-}
-
 TEST(LossyArray, KeepsTheGoodElementsInOrder) {
     const auto array = decoded<LossyArray<std::int64_t>>(R"([1, null, 2, "3", 4.5, [5], {"a": 6}, true, 7])");
     ASSERT_TRUE(array);

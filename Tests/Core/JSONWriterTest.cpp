@@ -56,17 +56,6 @@ TEST(JSONWriter, EveryElementHasItsLine) {
     EXPECT_EQ(writer.finish(), "[\n  1,\n  \"two\",\n  [\n    true,\n    false\n  ],\n  -3\n]");
 }
 
-TEST(JSONWriter, AnyKeyIsEscaped) {
-    JSONWriter writer;
-    writer.beginObject();
-    writer.anyKey("a/b\n");
-    writer.value(1);
-    writer.anyKey("plain");
-    writer.value(2);
-    writer.endObject();
-    EXPECT_EQ(writer.finish(), "{\n  \"a\\/b\\n\" : 1,\n  \"plain\" : 2\n}");
-}
-
 TEST(JSONWriter, DeepNestingAndLongTextsFit) {
     JSONWriter writer;
     for (int depth = 0; depth < 500; ++depth)
@@ -123,12 +112,6 @@ TEST(JSONWriter, TextThatIsNotUTF8Fails) {
         JSONWriter value;
         value.value(text);
         EXPECT_EQ(value.finish(), tl::unexpected(JSONWriteError::textIsNotUTF8));
-        JSONWriter key;
-        key.beginObject();
-        key.anyKey(text);
-        key.value(1);
-        key.endObject();
-        EXPECT_EQ(key.finish(), tl::unexpected(JSONWriteError::textIsNotUTF8));
     }
 }
 
