@@ -91,10 +91,10 @@ class Selvane:
     def dial_picture(self):
         return self.desktop.picture(self.dial)
 
-    def click_dial(self):
+    def click_dial(self, held=0.03):
         # Nobody's two clicks follow one another faster, and the program may take those for one.
         time.sleep(0.4)
-        self.desktop.click(*self.dial.middle)
+        self.desktop.click(*self.dial.middle, held=held)
 
     # The panel
 
@@ -125,8 +125,33 @@ class Selvane:
         time.sleep(seconds)
         return not self.panel
 
+    def click_control(self, number):
+        """Clicks one of the three controls with the mouse: 0 is Reset, 1 the primary button, 2 Skip."""
+        panel = self.panel
+        picture = self.desktop.picture(panel).convert("L")
+        ground = picture.getpixel((panel.width // 2, panel.height - 4))
+
+        def is_ink(x, y):
+            return abs(picture.getpixel((x, y)) - ground) > 128
+
+        # The primary button is the lowest thing in the panel that is solid for more than the height of a letter.
+        x = panel.width // 2 - 45
+        solid = 0
+        for y in range(panel.height - 4, 0, -1):
+            solid = solid + 1 if is_ink(x, y) else 0
+            if solid == 24:
+                break
+        else:
+            raise Failure("the panel shows no primary button")
+        middle = y + 8
+        left = x
+        while is_ink(left - 1, middle):
+            left -= 1
+        offset = (-40, panel.width // 2 - left, panel.width - 2 * left + 40)[number]
+        self.desktop.click(panel.x + left + offset, panel.y + middle)
+
     def press_primary(self):
-        """Presses the primary button, which has the focus in a panel just opened."""
+        """Presses the primary button, which has the keyboard in a panel just opened."""
         self.desktop.key("space")
 
     def press_reset(self):

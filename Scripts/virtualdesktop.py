@@ -192,6 +192,7 @@ class Desktop:
         self.data = self.home / ".local/share"
         for folder in (self.logs, self.home, self.data, self.home / ".config", self.home / ".cache"):
             folder.mkdir(parents=True, exist_ok=True)
+        self._choose_font()
         self.environment = self._make_environment()
         try:
             self._start_display()
@@ -250,6 +251,16 @@ class Desktop:
                 pass
         except ChildProcessError:
             pass
+
+    def _choose_font(self):
+        folder = self.home / ".config/fontconfig"
+        folder.mkdir(parents=True, exist_ok=True)
+        (folder / "fonts.conf").write_text("""<?xml version="1.0"?>
+<!DOCTYPE fontconfig SYSTEM "fonts.dtd">
+<fontconfig>
+  <alias binding="strong"><family>sans-serif</family><prefer><family>Inter</family></prefer></alias>
+</fontconfig>
+""")
 
     def _make_environment(self):
         environment = {
@@ -511,12 +522,13 @@ class Desktop:
 
     # Acting as a user does
 
-    def click(self, x, y, button=1):
+    def click(self, x, y, button=1, held=0.03):
+        """Presses a button of the mouse for `held` seconds. The buttons 4 to 7 are steps of the wheel."""
         self.move(x, y)
         for kind in (Xlib.X.ButtonPress, Xlib.X.ButtonRelease):
             Xlib.ext.xtest.fake_input(self._display, kind, button)
             self._display.sync()
-            time.sleep(0.03)
+            time.sleep(held)
 
     def move(self, x, y):
         Xlib.ext.xtest.fake_input(self._display, Xlib.X.MotionNotify, x=int(x), y=int(y))

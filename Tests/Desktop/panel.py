@@ -5,7 +5,7 @@ import sys
 
 import harness
 from harness import check, check_equal
-from virtualdesktop import Area
+from virtualdesktop import Area, changed_area, wait
 
 
 def inside(inner, outer):
@@ -32,7 +32,33 @@ def test(desktop, selvane):
     selvane.wait_for_no_panel()
     check(True, "a click elsewhere closes the panel")
 
+    selvane.open_panel()
+    desktop.click(20, desktop.size[1] - 20, button=7)
+    check(not selvane.stays_closed(), "a turn of the wheel elsewhere leaves the panel open")
+    desktop.move(2, desktop.size[1] - 2)
+    idle = desktop.settled_picture(selvane.panel)
+    selvane.click_control(1)
+    wait("the countdown", lambda: changed_area(idle, desktop.picture(selvane.panel)))
+    check(not selvane.stays_closed(1.5), "a click on Start leaves the panel open")
+    first = desktop.picture(selvane.panel)
+    wait("the time to move", lambda: changed_area(first, desktop.picture(selvane.panel)))
+    check(True, "a click on Start starts the phase")
+    selvane.click_control(0)
+    desktop.move(2, desktop.size[1] - 2)
+    wait("the idle panel", lambda: not changed_area(idle, desktop.picture(selvane.panel)))
+    check(True, "a click on Reset ends it")
+    selvane.click_control(2)
+    desktop.move(2, desktop.size[1] - 2)
+    wait("the break", lambda: changed_area(idle, desktop.picture(selvane.panel)))
+    check(True, "a click on Skip goes on to the break")
+    desktop.key("Escape")
+    selvane.wait_for_no_panel()
+
     if selvane.dial:
+        selvane.open_panel()
+        selvane.click_dial(held=0.4)
+        selvane.wait_for_no_panel()
+        check(selvane.stays_closed(), "a long click on the dial closes the panel, and does not open it again")
         selvane.open_panel()
         selvane.click_dial()
         selvane.wait_for_no_panel()
