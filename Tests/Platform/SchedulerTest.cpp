@@ -201,6 +201,20 @@ TEST_P(SchedulerContract, WorkMayScheduleMore) {
     EXPECT_THAT(_journal, ElementsAre("outer", "inner"));
 }
 
+TEST_P(SchedulerContract, WorkThatATurnSchedulesWaitsForTheNext) {
+    Subscription later;
+    scheduler().post([&] {
+        _journal.emplace_back("first");
+        scheduler().post(note("posted"));
+        later = scheduler().after(Seconds{0}, note("after zero"));
+    });
+    scheduler().post(note("second"));
+    _clockwork->turn();
+    EXPECT_THAT(_journal, ElementsAre("first", "second"));
+    ASSERT_TRUE(passUntilNoted(4));
+    EXPECT_THAT(_journal, ElementsAre("first", "second", "posted", "after zero"));
+}
+
 TEST_P(SchedulerContract, HandlesMayOutliveTheScheduler) {
     auto after = scheduler().after(milliseconds{1}, note("after"));
     auto every = scheduler().every(milliseconds{1}, Seconds{0}, note("every"));

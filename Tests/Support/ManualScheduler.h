@@ -30,14 +30,22 @@ public:
 
     [[nodiscard]] Seconds now() const override { return _now; }
 
-    /// Runs what was posted and what is due, without moving time.
-    void turn() { advance(Seconds{0}); }
+    /// One turn of the main loop: runs what was posted and what is due, without moving time. Work that this
+    /// schedules waits for the next turn.
+    void turn() {
+        const std::uint64_t newest = _lastID;
+        while (const auto next = nextDue(newest))
+            run(*next);
+    }
 
-    /// Lets time pass, running everything that falls due at its own moment.
+    /// Lets time pass, with as many turns as it takes to run everything that falls due, each at its own
+    /// moment.
     void advance(Seconds length) {
         const Seconds target = _now + length;
-        while (!_queue->empty() && _queue->begin()->first.first <= target)
-            runNext();
+        while (!_queue->empty() && _queue->begin()->first.first <= target) {
+            _now = std::max(_now, _queue->begin()->first.first);
+            turn();
+        }
         _now = target;
     }
 
@@ -77,11 +85,21 @@ private:
         });
     }
 
-    void runNext() {
-        const auto node = _queue->extract(_queue->begin());
-        const auto [due, id] = node.key();
+    /// The first that is due of the work that was scheduled no later than `newest`.
+    [[nodiscard]] std::optional<Key> nextDue(std::uint64_t newest) const {
+        for (const auto& [key, entry] : *_queue) {
+            if (key.first > _now)
+                break;
+            if (key.second <= newest)
+                return key;
+        }
+        return std::nullopt;
+    }
+
+    void run(const Key& key) {
+        const auto node = _queue->extract(key);
+        const auto [due, id] = key;
         const Entry entry = node.mapped();
-        _now = std::max(_now, due);
         if (entry.interval) {
             Seconds next = due + *entry.interval;
             while (next <= _now)
