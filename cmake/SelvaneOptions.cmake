@@ -11,7 +11,7 @@ add_library(selvane-options INTERFACE)
 target_compile_options(selvane-options INTERFACE
     -Wall -Wextra -Wconversion -Wshadow -Werror
     # GCC 12 sees overlaps in its own std::string, once it is optimised, that can't happen.
-    "$<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict;-Wno-stringop-overflow>"
+    $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>
     # A narrower copy of a float would make one machine's numbers differ from another's.
     -ffp-contract=off)
 target_compile_definitions(selvane-options INTERFACE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII)
