@@ -75,7 +75,9 @@ bool PopoverPanel::isReady() const {
 
 void PopoverPanel::show(const StatusItemAnchor& anchor) {
     _model.prepareToShow();
-    _hadKeyboard = _view.isActive();
+    // A panel that was just hidden counts as active until the window system has taken the keyboard from it;
+    // that loss is not the user's turning away from the panel shown now.
+    _hadKeyboard = _view.isVisible() && _view.isActive();
     place(anchor);
     _view.show();
     _view.raise();
