@@ -88,5 +88,17 @@ TEST_F(MenuBarLabelTest, WordsTellPhaseTimeAndPause) {
     EXPECT_EQ(words(), "Selvane, Long Break, 15:00 remaining");
 }
 
+TEST_F(MenuBarLabelTest, TooltipTellsTheEndWhileItRuns) {
+    const QLocale locale(QLocale::English, QLocale::UnitedKingdom);
+    const auto tooltip = [&] { return MenuBarLabel::tooltip(harness.model(), locale).toStdString(); };
+    EXPECT_EQ(tooltip(), "Selvane");
+    engine().start();
+    EXPECT_EQ(tooltip(), "Selvane, Focus, ends 10:25");
+    harness.pass(Seconds{47});
+    EXPECT_EQ(tooltip(), "Selvane, Focus, ends 10:25");
+    engine().pause();
+    EXPECT_EQ(tooltip(), "Selvane, Focus, 24:13 paused");
+}
+
 } // namespace
 } // namespace selvane

@@ -1,5 +1,6 @@
 #include "Selvane/UI/MenuBarLabel.h"
 
+#include "Selvane/UI/TimeOfDay.h"
 #include "SelvaneCore/TimeFormat.h"
 
 namespace selvane::MenuBarLabel {
@@ -47,6 +48,16 @@ std::string accessibilityLabel(const AppModel& model) {
         return "Selvane";
     return "Selvane, " + std::string(title(engine.phase())) + ", " + TimeFormat::clock(engine.remaining()) +
            (engine.isPaused() ? " paused" : " remaining");
+}
+
+QString tooltip(const AppModel& model, const QLocale& locale) {
+    const TimerEngine& engine = model.engine();
+    if (!engine.isRunning())
+        return QString::fromStdString(accessibilityLabel(model));
+    const std::string_view phase = title(engine.phase());
+    return QStringLiteral("Selvane, %1, ends %2")
+        .arg(QLatin1String(phase.data(), static_cast<qsizetype>(phase.size())),
+             timeOfDay(adding(engine.remaining(), engine.now()), model.localCalendar(), locale));
 }
 
 } // namespace selvane::MenuBarLabel

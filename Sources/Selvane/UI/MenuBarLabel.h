@@ -4,6 +4,9 @@
 #include "Selvane/Platform/StatusItemHost.h"
 #include "Selvane/UI/DialGlyph.h"
 
+#include <QLocale>
+#include <QString>
+
 #include <string>
 
 namespace selvane::MenuBarLabel {
@@ -17,5 +20,9 @@ namespace selvane::MenuBarLabel {
 
 /// The words for a screen reader: "Selvane, Focus, 24:13 remaining".
 [[nodiscard]] std::string accessibilityLabel(const AppModel& model);
+
+/// The words shown when the pointer rests on the item: "Selvane, Focus, ends 15:06". They change with the
+/// timer's state and not with every second, since panels ask for the whole item anew at each change.
+[[nodiscard]] QString tooltip(const AppModel& model, const QLocale& locale);
 
 } // namespace selvane::MenuBarLabel

@@ -50,7 +50,7 @@ void StatusItemController::update() {
 
 void StatusItemController::render(const StatusItemContent& content, const std::string& label) {
     _item.setAccessibilityLabel(label);
-    _item.setTooltip(label);
+    _item.setTooltip(MenuBarLabel::tooltip(_model, QLocale()).toStdString());
     _item.setMenu(StatusMenu::entries(_model.engine()));
     if (content == _lastContent)
         return;

@@ -1,23 +1,9 @@
 #include "Selvane/UI/Popover/PopoverText.h"
 
+#include "Selvane/UI/TimeOfDay.h"
 #include "SelvaneCore/TimeFormat.h"
 
-#include <QTime>
-
 namespace selvane::PopoverText {
-
-namespace {
-
-QString timeOfDay(Date date, const Calendar& calendar, const QLocale& locale) {
-    const absl::CivilSecond civil = calendar.civil(date);
-    const QTime time(civil.hour(), civil.minute(), civil.second());
-    // The short form of the C locale is no short form: it has seconds.
-    if (locale.language() == QLocale::C)
-        return time.toString(QStringLiteral("HH:mm"));
-    return locale.toString(time, QLocale::ShortFormat);
-}
-
-} // namespace
 
 QString from(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
