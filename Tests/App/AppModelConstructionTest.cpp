@@ -147,7 +147,7 @@ const auto someID = UUID::parse("0F8FAD5B-D9CB-469F-A165-70867728950E");
 INSTANTIATE_TEST_SUITE_P(
     Rows, CurrentTaskAtLaunch,
     testing::Values(CurrentTaskCase{"Absent", std::nullopt, std::nullopt},
-                    CurrentTaskCase{"Unparsable", "task 1", std::nullopt},
+                    CurrentTaskCase{"Unparsable", "no identifier", std::nullopt},
                     CurrentTaskCase{"Empty", "", std::nullopt},
                     CurrentTaskCase{"UnknownTask", "0F8FAD5B-D9CB-469F-A165-70867728950E", someID},
                     CurrentTaskCase{"LowerCase", "0f8fad5b-d9cb-469f-a165-70867728950e", someID}),
