@@ -5,6 +5,7 @@
 
 #include "SelvaneCore/DayKey.h"
 #include "SelvaneCore/Models.h"
+#include "SelvaneCore/SessionFit.h"
 #include "SelvaneCore/Stats.h"
 #include "SelvaneCore/StreakCalculator.h"
 
@@ -23,6 +24,20 @@ inline void PrintTo(const DayKey& key, std::ostream* out) {
 
 inline void PrintTo(const AppUsage& usage, std::ostream* out) {
     *out << usage.bundleID << " (" << usage.name << ") " << usage.seconds.count() << " s";
+}
+
+inline void PrintTo(const SessionFit& fit, std::ostream* out) {
+    switch (fit.kind()) {
+    case SessionFit::Kind::shorten:
+        *out << "shorten to " << fit.length()->count() << " s";
+        return;
+    case SessionFit::Kind::fits:
+        *out << "fits";
+        return;
+    case SessionFit::Kind::noRoom:
+        *out << "no room";
+        return;
+    }
 }
 
 inline void PrintTo(const StreakResult& result, std::ostream* out) {
