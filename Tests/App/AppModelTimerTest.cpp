@@ -190,7 +190,7 @@ TEST_F(AppModelTimer, CelebratesWhenTaskAndSessionAreOnDisk) {
     model.setCurrentTaskID(id(test::firstTask));
     std::string order;
     std::string history;
-    const auto tasks = model.tasksChanged.subscribe([&] { order += "tasks "; });
+    const auto tasks = model.tasksChanged.subscribe([&](AppModel::TaskChange) { order += "tasks "; });
     const auto sessions = model.sessionsChanged.subscribe([&] { order += "sessions "; });
     harness.answers.onSound = [&] {
         order += "sound";
@@ -417,41 +417,6 @@ TEST_F(AppModelTimer, WakeOfTheMachineTicksAndNothingElse) {
     harness.sleep(Seconds{10});
     EXPECT_THAT(noted(), IsEmpty());
     EXPECT_TRUE(model.engine().isIdle());
-}
-
-// Tasks
-
-TEST_F(AppModelTimer, TickedTaskStaysInItsPlaceForAMoment) {
-    harness.folder.write("Selvane/tasks.json", test::taskFile({{test::firstTask}, {test::secondTask}}));
-    AppModel& model = launch();
-    model.toggleTask(id(test::firstTask));
-    harness.pass(Seconds{0.54});
-    EXPECT_EQ(model.tasks().items.front().id, id(test::firstTask));
-    harness.pass(Seconds{0.02});
-    EXPECT_EQ(model.tasks().items.front().id, id(test::secondTask));
-    EXPECT_EQ(harness.launch().tasks().items.front().id, id(test::secondTask)) << "persisted";
-}
-
-TEST_F(AppModelTimer, TicksInARowEndInOneReorderTimedFromTheLast) {
-    harness.folder.write("Selvane/tasks.json",
-                         test::taskFile({{test::firstTask}, {test::secondTask}, {test::thirdTask}}));
-    AppModel& model = launch();
-    model.toggleTask(id(test::firstTask));
-    harness.pass(Seconds{0.3});
-    model.toggleTask(id(test::secondTask));
-    int changes = 0;
-    const auto subscription = model.tasksChanged.subscribe([&] { ++changes; });
-    harness.pass(Seconds{0.5});
-    EXPECT_EQ(changes, 0);
-    harness.pass(Seconds{0.1});
-    EXPECT_EQ(changes, 1);
-    EXPECT_EQ(model.tasks().items.front().id, id(test::thirdTask));
-}
-
-TEST_F(AppModelTimer, TickOfAnUnknownTaskNeitherPersistsNorReorders) {
-    launch().toggleTask(id(test::firstTask));
-    EXPECT_EQ(harness.scheduler.waiting(), 0U);
-    EXPECT_THAT(harness.folder.read("Selvane/tasks.json"), IsEmpty());
 }
 
 // Settings

@@ -265,15 +265,43 @@ void AppModel::addTask(std::string_view title) {
     changeTasks([&](TaskList& tasks) { tasks.add(title, _environment.clock()); });
 }
 
-void AppModel::toggleTask(const UUID& id) {
+void AppModel::toggleTask(UUID id) {
+    // 1. Only a task that is there.
     const TaskItem* const task = _tasks.find(id);
     if (!task)
         return;
+    // 2. The row stays where it is for a moment, so that the user sees the tick land.
     changeTasks(
         [&, isDone = !task->isDone](TaskList& tasks) { tasks.setDone(id, isDone, _environment.clock()); });
-    // The row stays where it is for a moment, so that the user sees the tick land.
-    _reorderTask = _environment.scheduler->after(
-        reorderDelay, _lifetime.guard([this] { changeTasks([](TaskList& tasks) { tasks.normalize(); }); }));
+    // 3. A run of ticks is put in order once.
+    _reorderTask.end();
+    // 4. The moment counts from the last of them.
+    _reorderTask = _environment.scheduler->after(reorderDelay, _lifetime.guard([this] {
+        changeTasks([](TaskList& tasks) { tasks.normalize(); }, TaskChange::animated);
+    }));
+}
+
+void AppModel::moveTasks(const std::set<std::ptrdiff_t>& offsets, std::ptrdiff_t offset) {
+    changeTasks([&](TaskList& tasks) { tasks.move(offsets, offset); });
+}
+
+void AppModel::renameTask(UUID id, std::string_view title) {
+    changeTasks([&](TaskList& tasks) { tasks.rename(id, title); });
+}
+
+void AppModel::setEstimate(UUID id, std::int64_t count) {
+    changeTasks([&](TaskList& tasks) { tasks.setEstimate(id, count); });
+}
+
+void AppModel::deleteTask(UUID id) {
+    // First, so that nothing shows a deleted task as the current one.
+    if (_currentTaskID == id)
+        setCurrentTaskID(std::nullopt);
+    changeTasks([&](TaskList& tasks) { tasks.remove(id); }, TaskChange::animated);
+}
+
+void AppModel::clearCompletedTasks() {
+    changeTasks([](TaskList& tasks) { tasks.clearCompleted(); }, TaskChange::animated);
 }
 
 void AppModel::setCurrentTaskID(std::optional<UUID> id) {
@@ -304,10 +332,10 @@ void AppModel::announceRecovery() {
 
 // Persistence
 
-void AppModel::changeTasks(const std::function<void(TaskList&)>& change) {
+void AppModel::changeTasks(const std::function<void(TaskList&)>& change, TaskChange kind) {
     change(_tasks);
     persist(_tasks, _taskStore);
-    tasksChanged.emit();
+    tasksChanged.emit(kind);
 }
 
 void AppModel::append(FocusSession session) {

@@ -9,6 +9,8 @@
 #include "SelvaneCore/TaskList.h"
 #include "SelvaneCore/TimerEngine.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -43,10 +45,24 @@ public:
     void showWhatsNewIfUpdated();
     /// Brings the model up to date for a view that is about to open.
     void refreshForDisplay();
+
+    // The commands for tasks take what TaskList takes. Those that it refuses write the list all the same. Ids
+    // are taken by value, since the one that a caller has at hand may live in what the command changes.
+
     /// Adds a task to the list; a blank title adds none. Doesn't make it the current one.
     void addTask(std::string_view title);
     /// Ticks a task off or opens it again; the list is put in order a moment after the last of such changes.
-    void toggleTask(const UUID& id);
+    /// An unknown id does nothing, not even a write.
+    void toggleTask(UUID id);
+    /// Moves the tasks at these offsets, as one run, to before the task that is now at `offset`.
+    void moveTasks(const std::set<std::ptrdiff_t>& offsets, std::ptrdiff_t offset);
+    void renameTask(UUID id, std::string_view title);
+    /// Sets how many sessions the task is expected to take; a negative count becomes 0.
+    void setEstimate(UUID id, std::int64_t count);
+    /// Deletes a task. The current one stops being current before it goes.
+    void deleteTask(UUID id);
+    /// Removes every done task. The current task's id stays, also if its task goes.
+    void clearCompletedTasks();
     /// The id is kept as it is, also if no task has it.
     void setCurrentTaskID(std::optional<UUID> id);
     void setWindowPane(Pane pane);
@@ -103,8 +119,13 @@ public:
     /// Brings the release notes before the user.
     std::function<void()> showWhatsNewAfterUpdate;
 
-    /// Emitted after every change of the list, when it is on disk.
-    Signal<> tasksChanged;
+    /// How views show a change of the list. Animated is what happens to rows by itself or for good: the order
+    /// restored after a tick, a deletion, the clearing of done tasks; each with a spring of response 0.5 s
+    /// and damping fraction 0.85. All else is plain.
+    enum class TaskChange { plain, animated };
+
+    /// Emitted for every command that writes the list, after the write, also if nothing in it differs.
+    Signal<TaskChange> tasksChanged;
     Signal<> sessionsChanged;
     Signal<> currentTaskIDChanged;
     Signal<> saveErrorChanged;
@@ -128,7 +149,7 @@ private:
     void endActivity();
     void removeEndAndMeetingNotices();
 
-    void changeTasks(const std::function<void(TaskList&)>& change);
+    void changeTasks(const std::function<void(TaskList&)>& change, TaskChange kind = TaskChange::plain);
     void append(FocusSession session);
     template <typename Value>
     void persist(const Value& value, const JSONStore<Value>& store);
