@@ -71,4 +71,16 @@ Seconds TimerConfig::duration(Phase phase) const {
     return Seconds{(planned > shortestMinutes ? planned : shortestMinutes) * 60.0};
 }
 
+std::string AppUsage::siteID(std::string_view domain) {
+    std::string result(sitePrefix);
+    result += domain;
+    return result;
+}
+
+std::optional<std::string> AppUsage::siteDomain() const {
+    if (!bundleID.starts_with(sitePrefix))
+        return std::nullopt;
+    return bundleID.substr(sitePrefix.size());
+}
+
 } // namespace selvane

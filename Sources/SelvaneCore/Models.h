@@ -58,7 +58,12 @@ struct AppUsage {
     /// Time in front.
     Seconds seconds;
 
+    /// The pseudo identifier of a website; its display name is the domain too.
+    [[nodiscard]] static std::string siteID(std::string_view domain);
+
     [[nodiscard]] bool isAway() const { return bundleID == away; }
+    /// The website's domain as `siteID` was given it; absent for anything but a website.
+    [[nodiscard]] std::optional<std::string> siteDomain() const;
 
     friend bool operator==(const AppUsage&, const AppUsage&) = default;
 };

@@ -75,5 +75,36 @@ TEST(Models, OnlyTheWholePseudoIdentifierIsAway) {
         EXPECT_FALSE((AppUsage{id, "Away", Seconds{1}}.isAway())) << id;
 }
 
+struct SiteRow {
+    const char* name;
+    const char* domain;
+    const char* id;
+};
+
+class SiteTable : public testing::TestWithParam<SiteRow> {};
+
+TEST_P(SiteTable, TheDomainComesBackUnchanged) {
+    const SiteRow& row = GetParam();
+    EXPECT_EQ(AppUsage::siteID(row.domain), row.id);
+    EXPECT_EQ((AppUsage{row.id, row.domain, Seconds{1}}.siteDomain()), row.domain);
+    EXPECT_FALSE((AppUsage{row.id, row.domain, Seconds{1}}.isAway()));
+}
+
+INSTANTIATE_TEST_SUITE_P(Models, SiteTable,
+                         testing::Values(SiteRow{"plain", "example.org", "site:example.org"},
+                                         SiteRow{"upperCase", "Example.ORG", "site:Example.ORG"},
+                                         SiteRow{"spaces", " example.org ", "site: example.org "},
+                                         SiteRow{"withAPath", "example.org/a:b", "site:example.org/a:b"},
+                                         SiteRow{"otherLetters", "bücher.example", "site:bücher.example"},
+                                         SiteRow{"prefixTwice", "site:x.org", "site:site:x.org"},
+                                         SiteRow{"away", "away", "site:away"}, SiteRow{"empty", "", "site:"}),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST(Models, OnlyAWebsiteHasADomain) {
+    for (const char* const id :
+         {"", "away", "org.example.browser", "site", "Site:x.org", " site:x.org", "website:x.org"})
+        EXPECT_EQ((AppUsage{id, "x.org", Seconds{1}}.siteDomain()), std::nullopt) << id;
+}
+
 } // namespace
 } // namespace selvane
