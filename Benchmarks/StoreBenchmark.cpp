@@ -1,4 +1,5 @@
-#include "PeakMemory.h"
+#include "GeneratedHistory.h"
+#include "Measure.h"
 #include "SelvaneCore/JSONStore.h"
 #include "SelvaneCore/PosixFileSystem.h"
 
@@ -7,13 +8,10 @@
 #include <simdjson.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
-#include <random>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -24,52 +22,8 @@
 namespace {
 
 using namespace selvane;
-using benchmarks::PeakMemory;
-using History = std::vector<FocusSession>;
-using Milliseconds = std::chrono::duration<double, std::milli>;
-
-/// Rounds of each measurement; what is reported are medians.
-constexpr int rounds = 11;
-
-/// Years of use: focus sessions with up to two applications each.
-History generatedHistory(std::size_t count) {
-    std::mt19937_64 random(42);
-    const auto below = [&random](std::uint64_t end) { return random() % end; };
-    const auto uuid = [&random] {
-        UUID::Bytes bytes{};
-        std::ranges::generate(bytes, [&] { return static_cast<std::uint8_t>(random()); });
-        return UUID(bytes);
-    };
-    const std::vector<AppUsage> apps{
-        {"org.gnome.TextEditor", "Text Editor", {}},       {"org.mozilla.firefox", "Firefox", {}},
-        {"site:news.example.org", "news.example.org", {}}, {"org.gnome.Nautilus", "Files", {}},
-        {"com.example.Größe", "Größe/Länge", {}},          {"away", "Away", {}}};
-    const std::vector<UUID> tasks{uuid(), uuid(), uuid(), uuid()};
-
-    History history;
-    history.reserve(count);
-    Date start = std::chrono::sys_days{std::chrono::year{2015} / 1 / 5};
-    while (history.size() < count) {
-        start += std::chrono::seconds{1800 + below(3600)};
-        const auto length = std::chrono::microseconds{60'000'000 + below(1'440'000'000)};
-        FocusSession session{uuid(),
-                             start,
-                             start + length,
-                             Phase::focus,
-                             Seconds{1500},
-                             Seconds{length},
-                             below(4) != 0,
-                             tasks[below(tasks.size())],
-                             std::vector<AppUsage>{}};
-        for (auto left = below(3); left > 0; --left) {
-            AppUsage usage = apps[below(apps.size())];
-            usage.seconds = std::chrono::microseconds{below(600'000'000)};
-            session.apps->push_back(std::move(usage));
-        }
-        history.push_back(std::move(session));
-    }
-    return history;
-}
+using namespace selvane::benchmarks;
+using Sessions = std::vector<FocusSession>;
 
 /// A store with a generated history in a folder of its own.
 class Fixture {
@@ -91,54 +45,14 @@ public:
         std::filesystem::remove_all(folder, ignored);
     }
 
-    JSONStore<History> store() {
+    JSONStore<Sessions> store() {
         return {folder / "sessions.json", {&files, [] { return Date{}; }, [] { return Calendar::utc(); }}};
     }
 
     PosixFileSystem files;
-    History history;
+    Sessions history;
     std::filesystem::path folder;
 };
-
-template <typename Action>
-Milliseconds timed(Action action) {
-    const auto start = std::chrono::steady_clock::now();
-    action();
-    return std::chrono::steady_clock::now() - start;
-}
-
-Milliseconds median(std::vector<Milliseconds> times) {
-    const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
-    std::ranges::nth_element(times, middle);
-    return *middle;
-}
-
-/// Measures `action` and `floor` in turns, so that both see the same machine; what `tidy` does before each
-/// action doesn't count.
-template <typename Tidy, typename Action, typename Floor>
-void measure(benchmark::State& state, Tidy tidy, Action action, Floor floor) {
-    for (auto unused : state) {
-        static_cast<void>(unused);
-        std::vector<Milliseconds> times;
-        std::vector<Milliseconds> floors;
-        action();
-        floor();
-        for (int round = 0; round < rounds; ++round) {
-            floors.push_back(timed(floor));
-            tidy();
-            times.push_back(timed(action));
-        }
-        const Milliseconds time = median(times);
-        tidy();
-        const PeakMemory memory;
-        action();
-        state.counters["peak_mb"] = memory.megabytes();
-        state.counters["ms"] = time.count();
-        state.counters["floor_ms"] = median(floors).count();
-        state.counters["ratio_to_floor"] = time / median(floors);
-        state.SetIterationTime(time.count() / 1000);
-    }
-}
 
 /// Loading as the program loads, element by element, against the bare parse of the same bytes in memory by a
 /// parser that has its buffers already.
@@ -149,12 +63,12 @@ void LoadHistory(benchmark::State& state) {
         simdjson::padded_string::load((fixture.folder / "sessions.json").string());
     state.counters["file_mb"] = static_cast<double>(bytes.size()) / 1e6;
     simdjson::dom::parser parser;
-    std::optional<History> history;
+    std::optional<Sessions> history;
     measure(
-        state, [&] { history.reset(); },
+        state, Limit{.ratio = 6.5, .goal = 3.5}, [&] { history.reset(); },
         [&] {
             auto result = fixture.store().readLossy();
-            history = std::move(std::get<JSONStore<History>::Loaded>(result).value);
+            history = std::move(std::get<JSONStore<Sessions>::Loaded>(result).value);
             if (history->size() != static_cast<std::size_t>(state.range(0)))
                 std::abort();
         },
@@ -175,7 +89,8 @@ void SaveHistory(benchmark::State& state) {
             std::abort();
     };
     measure(
-        state, [] {}, [&] { check(fixture.store().save(fixture.history).has_value()); },
+        state, Limit{.ratio = 1.5, .goal = 1.1}, [] {},
+        [&] { check(fixture.store().save(fixture.history).has_value()); },
         [&] {
             const auto temporary = fixture.folder / "floor.new";
             const int file = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);

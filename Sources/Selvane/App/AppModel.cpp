@@ -1,8 +1,6 @@
 #include "Selvane/App/AppModel.h"
 
-#include "SelvaneCore/FocusScore.h"
 #include "SelvaneCore/Log.h"
-#include "SelvaneCore/Stats.h"
 
 #include <algorithm>
 #include <array>
@@ -90,7 +88,7 @@ void AppModel::loadStores() {
     auto tasks = _taskStore.read();
     auto sessions = _sessionStore.readLossy();
     _tasks = takeLoaded<TaskList>(tasks);
-    _sessions = takeLoaded<std::vector<FocusSession>>(sessions);
+    _history = History(takeLoaded<std::vector<FocusSession>>(sessions));
 
     if (const auto id = _environment.defaults->text(currentTaskKey))
         _currentTaskID = UUID::parse(*id);
@@ -101,7 +99,7 @@ void AppModel::loadStores() {
         _lockedFiles.insert(_sessionStore.url());
 
     _dataLifecycle->recoverDamagedFiles(*this, tasks, sessions);
-    _hadDataAtLaunch = !_tasks.items.empty() || !_sessions.empty();
+    _hadDataAtLaunch = !_tasks.items.empty() || !this->sessions().empty();
 }
 
 // Wiring
@@ -339,8 +337,8 @@ void AppModel::changeTasks(const std::function<void(TaskList&)>& change, TaskCha
 }
 
 void AppModel::append(FocusSession session) {
-    _sessions.push_back(std::move(session));
-    persist(_sessions, _sessionStore);
+    _history.append(std::move(session));
+    persist(sessions(), _sessionStore);
     sessionsChanged.emit();
 }
 
@@ -381,16 +379,17 @@ const TaskItem* AppModel::currentTask() const {
 }
 
 int AppModel::todayMinutes() const {
-    const auto minutes = Stats::focusMinutesByDay(_sessions, _settings->dayStartHour(), localCalendar());
+    const MinutesByDay& minutes = _history.focusMinutesByDay(_settings->dayStartHour(), localCalendar());
     const auto found = minutes.find(today());
     return found == minutes.end() ? 0 : found->second;
 }
 
 StreakResult AppModel::streak() const {
-    const Calendar calendar = localCalendar();
-    return StreakCalculator::compute(Stats::focusMinutesByDay(_sessions, _settings->dayStartHour(), calendar),
-                                     _settings->dailyGoalMinutes(), today(),
-                                     _settings->streakFreezesEnabled(), calendar);
+    return _history.streak({.goalMinutes = _settings->dailyGoalMinutes(),
+                            .today = today(),
+                            .freezesEnabled = _settings->streakFreezesEnabled(),
+                            .dayStartHour = _settings->dayStartHour(),
+                            .calendar = localCalendar()});
 }
 
 std::optional<double> AppModel::todayFocusScore() const {
@@ -398,7 +397,7 @@ std::optional<double> AppModel::todayFocusScore() const {
     if (_settings->focusGuardMode() == FocusGuardMode::off || distracting.empty())
         return std::nullopt;
     const Date dayStart = today().start(_settings->dayStartHour(), localCalendar());
-    return FocusScore::compute(Stats::appTotals(_sessions, dayStart), distracting);
+    return _history.averageFocusScore(distracting, dayStart);
 }
 
 bool AppModel::sessionWasShortened() const {

@@ -2,10 +2,10 @@
 
 #include "Selvane/App/AppEnvironment.h"
 #include "Selvane/App/Pane.h"
+#include "SelvaneCore/History.h"
 #include "SelvaneCore/JSONStore.h"
 #include "SelvaneCore/Lifetime.h"
 #include "SelvaneCore/Signal.h"
-#include "SelvaneCore/StreakCalculator.h"
 #include "SelvaneCore/TaskList.h"
 #include "SelvaneCore/TimerEngine.h"
 
@@ -88,8 +88,9 @@ public:
     [[nodiscard]] BackupManager& backups() { return *_backups; }
 
     [[nodiscard]] const TaskList& tasks() const { return _tasks; }
-    /// Oldest first.
-    [[nodiscard]] const std::vector<FocusSession>& sessions() const { return _sessions; }
+    /// The sessions, oldest first, and the figures that are counted from them.
+    [[nodiscard]] const History& history() const { return _history; }
+    [[nodiscard]] const std::vector<FocusSession>& sessions() const { return _history.sessions(); }
     [[nodiscard]] const std::optional<UUID>& currentTaskID() const { return _currentTaskID; }
     /// The last failure to save, for the user.
     [[nodiscard]] const std::optional<std::string>& saveError() const { return _saveError; }
@@ -178,7 +179,7 @@ private:
     std::unique_ptr<CalendarWatcher> _calendar;
 
     TaskList _tasks;
-    std::vector<FocusSession> _sessions;
+    History _history;
     std::optional<UUID> _currentTaskID;
     std::optional<std::string> _saveError;
     std::optional<std::string> _recoveryNotice;

@@ -1,0 +1,95 @@
+#include "GeneratedHistory.h"
+#include "Measure.h"
+#include "SelvaneCore/DayKeys.h"
+#include "SelvaneCore/Stats.h"
+#include "SelvaneCore/StreakCalculator.h"
+
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <cstddef>
+#include <cstdlib>
+#include <random>
+#include <span>
+#include <vector>
+
+namespace {
+
+using namespace selvane;
+using namespace selvane::benchmarks;
+
+constexpr int dayStartHour = 4;
+
+Calendar berlin() {
+    const auto calendar = Calendar::named("Europe/Berlin");
+    if (!calendar)
+        std::abort();
+    return *calendar;
+}
+
+/// Everything that a view shows of a history.
+void countFigures(std::span<const FocusSession> sessions, const Calendar& calendar) {
+    const MinutesByDay minutes = Stats::focusMinutesByDay(sessions, dayStartHour, calendar);
+    const DayKey today(sessions.back().start, dayStartHour, calendar);
+    benchmark::DoNotOptimize(StreakCalculator::compute(minutes, 50, today, true, calendar));
+    benchmark::DoNotOptimize(Stats::summary(sessions, calendar));
+    benchmark::DoNotOptimize(Stats::appTotals(sessions, distantPast));
+}
+
+/// The days of 100,000 sorted instants, against their civil days without any zone.
+void FindDayKeys(benchmark::State& state) {
+    const Calendar calendar = berlin();
+    std::mt19937_64 random(1);
+    std::vector<Date> dates;
+    Date date = std::chrono::sys_days{std::chrono::year{2016} / 1 / 1};
+    for (std::int64_t left = state.range(0); left > 0; --left)
+        dates.push_back(date += std::chrono::seconds{random() % 6000});
+    measure(
+        state, Limit{.ratio = 4}, [] {},
+        [&] {
+            DayKeys dayOf(dayStartHour, calendar);
+            for (const Date& each : dates)
+                benchmark::DoNotOptimize(dayOf(each));
+        },
+        [&] {
+            for (const Date& each : dates) {
+                const std::chrono::year_month_day day(std::chrono::floor<std::chrono::days>(each));
+                benchmark::DoNotOptimize(DayKey(int{day.year()}, static_cast<int>(unsigned{day.month()}),
+                                                static_cast<int>(unsigned{day.day()})));
+            }
+        });
+}
+
+/// All figures of a history, against looking at each session once.
+void CountFigures(benchmark::State& state) {
+    const Calendar calendar = berlin();
+    const auto sessions = generatedHistory(static_cast<std::size_t>(state.range(0)));
+    measure(
+        state, Limit{.ratio = 100}, [] {}, [&] { countFigures(sessions, calendar); },
+        [&] {
+            Seconds total{0.0};
+            for (const FocusSession& session : sessions)
+                total += session.actualSeconds;
+            benchmark::DoNotOptimize(total);
+        });
+}
+
+/// All figures of a history, against those of a tenth of it.
+void CountTenTimesTheHistory(benchmark::State& state) {
+    const Calendar calendar = berlin();
+    const auto sessions = generatedHistory(static_cast<std::size_t>(state.range(0)));
+    measure(
+        state, Limit{.ratio = 11}, [] {}, [&] { countFigures(sessions, calendar); },
+        [&] { countFigures(std::span(sessions).first(sessions.size() / 10), calendar); });
+}
+
+BENCHMARK(FindDayKeys)->Arg(100'000)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(CountFigures)->Arg(60'000)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(CountTenTimesTheHistory)
+    ->Arg(60'000)
+    ->Arg(600'000)
+    ->Iterations(1)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+
+} // namespace
