@@ -29,11 +29,14 @@ inline Milliseconds median(std::vector<Milliseconds> times) {
     return *middle;
 }
 
-/// What a measurement may cost, in times its floor.
+/// What a measurement may cost.
 struct Limit {
+    /// In times its floor.
     double ratio;
     /// Worth reaching, beyond the limit; 0 if nothing more is.
     double goal = 0;
+    /// In time on the machines that the project is developed on; 0 if only the ratio counts.
+    double milliseconds = 0;
 };
 
 /// Measures `action` and `floor` in turns, so that both see the same machine; what `tidy` does before each
@@ -61,6 +64,7 @@ void measure(benchmark::State& state, Limit limit, Tidy tidy, Action action, Flo
         state.counters["ratio_to_floor"] = time / median(floors);
         state.counters["limit"] = limit.ratio;
         state.counters["goal"] = limit.goal;
+        state.counters["limit_ms"] = limit.milliseconds;
         state.SetIterationTime(time.count() / 1000);
     }
 }
