@@ -1,6 +1,7 @@
 // Day keys against the C library, which reads the rules of the zones by itself and knows nothing of abseil.
 
 #include "SelvaneCore/DayKey.h"
+#include "Support/CLibraryZone.h"
 #include "Support/LocalTime.h"
 #include "Support/Printers.h"
 
@@ -21,34 +22,14 @@
 namespace selvane {
 namespace {
 
+using test::localTime;
+using test::ZoneInForce;
+
 constexpr std::time_t hour = 3600;
 constexpr std::time_t quarter = hour / 4;
 constexpr std::time_t day = 24 * hour;
 constexpr int latestStartHour = 6;
 constexpr int noonHour = 12;
-
-/// The zone of the C library, for as long as this lives.
-class ZoneInForce {
-public:
-    explicit ZoneInForce(const std::string& name) {
-        if (const char* const before = std::getenv("TZ"))
-            _before = before;
-        ::setenv("TZ", name.c_str(), 1);
-        ::tzset();
-    }
-    ~ZoneInForce() {
-        if (_before)
-            ::setenv("TZ", _before->c_str(), 1);
-        else
-            ::unsetenv("TZ");
-        ::tzset();
-    }
-    ZoneInForce(const ZoneInForce&) = delete;
-    ZoneInForce& operator=(const ZoneInForce&) = delete;
-
-private:
-    std::optional<std::string> _before;
-};
 
 std::time_t seconds(Date date) {
     return std::chrono::floor<std::chrono::seconds>(date).time_since_epoch().count();
@@ -56,12 +37,6 @@ std::time_t seconds(Date date) {
 
 Date toDate(std::time_t time) {
     return Date{std::chrono::seconds{time}};
-}
-
-std::tm localTime(std::time_t time) {
-    std::tm result{};
-    ::localtime_r(&time, &result);
-    return result;
 }
 
 DayKey dayOf(const std::tm& local) {
