@@ -1,4 +1,5 @@
 #include "SelvaneCore/AppUsageRecorder.h"
+#include "Support/Dice.h"
 #include "Support/LocalTime.h"
 #include "Support/Printers.h"
 
@@ -8,13 +9,14 @@
 #include <cstdint>
 #include <map>
 #include <optional>
-#include <random>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace selvane {
 namespace {
+
+using test::Dice;
 
 constexpr int histories = 20'000;
 constexpr int entriesPerHistory = 30;
@@ -115,15 +117,6 @@ public:
 
 private:
     const Log& _log;
-};
-
-class Dice {
-public:
-    explicit Dice(std::uint64_t seed) : _engine(seed) {}
-    int below(int limit) { return static_cast<int>(_engine() % static_cast<std::uint64_t>(limit)); }
-
-private:
-    std::mt19937_64 _engine;
 };
 
 /// Few identifiers and fewer names, so that segments meet again and entries tie in full.

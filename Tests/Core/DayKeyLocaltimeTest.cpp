@@ -1,6 +1,7 @@
 // Day keys against the C library, which reads the rules of the zones by itself and knows nothing of abseil.
 
 #include "SelvaneCore/DayKey.h"
+#include "SelvaneCore/DayKeys.h"
 #include "Support/CLibraryZone.h"
 #include "Support/LocalTime.h"
 #include "Support/Printers.h"
@@ -118,18 +119,29 @@ private:
 
 TEST_P(DayKeyLocaltime, TheKeyIsTheDayOfTheShiftedInstant) {
     const Calendar calendar = test::zone(GetParam().zone);
+    std::vector<DayKeys> many;
+    for (int startHour = 0; startHour <= latestStartHour; ++startHour)
+        many.emplace_back(startHour, calendar);
+
     std::size_t compared = 0;
     for (const Window& window : windows()) {
         constexpr std::size_t quartersPerHour = hour / quarter;
         for (std::size_t i = latestStartHour * quartersPerHour; i < window.quarters.size(); ++i) {
             const Date date = toDate(window.first + static_cast<std::time_t>(i) * quarter);
             const Date before = date - std::chrono::microseconds{1};
-            for (int startHour = 0; startHour <= latestStartHour; ++startHour) {
-                const std::size_t shifted = i - static_cast<std::size_t>(startHour) * quartersPerHour;
-                ASSERT_EQ(DayKey(date, startHour, calendar), dayOf(window.quarters[shifted]))
-                    << text(date) << " when days start at " << startHour;
-                ASSERT_EQ(DayKey(before, startHour, calendar), dayOf(window.secondsBefore[shifted]))
-                    << "a microsecond before " << text(date) << " when days start at " << startHour;
+            for (std::size_t startHour = 0; startHour < many.size(); ++startHour) {
+                const std::size_t shifted = i - startHour * quartersPerHour;
+                const DayKey key = dayOf(window.quarters[shifted]);
+                const DayKey keyBefore = dayOf(window.secondsBefore[shifted]);
+                const auto where = [&] {
+                    return text(date) + " when days start at " + std::to_string(startHour);
+                };
+                const int number = static_cast<int>(startHour);
+                ASSERT_EQ(DayKey(date, number, calendar), key) << where();
+                ASSERT_EQ(DayKey(before, number, calendar), keyBefore) << "a microsecond before " << where();
+                ASSERT_EQ(many[startHour](date), key) << "one of many: " << where();
+                ASSERT_EQ(many[startHour](before), keyBefore)
+                    << "one of many: a microsecond before " << where();
                 compared += 2;
             }
         }

@@ -5,6 +5,7 @@
 #include "SelvaneCore/Stats.h"
 #include "SelvaneCore/StreakCalculator.h"
 #include "Support/CLibraryZone.h"
+#include "Support/Dice.h"
 #include "Support/LocalTime.h"
 #include "Support/Printers.h"
 
@@ -16,7 +17,6 @@
 #include <ctime>
 #include <iostream>
 #include <map>
-#include <random>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -25,21 +25,12 @@
 namespace selvane {
 namespace {
 
+using test::Dice;
+
 constexpr int historiesPerZone = 12'500;
 constexpr std::time_t hour = 3600;
 /// Quarters of a second, which floats add up exactly.
 constexpr std::int64_t quartersPerMinute = 240;
-
-class Dice {
-public:
-    explicit Dice(std::uint64_t seed) : _engine(seed) {}
-    int below(int limit) { return static_cast<int>(_engine() % static_cast<std::uint64_t>(limit)); }
-    int between(int lowest, int highest) { return lowest + below(highest - lowest + 1); }
-    bool oneIn(int number) { return below(number) == 0; }
-
-private:
-    std::mt19937_64 _engine;
-};
 
 DayKey dayOf(std::time_t time) {
     const std::tm local = test::localTime(time);
@@ -235,22 +226,24 @@ TEST_P(ProgressRandom, AgreesWithASecondWayOfCounting) {
         const Question question = randomQuestion(days, dice);
         const std::map<DayKey, int> minutes = countedMinutes(question);
         const std::string story = letters(question, minutes);
-        const testing::Message where =
-            testing::Message() << "seed " << seed << ": days start at " << question.dayStartHour << ", goal "
-                               << question.goal << ", freezes " << question.freezes << ", from "
-                               << question.days.front().key.description() << ": " << story;
+        const auto where = [&] {
+            return testing::Message()
+                   << "seed " << seed << ": days start at " << question.dayStartHour << ", goal "
+                   << question.goal << ", freezes " << question.freezes << ", from "
+                   << question.days.front().key.description() << ": " << story;
+        };
 
         const MinutesByDay ours =
             Stats::focusMinutesByDay(question.sessions, question.dayStartHour, calendar);
-        ASSERT_EQ((std::map<DayKey, int>(ours.begin(), ours.end())), minutes) << where;
+        ASSERT_EQ((std::map<DayKey, int>(ours.begin(), ours.end())), minutes) << where();
         for (const auto& [day, sum] : minutes)
-            ASSERT_EQ(Stats::heatLevel(sum, question.goal), countedHeat(sum, question.goal)) << where;
+            ASSERT_EQ(Stats::heatLevel(sum, question.goal), countedHeat(sum, question.goal)) << where();
 
         const StreakResult streak = readStreak(story, question.freezes, question.days);
         ASSERT_EQ(StreakCalculator::compute(ours, question.goal, question.days[question.today].key,
                                             question.freezes, calendar),
                   streak)
-            << where;
+            << where();
         longest = std::max(longest, streak.longest);
         frozen += streak.frozenDays.size();
     }

@@ -1,4 +1,5 @@
 #include "SelvaneCore/TimerEngine.h"
+#include "Support/Dice.h"
 #include "Support/LocalTime.h"
 #include "Support/Printers.h"
 
@@ -6,27 +7,18 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <random>
 #include <string>
 #include <vector>
 
 namespace selvane {
 namespace {
 
+using test::Dice;
+
 constexpr int sequences = 10'000;
 constexpr int stepsPerSequence = 40;
 
 enum class Command { start, pause, resume, toggle, reset, skip, select, tick };
-
-/// Random numbers that are the same everywhere.
-class Dice {
-public:
-    explicit Dice(std::uint64_t seed) : _engine(seed) {}
-    int below(int limit) { return static_cast<int>(_engine() % static_cast<std::uint64_t>(limit)); }
-
-private:
-    std::mt19937_64 _engine;
-};
 
 /// One letter an event: Started, Paused, Finished, Interrupted, Changed.
 char letter(const TimerEvent& event) {

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+#include <random>
+
+namespace selvane::test {
+
+/// Random numbers that are the same everywhere.
+class Dice {
+public:
+    explicit Dice(std::uint64_t seed) : _engine(seed) {}
+
+    int below(int limit) { return static_cast<int>(_engine() % static_cast<std::uint64_t>(limit)); }
+    int between(int lowest, int highest) { return lowest + below(highest - lowest + 1); }
+    bool oneIn(int number) { return below(number) == 0; }
+
+private:
+    std::mt19937_64 _engine;
+};
+
+} // namespace selvane::test
