@@ -91,6 +91,17 @@ TEST(DayKey, OneInstantIsAnotherDayInAnotherZone) {
     EXPECT_EQ(DayKey(date, 0, zone("Europe/Berlin")), DayKey(2026, 7, 2));
 }
 
+TEST(DayKey, AKeyKeepsItsDateWhenTheZoneChangesLater) {
+    const Date date = utc(2026, 7, 1, 22, 30);
+    const DayKey made(date, 4, zone("America/New_York"));
+    ASSERT_NE(DayKey(date, 4, zone("Pacific/Kiritimati")), made);
+    for (const char* const name : allZones) {
+        const Calendar elsewhere = zone(name);
+        EXPECT_EQ(DayKey(made.date(elsewhere), 4, elsewhere), made) << name;
+        EXPECT_EQ(made.adding(1, elsewhere), DayKey(2026, 7, 2)) << name;
+    }
+}
+
 TEST(DayKey, TheDistantPastHasADay) {
     EXPECT_EQ(DayKey(distantPast, 0, Calendar::utc()), DayKey(1, 1, 1));
     EXPECT_EQ(DayKey(distantPast, 4, Calendar::utc()), DayKey(0, 12, 31));
@@ -175,10 +186,15 @@ INSTANTIATE_TEST_SUITE_P(
                     AddingRow{"clockBack", "Europe/Berlin", {2026, 10, 24}, 1, {2026, 10, 25}},
                     AddingRow{"clockBackAndOn", "Europe/Berlin", {2026, 10, 25}, 1, {2026, 10, 26}},
                     AddingRow{"backOverAClockBack", "Europe/Berlin", {2026, 10, 26}, -1, {2026, 10, 25}},
+                    AddingRow{"backToAClockForward", "Europe/Berlin", {2026, 3, 30}, -1, {2026, 3, 29}},
+                    AddingRow{"backOverAClockForward", "Europe/Berlin", {2026, 3, 29}, -1, {2026, 3, 28}},
                     AddingRow{"skippedMidnight", "America/Sao_Paulo", {2018, 11, 3}, 1, {2018, 11, 4}},
                     AddingRow{"overASkippedDay", "Pacific/Apia", {2011, 12, 29}, 1, {2011, 12, 31}},
                     AddingRow{"backOverASkippedDay", "Pacific/Apia", {2011, 12, 31}, -1, {2011, 12, 29}},
                     AddingRow{"pastASkippedDay", "Pacific/Apia", {2011, 12, 29}, 2, {2011, 12, 31}},
+                    AddingRow{"backOntoASkippedDay", "Pacific/Apia", {2012, 1, 1}, -2, {2011, 12, 29}},
+                    AddingRow{"fromASkippedDay", "Pacific/Apia", {2011, 12, 30}, 1, {2012, 1, 1}},
+                    AddingRow{"backFromASkippedDay", "Pacific/Apia", {2011, 12, 30}, -1, {2011, 12, 29}},
                     AddingRow{"overASkippedNewYear", "Pacific/Kiritimati", {1994, 12, 30}, 1, {1995, 1, 1}},
                     AddingRow{"sameDatesElsewhere", "Europe/Berlin", {2011, 12, 29}, 1, {2011, 12, 30}}),
     [](const auto& test) { return std::string(test.param.name); });

@@ -119,6 +119,18 @@ TEST(StatsMinutes, WhatDoesNotFitBecomesTheNearestNumber) {
               (MinutesByDay{{day, 0}}));
 }
 
+TEST(StatsMinutes, SumsBeyondAllMeasureSaturate) {
+    constexpr int most = std::numeric_limits<int>::max();
+    for (const double seconds : {1e300, 1e308}) {
+        const Sessions sessions{session(morning, seconds), session(morning, seconds),
+                                session(morning, seconds, Phase::longBreak)};
+        EXPECT_EQ(Stats::focusMinutesByDay(sessions, 4, Calendar::utc()),
+                  (MinutesByDay{{{2026, 3, 5}, most}}));
+        EXPECT_EQ(Stats::summary(sessions, Calendar::utc()), (Stats::Summary{most, 2, most, 9}));
+        EXPECT_EQ(Stats::heatLevel(most, 60), 4);
+    }
+}
+
 struct HeatRow {
     const char* name;
     int minutes;
@@ -203,6 +215,21 @@ TEST(StatsApps, EqualSecondsSortByNameUpperCaseFirst) {
     for (const AppUsage& usage : Stats::appTotals(sessions, distantPast))
         ids.push_back(usage.bundleID);
     EXPECT_EQ(ids, (std::vector<std::string>{"5", "3", "2", "1", "4"}));
+}
+
+TEST(StatsApps, NamesCompareInComposedForm) {
+    // Decomposed, the accented name would begin with an "e" and come first.
+    const Sessions sessions{withApps(morning, {{"1", "e\u0301", Seconds{5}}, {"2", "z", Seconds{5}}})};
+    const std::vector<AppUsage> totals = Stats::appTotals(sessions, distantPast);
+    ASSERT_EQ(totals.size(), 2U);
+    EXPECT_EQ(totals[0].bundleID, "2");
+}
+
+TEST(StatsApps, FullTiesComeAsTheyWereMet) {
+    std::vector<AppUsage> apps;
+    for (int i = 40; i > 0; --i)
+        apps.push_back({std::to_string(i), "Same", Seconds{5}});
+    EXPECT_EQ(Stats::appTotals(Sessions{withApps(morning, apps)}, distantPast), apps);
 }
 
 TEST(StatsApps, ASessionAtTheVeryStartOfThePeriodCounts) {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -137,6 +138,34 @@ TEST(StreakCalculator, ASkippedDayIsNoMiss) {
     EXPECT_EQ(StreakCalculator::compute(minutes, goal, DayKey(2011, 12, 31), true, apia).current, 3);
     EXPECT_EQ(StreakCalculator::compute(minutes, goal, DayKey(2011, 12, 31), true, Calendar::utc()).current,
               1);
+}
+
+TEST(StreakCalculator, EachDateOfAWinterIsVisitedOnce) {
+    // Month ends of every length, a year end and, but for UTC, two clock changes lie between; a date that is
+    // left out or visited twice changes the count.
+    for (const char* const name : {"UTC", "Europe/Berlin", "America/New_York", "Australia/Lord_Howe"}) {
+        const Calendar calendar = zone(name);
+        MinutesByDay minutes;
+        for (const auto& [year, month, last] :
+             {std::array{2027, 10, 31}, std::array{2027, 11, 30}, std::array{2027, 12, 31},
+              std::array{2028, 1, 31}, std::array{2028, 2, 29}, std::array{2028, 3, 31},
+              std::array{2028, 4, 30}}) {
+            for (int day = 1; day <= last; ++day)
+                minutes[DayKey(year, month, day)] = goal;
+        }
+        EXPECT_EQ(StreakCalculator::compute(minutes, goal, DayKey(2028, 4, 30), true, calendar),
+                  (StreakResult{213, 213, 2, {}, true}))
+            << name;
+    }
+}
+
+TEST(StreakCalculator, WithoutFreezesTheSameHistoryBreaksAtEachMiss) {
+    const History history(met(14) + "-MM-M");
+    EXPECT_EQ(
+        history.compute(true),
+        (StreakResult{
+            17, 17, 0, {firstDay.adding(14, Calendar::utc()), firstDay.adding(17, Calendar::utc())}, true}));
+    EXPECT_EQ(history.compute(false), (StreakResult{1, 14, 0, {}, true}));
 }
 
 TEST(StreakCalculator, TheResultDependsOnlyOnTheArguments) {

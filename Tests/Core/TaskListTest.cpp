@@ -75,6 +75,7 @@ TEST(TaskList, UnknownIdsChangeNothing) {
     const TaskList before{{doneTask('x', now), openTask('a')}};
     TaskList list = before;
     list.setDone(idOf('z'), true, now);
+    list.rename(idOf('z'), "other");
     list.setEstimate(idOf('z'), 3);
     list.creditPomodoro(idOf('z'));
     list.remove(idOf('z'));
@@ -134,6 +135,30 @@ TEST(TaskList, RemovingTakesEveryItemWithTheId) {
     TaskList list = openTasks("abacd");
     list.remove(idOf('a'));
     EXPECT_EQ(titles(list.items), "bcd");
+}
+
+TEST(TaskList, OnlyRemovingMeansEveryItemWithTheId) {
+    const TaskList twice = openTasks("abac");
+    const auto expectOnlyTheFirstChanged = [&](const TaskList& list) {
+        ASSERT_EQ(list.items.size(), 4U);
+        EXPECT_NE(list.items[0], twice.items[0]);
+        for (const std::size_t place : {1U, 2U, 3U})
+            EXPECT_EQ(list.items[place], twice.items[place]) << place;
+    };
+    TaskList list = twice;
+    list.setDone(idOf('a'), true, now);
+    expectOnlyTheFirstChanged(list);
+    list = twice;
+    list.rename(idOf('a'), "other");
+    expectOnlyTheFirstChanged(list);
+    list = twice;
+    list.setEstimate(idOf('a'), 3);
+    expectOnlyTheFirstChanged(list);
+    list = twice;
+    list.creditPomodoro(idOf('a'));
+    expectOnlyTheFirstChanged(list);
+    list.remove(idOf('a'));
+    EXPECT_EQ(titles(list.items), "bc");
 }
 
 TEST(TaskList, AnItemMayBeRemovedByItsOwnId) {
@@ -268,6 +293,17 @@ TEST(TaskList, NewTaskGoesBehindTheOpenOnesAndBeforeTheDoneOnes) {
     EXPECT_EQ(titles(onlyDone.items), "DC");
 }
 
+TEST(TaskList, NewTaskGoesBeforeTheFirstDoneOneOfAnyList) {
+    TaskList list{{openTask('a'), doneTask('x', now), openTask('b')}};
+    list.add("D", now);
+    EXPECT_EQ(titles(list.items), "aDxb");
+}
+
+TEST(TaskList, WhiteSpaceWithinATitleStays) {
+    TaskList list;
+    EXPECT_EQ(list.add(" one\n two  three\t", now)->title, "one\n two  three");
+}
+
 TEST(TaskList, TitleIsTrimmedBeforeItIsCutTo300Characters) {
     TaskList list;
     EXPECT_EQ(list.add(std::string(301, 'x'), now)->title, std::string(300, 'x'));
@@ -281,6 +317,12 @@ TEST(TaskList, EmojiOfSeveralCodePointsIsOneCharacterOfATitle) {
     TaskList list;
     EXPECT_EQ(list.add(std::string(299, 'x') + family, now)->title, std::string(299, 'x') + family);
     EXPECT_EQ(list.add(std::string(300, 'x') + family, now)->title, std::string(300, 'x'));
+}
+
+TEST(TaskList, ANewTitleIsCutLikeTheFirstOne) {
+    TaskList list = openTasks("A");
+    list.rename(idOf('A'), "  " + std::string(301, 'x'));
+    EXPECT_EQ(list.items.front().title, std::string(300, 'x'));
 }
 
 TEST(TaskList, RenameCleansTheTitleAndRefusesABlankOne) {

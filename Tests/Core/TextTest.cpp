@@ -92,6 +92,28 @@ TEST(Text, LowerCase) {
     EXPECT_EQ(Text::lowercased("日本"), "日本");
 }
 
+struct SigmaRow {
+    const char* name;
+    std::string_view text;
+    std::string_view lowercased;
+};
+
+class SigmaTable : public testing::TestWithParam<SigmaRow> {};
+
+TEST_P(SigmaTable, TakesItsFinalFormAtAWordsEnd) {
+    EXPECT_EQ(Text::lowercased(GetParam().text), GetParam().lowercased);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Text, SigmaTable,
+    testing::Values(SigmaRow{"atTheEnd", "ΑΣ"sv, "ας"sv}, SigmaRow{"atTheBeginning", "ΣΑ"sv, "σα"sv},
+                    SigmaRow{"within", "ΑΣΑ"sv, "ασα"sv}, SigmaRow{"alone", "Σ"sv, "σ"sv},
+                    SigmaRow{"beforeASpace", "ΑΣ Α"sv, "ας α"sv},
+                    SigmaRow{"beforeAFullStop", "ΑΣ."sv, "ας."sv}, SigmaRow{"afterASpace", "Α Σ"sv, "α σ"sv},
+                    SigmaRow{"twoAtTheEnd", "ΑΣΣ"sv, "ασς"sv}, SigmaRow{"behindLatinLetters", "xΣ"sv, "xς"sv},
+                    SigmaRow{"smallOnesStay", "ασ ςα"sv, "ασ ςα"sv}),
+    [](const auto& test) { return std::string(test.param.name); });
+
 TEST(Text, EqualityIsCanonical) {
     EXPECT_TRUE(Text::isEqual("", ""));
     EXPECT_TRUE(Text::isEqual("caf\u00e9", "cafe\u0301"));
