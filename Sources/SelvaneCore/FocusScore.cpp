@@ -1,5 +1,8 @@
 #include "SelvaneCore/FocusScore.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace selvane::FocusScore {
 
 namespace {
@@ -18,9 +21,10 @@ std::optional<double> compute(std::span<const AppUsage> apps, const DistractingS
         if (distracting.contains(usage.bundleID))
             lost += usage.seconds;
     }
-    if (!(total >= leastTotal))
+    if (!(total >= leastTotal) || !std::isfinite(total.count()))
         return std::nullopt;
-    return 1.0 - lost / total;
+    // Records made by hand may hold negative times.
+    return std::clamp(1.0 - lost / total, 0.0, 1.0);
 }
 
 } // namespace selvane::FocusScore

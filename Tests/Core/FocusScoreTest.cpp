@@ -46,6 +46,12 @@ INSTANTIATE_TEST_SUITE_P(
         ScoreRow{
             "sitesCountByTheirIdentifier", {usage("a", 75), usage("site:x.org", 25)}, {"site:x.org"}, 0.75},
         ScoreRow{"aSiteIsNotItsBareDomain", {usage("site:x.org", 25)}, {"x.org"}, 1.0},
+        ScoreRow{"moreLostThanThereWas", {usage("a", -10), usage("b", 100)}, {"b"}, 0.0},
+        ScoreRow{"lessThanNothingLost", {usage("a", 100), usage("b", -10)}, {"b"}, 1.0},
+        ScoreRow{"beyondAllMeasure", {usage("a", 1e308), usage("b", 1e308)}, {"b"}, std::nullopt},
+        ScoreRow{"lostBeyondAllMeasure", {usage("a", 1e308), usage("b", 1e308)}, {"a", "b"}, std::nullopt},
+        ScoreRow{"infinite", {usage("a", std::numeric_limits<double>::infinity())}, {}, std::nullopt},
+        ScoreRow{"theMostThatAddsUp", {usage("a", 8e307), usage("b", 8e307)}, {"b"}, 0.5},
         ScoreRow{"notANumber", {usage("a", std::numeric_limits<double>::quiet_NaN())}, {}, std::nullopt}),
     [](const auto& test) { return std::string(test.param.name); });
 
