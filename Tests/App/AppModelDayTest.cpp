@@ -71,8 +71,7 @@ TEST_F(AppModelDay, OpeningAViewBacksUpRollsOverTicksAndRefreshesInThisOrder) {
     model.engine().start();
     harness.now += std::chrono::days{2};
     harness.journal.clear();
-    const auto tasks =
-        model.tasksChanged.subscribe([&](AppModel::TaskChange) { harness.journal.note("rolled over"); });
+    const auto tasks = model.tasksChanged.subscribe([&](TaskChange) { harness.journal.note("rolled over"); });
     model.refreshForDisplay();
     EXPECT_THAT(harness.journal.entries(),
                 ElementsAre("lifecycle.backUpDaily", "rolled over", "activity.end",

@@ -14,7 +14,6 @@
 namespace selvane {
 namespace {
 
-using TaskChange = AppModel::TaskChange;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;

@@ -190,7 +190,7 @@ TEST_F(AppModelTimer, CelebratesWhenTaskAndSessionAreOnDisk) {
     model.setCurrentTaskID(id(test::firstTask));
     std::string order;
     std::string history;
-    const auto tasks = model.tasksChanged.subscribe([&](AppModel::TaskChange) { order += "tasks "; });
+    const auto tasks = model.tasksChanged.subscribe([&](TaskChange) { order += "tasks "; });
     const auto sessions = model.sessionsChanged.subscribe([&] { order += "sessions "; });
     harness.answers.onSound = [&] {
         order += "sound";

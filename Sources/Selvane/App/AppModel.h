@@ -2,6 +2,7 @@
 
 #include "Selvane/App/AppEnvironment.h"
 #include "Selvane/App/Pane.h"
+#include "Selvane/App/TaskChange.h"
 #include "SelvaneCore/History.h"
 #include "SelvaneCore/JSONStore.h"
 #include "SelvaneCore/Lifetime.h"
@@ -119,11 +120,6 @@ public:
 
     /// Brings the release notes before the user.
     std::function<void()> showWhatsNewAfterUpdate;
-
-    /// How views show a change of the list. Animated is what happens to rows by itself or for good: the order
-    /// restored after a tick, a deletion, the clearing of done tasks; each with a spring of response 0.5 s
-    /// and damping fraction 0.85. All else is plain.
-    enum class TaskChange { plain, animated };
 
     /// Emitted for every command that writes the list, after the write, also if nothing in it differs.
     Signal<TaskChange> tasksChanged;
