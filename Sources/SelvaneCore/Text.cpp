@@ -129,6 +129,35 @@ std::string_view prefix(std::string_view text, std::size_t length) {
     return text.substr(0, end);
 }
 
+std::vector<std::string_view> characters(std::string_view text) {
+    std::vector<std::string_view> result;
+    if (isASCII(text)) {
+        for (std::size_t start = 0; start < text.size(); start += result.back().size())
+            result.push_back(text.substr(start, text.substr(start).starts_with("\r\n") ? 2 : 1));
+        return result;
+    }
+    Characters boundaries(text);
+    std::size_t start = 0;
+    for (std::size_t end = boundaries.next(); end != std::string_view::npos; end = boundaries.next()) {
+        result.push_back(text.substr(start, end - start));
+        start = end;
+    }
+    return result;
+}
+
+std::u32string scalars(std::string_view text) {
+    constexpr char32_t replacement = U'\uFFFD';
+    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    std::u32string result;
+    std::size_t offset = 0;
+    while (offset < text.size()) {
+        UChar32 character = 0;
+        U8_NEXT(bytes, offset, text.size(), character);
+        result += character < 0 ? replacement : static_cast<char32_t>(character);
+    }
+    return result;
+}
+
 std::string_view trimmed(std::string_view text) {
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
     std::size_t start = 0;

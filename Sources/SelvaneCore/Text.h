@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// Text as its readers see it, by the rules of Unicode and of no language in particular. All text is UTF-8;
 /// where it isn't, each wrong byte sequence counts as U+FFFD. Any thread; never fails.
@@ -17,6 +18,12 @@ namespace selvane::Text {
 
 /// The first `length` user-perceived characters, or all of them. A view into `text`.
 [[nodiscard]] std::string_view prefix(std::string_view text, std::size_t length);
+
+/// The user-perceived characters of the text in their order. Views into `text`.
+[[nodiscard]] std::vector<std::string_view> characters(std::string_view text);
+
+/// The Unicode scalar values of the text in their order.
+[[nodiscard]] std::u32string scalars(std::string_view text);
 
 /// The text without white space and line breaks (the property White_Space) at its ends. A view into `text`.
 [[nodiscard]] std::string_view trimmed(std::string_view text);

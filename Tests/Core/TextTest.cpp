@@ -5,6 +5,7 @@
 #include <compare>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace selvane {
 namespace {
@@ -34,6 +35,18 @@ TEST_P(TextCounts, PrefixesGrowByOneCharacter) {
     }
     EXPECT_EQ(Text::prefix(text, count), text);
     EXPECT_EQ(Text::prefix(text, count + 1), text);
+}
+
+TEST_P(TextCounts, CharactersCoverTheTextInOrder) {
+    const auto& [name, text, count] = GetParam();
+    const std::vector<std::string_view> characters = Text::characters(text);
+    EXPECT_EQ(characters.size(), count);
+    std::string joined;
+    for (const std::string_view character : characters) {
+        EXPECT_EQ(Text::count(character), 1U);
+        joined += character;
+    }
+    EXPECT_EQ(joined, text);
 }
 
 INSTANTIATE_TEST_SUITE_P(Text, TextCounts,
@@ -113,6 +126,14 @@ INSTANTIATE_TEST_SUITE_P(
                     SigmaRow{"twoAtTheEnd", "ΑΣΣ"sv, "ασς"sv}, SigmaRow{"behindLatinLetters", "xΣ"sv, "xς"sv},
                     SigmaRow{"smallOnesStay", "ασ ςα"sv, "ασ ςα"sv}),
     [](const auto& test) { return std::string(test.param.name); });
+
+TEST(Text, ScalarValues) {
+    EXPECT_EQ(Text::scalars(""), U"");
+    EXPECT_EQ(Text::scalars("a\0b"sv), std::u32string(U"a\0b", 3));
+    EXPECT_EQ(Text::scalars("e\u0301ß日🍅"), U"e\u0301ß日🍅");
+    EXPECT_EQ(Text::scalars("\U0010FFFF"), U"\U0010FFFF");
+    EXPECT_EQ(Text::scalars("a\x80z\xe2\x82"), U"a\uFFFDz\uFFFD");
+}
 
 TEST(Text, EqualityIsCanonical) {
     EXPECT_TRUE(Text::isEqual("", ""));
