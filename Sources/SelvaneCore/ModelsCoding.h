@@ -6,6 +6,7 @@
 #include "SelvaneCore/Models.h"
 #include "SelvaneCore/TaskList.h"
 
+#include <string>
 #include <vector>
 
 /// The JSON form of the stored records. Writing takes any record; reading is strict: a key that is missing, a
@@ -29,6 +30,11 @@ void encode(Writer& writer, const TaskList& list);
 [[nodiscard]] JSONOutcome decode(JSONValue value, FocusSession& into);
 [[nodiscard]] JSONOutcome decode(JSONValue value, TaskItem& into);
 [[nodiscard]] JSONOutcome decode(JSONValue value, TaskList& into);
+
+template <typename Writer>
+void encode(Writer& writer, const std::string& text) {
+    writer.value(text);
+}
 
 template <typename Writer, typename Element>
 void encode(Writer& writer, const std::vector<Element>& elements) {
