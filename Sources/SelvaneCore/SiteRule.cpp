@@ -25,8 +25,8 @@ constexpr auto is(std::string_view wanted) {
 
 Characters behindFirstScheme(Characters text) {
     constexpr std::array<std::string_view, 3> mark{":", "/", "/"};
-    const auto found = std::ranges::search(text, mark);
-    return found.empty() ? text : Characters(found.end(), text.end());
+    const auto found = std::search(text.begin(), text.end(), mark.begin(), mark.end());
+    return found == text.end() ? text : Characters(found + mark.size(), text.end());
 }
 
 Characters beforePath(Characters text) {
