@@ -1,3 +1,4 @@
+#include "Fuzz/Require.h"
 #include "SelvaneCore/FileContents.h"
 #include "SelvaneCore/JSONReader.h"
 #include "SelvaneCore/JSONWriter.h"
@@ -6,17 +7,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
 namespace selvane {
 namespace {
-
-void require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 /// What was read can be written, and what was written is read as the same and written as the same bytes.
 template <typename Stored, typename Read>
