@@ -16,9 +16,10 @@ namespace {
 constexpr int noonHour = 12;
 
 DayKey toKey(absl::CivilDay day) {
-    const auto year = std::clamp<absl::civil_year_t>(day.year(), std::numeric_limits<int>::min(),
-                                                     std::numeric_limits<int>::max());
-    return DayKey(static_cast<int>(year), day.month(), day.day());
+    static const absl::CivilDay first(std::numeric_limits<int>::min(), 1, 1);
+    static const absl::CivilDay last(std::numeric_limits<int>::max(), 12, 31);
+    day = std::clamp(day, first, last);
+    return DayKey(static_cast<int>(day.year()), day.month(), day.day());
 }
 
 /// The instant of an hour of a day, absent if instants don't reach that far.

@@ -39,11 +39,12 @@ struct DayKey {
     /// instants don't reach that far.
     [[nodiscard]] Date start(int dayStartHour, const Calendar& calendar) const;
 
-    /// The day that lies `days` later, or earlier if negative. A day that the zone skipped as a whole is
-    /// stepped over in the direction of travel.
+    /// The day that lies `days` dates later, or earlier if negative. A day that the zone skipped as a whole
+    /// is stepped over in the direction of travel, so that single steps visit each day once; a longer step
+    /// still counts its date. Goes on by dates where instants end, and stops at the first and last year.
     [[nodiscard]] DayKey adding(int days, const Calendar& calendar) const;
 
-    /// From 1 for Sunday to 7 for Saturday.
+    /// From 1 for Sunday to 7 for Saturday. That of its noon: of a day that the zone skipped, the next one's.
     [[nodiscard]] int weekday(const Calendar& calendar) const;
 
     /// The day as in "2026-03-05".

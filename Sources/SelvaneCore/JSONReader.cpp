@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cmath>
 #include <type_traits>
+#include <utility>
 
 namespace selvane {
 
@@ -213,6 +214,13 @@ tl::expected<JSONDocument, JSONError> JSONDocument::parse(const FileContents& co
 
 JSONOutcome decode(JSONValue value, bool& into) {
     return store(value, value.boolean(), into, "not a boolean");
+}
+
+JSONOutcome decode(JSONValue value, int& into) {
+    const auto number = value.integer();
+    const bool fits = number && std::in_range<int>(*number);
+    return store(value, fits ? std::optional(static_cast<int>(*number)) : std::nullopt, into,
+                 "not a whole number of 32 bits");
 }
 
 JSONOutcome decode(JSONValue value, std::int64_t& into) {

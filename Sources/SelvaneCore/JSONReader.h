@@ -123,6 +123,7 @@ using JSONOutcome = tl::expected<void, JSONError>;
 
 /// Each `decode` reads one type strictly; after a failure `into` is of no use.
 [[nodiscard]] JSONOutcome decode(JSONValue value, bool& into);
+[[nodiscard]] JSONOutcome decode(JSONValue value, int& into);
 [[nodiscard]] JSONOutcome decode(JSONValue value, std::int64_t& into);
 [[nodiscard]] JSONOutcome decode(JSONValue value, double& into);
 [[nodiscard]] JSONOutcome decode(JSONValue value, Seconds& into);

@@ -21,7 +21,8 @@ absl::Time toTime(Date date) {
 }
 
 /// The instant at which clocks change from one local time to another. Absent where the zone's two ways of
-/// telling it don't agree, which changes in quick succession may bring about.
+/// telling it don't agree, which only changes in quicker succession than their own lengths could bring about;
+/// no zone that is known has any.
 std::optional<Date> instant(const absl::TimeZone::CivilTransition& change, const absl::TimeZone& zone) {
     const absl::Time time = zone.At(std::min(change.from, change.to)).trans;
     if (absl::ToCivilSecond(time, zone) != change.to ||

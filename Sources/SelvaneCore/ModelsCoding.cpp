@@ -6,6 +6,18 @@
 namespace selvane {
 
 template <typename Writer>
+void encode(Writer& writer, const DayKey& key) {
+    writer.beginObject();
+    writer.key("day");
+    writer.value(key.day);
+    writer.key("month");
+    writer.value(key.month);
+    writer.key("year");
+    writer.value(key.year);
+    writer.endObject();
+}
+
+template <typename Writer>
 void encode(Writer& writer, const AppUsage& usage) {
     writer.beginObject();
     writer.key("bundleID");
@@ -84,6 +96,15 @@ JSONOutcome decode(JSONValue value, Phase& into) {
     return {};
 }
 
+JSONOutcome decode(JSONValue value, DayKey& into) {
+    static constexpr std::array<std::string_view, 3> keys{"day", "month", "year"};
+    JSONRecord record(value, keys);
+    record.required(0, into.day);
+    record.required(1, into.month);
+    record.required(2, into.year);
+    return record.outcome();
+}
+
 JSONOutcome decode(JSONValue value, AppUsage& into) {
     static constexpr std::array<std::string_view, 3> keys{"bundleID", "name", "seconds"};
     JSONRecord record(value, keys);
@@ -130,6 +151,8 @@ JSONOutcome decode(JSONValue value, TaskList& into) {
     return record.outcome();
 }
 
+template void encode(JSONWriter&, const DayKey&);
+template void encode(JSONChecker&, const DayKey&);
 template void encode(JSONWriter&, const AppUsage&);
 template void encode(JSONChecker&, const AppUsage&);
 template void encode(JSONWriter&, const FocusSession&);

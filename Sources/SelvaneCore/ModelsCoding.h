@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SelvaneCore/DayKey.h"
 #include "SelvaneCore/JSONChecker.h"
 #include "SelvaneCore/JSONReader.h"
 #include "SelvaneCore/JSONWriter.h"
@@ -17,6 +18,8 @@ namespace selvane {
 // `Writer` is a JSONWriter or a JSONChecker.
 
 template <typename Writer>
+void encode(Writer& writer, const DayKey& key);
+template <typename Writer>
 void encode(Writer& writer, const AppUsage& usage);
 template <typename Writer>
 void encode(Writer& writer, const FocusSession& session);
@@ -26,6 +29,7 @@ template <typename Writer>
 void encode(Writer& writer, const TaskList& list);
 
 [[nodiscard]] JSONOutcome decode(JSONValue value, Phase& into);
+[[nodiscard]] JSONOutcome decode(JSONValue value, DayKey& into);
 [[nodiscard]] JSONOutcome decode(JSONValue value, AppUsage& into);
 [[nodiscard]] JSONOutcome decode(JSONValue value, FocusSession& into);
 [[nodiscard]] JSONOutcome decode(JSONValue value, TaskItem& into);

@@ -29,8 +29,9 @@ public:
     /// Judges a session of `duration` that starts at `now` and should end `buffer` before the event. No
     /// event, or one that has begun, limits nothing. A shortened length is a whole number of minutes.
     ///
-    /// Any float and any instant has an answer: a `duration` that is infinite or not a number fits before no
-    /// event, an infinite `buffer` leaves no room, and one that is negative or not a number counts as none.
+    /// Any float and any instant has an answer: a `duration` that is infinite or not a number is longer
+    /// than any room, an infinite `buffer` leaves no room, and one that is negative or not a number counts as
+    /// none.
     [[nodiscard]] static SessionFit evaluate(Date now, Seconds duration, std::optional<Date> nextEventStart,
                                              Seconds buffer);
 

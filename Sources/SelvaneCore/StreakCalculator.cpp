@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <vector>
 
 namespace selvane::StreakCalculator {
 
@@ -23,6 +24,14 @@ void addMissedDay(StreakResult& result, const DayKey& day, bool freezesEnabled) 
     }
 }
 
+/// The first of the sorted days after `day` that the zone has: a day that it skipped is never walked on.
+std::optional<DayKey> nextDayOf(const std::vector<DayKey>& days, const DayKey& day,
+                                const Calendar& calendar) {
+    const auto isInZone = [&calendar](const DayKey& each) { return each.adding(0, calendar) == each; };
+    const auto found = std::find_if(std::ranges::upper_bound(days, day), days.end(), isInZone);
+    return found == days.end() ? std::nullopt : std::optional(*found);
+}
+
 } // namespace
 
 StreakResult compute(const MinutesByDay& minutesByDay, int goalMinutes, DayKey today, bool freezesEnabled,
@@ -34,23 +43,26 @@ StreakResult compute(const MinutesByDay& minutesByDay, int goalMinutes, DayKey t
         return entry != minutesByDay.end() && entry->second >= goal;
     };
 
-    // 3. The first met day.
-    std::optional<DayKey> first;
+    // 3. The met days, first of all the first.
+    std::vector<DayKey> met;
     for (const auto& [day, minutes] : minutesByDay) {
-        if (minutes >= goal && (!first || day < *first))
-            first = day;
+        if (minutes >= goal)
+            met.push_back(day);
     }
+    std::ranges::sort(met);
     // 3. and 4. Nothing to walk.
-    if (!first || today < *first)
+    if (met.empty() || today < met.front())
         return StreakResult::empty();
 
-    // 5. and 6. All days before today.
+    // 5. and 6. All days before today. Without a run a missed day changes nothing, so there the walk goes on
+    // with the next met day: a single session long ago doesn't cost all the days since.
     StreakResult result;
-    for (DayKey day = *first; day < today; day = day.adding(1, calendar)) {
+    for (DayKey day = met.front(); day < today;) {
         if (isMet(day))
             addMetDay(result, freezesEnabled);
         else
             addMissedDay(result, day, freezesEnabled);
+        day = result.current > 0 ? day.adding(1, calendar) : nextDayOf(met, day, calendar).value_or(today);
     }
 
     // 7. Today only adds.

@@ -99,22 +99,26 @@ void TaskList::move(const std::set<std::ptrdiff_t>& offsets, std::ptrdiff_t dest
     // 2. Nothing to move.
     if (valid.empty())
         return;
-    // 3. Copy the selected items.
+    // 3. Take the selected items out, and 5. keep the others, in one pass.
     std::vector<TaskItem> selected;
-    for (const std::ptrdiff_t offset : valid)
-        selected.push_back(items[static_cast<std::size_t>(offset)]);
+    std::vector<TaskItem> others;
+    auto next = valid.begin();
+    for (std::ptrdiff_t offset = 0; offset < std::ssize(items); ++offset) {
+        const bool isSelected = next != valid.end() && *next == offset;
+        next += isSelected ? 1 : 0;
+        (isSelected ? selected : others).push_back(std::move(items[static_cast<std::size_t>(offset)]));
+    }
     // 4. How many of them stand before the destination.
     const std::ptrdiff_t before =
         std::ranges::count_if(valid, [destination](std::ptrdiff_t offset) { return offset < destination; });
-    // 5. Remove them, from the highest offset down.
-    for (auto offset = valid.rbegin(); offset != valid.rend(); ++offset)
-        items.erase(items.begin() + *offset);
     // 6. The destination among those that are left, which clamped first can't overflow.
-    const std::ptrdiff_t size = std::ssize(items);
+    const std::ptrdiff_t size = std::ssize(others);
     const std::ptrdiff_t place = std::clamp<std::ptrdiff_t>(
         std::clamp<std::ptrdiff_t>(destination, 0, size + std::ssize(selected)) - before, 0, size);
     // 7. Insert them as one run.
-    items.insert(items.begin() + place, selected.begin(), selected.end());
+    others.insert(others.begin() + place, std::move_iterator(selected.begin()),
+                  std::move_iterator(selected.end()));
+    items = std::move(others);
     // 8. Restore the order.
     normalize();
 }

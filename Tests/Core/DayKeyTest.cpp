@@ -221,6 +221,16 @@ TEST(DayKey, SteppingVisitsEachDateOnceInBothDirections) {
 
 TEST(DayKey, SteppingGoesOnWhereInstantsEnd) {
     EXPECT_EQ(DayKey(300'000, 12, 31).adding(1, Calendar::utc()), DayKey(300'001, 1, 1));
+    constexpr int lastYear = std::numeric_limits<int>::max();
+    constexpr int firstYear = std::numeric_limits<int>::min();
+    EXPECT_EQ(DayKey(lastYear, 12, 30).adding(1, Calendar::utc()), DayKey(lastYear, 12, 31));
+    EXPECT_EQ(DayKey(lastYear, 12, 31).adding(1, Calendar::utc()), DayKey(lastYear, 12, 31));
+    EXPECT_EQ(DayKey(firstYear, 1, 1).adding(-1, Calendar::utc()), DayKey(firstYear, 1, 1));
+}
+
+TEST(DayKey, TheWeekdayOfASkippedDayIsThatOfItsNoon) {
+    EXPECT_EQ(DayKey(2011, 12, 30).weekday(zone("Pacific/Apia")), 7);
+    EXPECT_EQ(DayKey(2011, 12, 30).weekday(Calendar::utc()), 6);
 }
 
 struct WeekdayRow {

@@ -131,6 +131,36 @@ TEST(ModelsCoding, TaskGolden) {
     EXPECT_EQ(decoded<TaskItem>(goldenTask), doneTask);
 }
 
+/// Into a day that no text below names.
+tl::expected<DayKey, std::string> decodedDay(std::string_view text) {
+    const auto document = JSONDocument::parse(FileContents::copy(text));
+    DayKey key(1, 1, 1);
+    if (const auto outcome = decode(document->root(), key); !outcome)
+        return tl::unexpected(outcome.error().description());
+    return key;
+}
+
+TEST(ModelsCoding, ADayIsThreeNumbersAndNotItsDescription) {
+    constexpr std::string_view golden = R"({
+  "day" : 5,
+  "month" : 3,
+  "year" : 2026
+})";
+    EXPECT_EQ(encoded(DayKey(2026, 3, 5)), golden);
+    EXPECT_EQ(decodedDay(golden), DayKey(2026, 3, 5));
+    EXPECT_EQ(decodedDay(encoded(DayKey(-987, 13, 99))), DayKey(-987, 13, 99)) << "numbers are not checked";
+    EXPECT_FALSE(decodedDay(R"("2026-03-05")"));
+}
+
+TEST(ModelsCoding, EveryNumberOfADayIsRequired) {
+    EXPECT_EQ(decodedDay(R"({"month":3,"year":2026})").error(), missing("day"));
+    EXPECT_EQ(decodedDay(R"({"day":5,"year":2026})").error(), missing("month"));
+    EXPECT_EQ(decodedDay(R"({"day":5,"month":3})").error(), missing("year"));
+    EXPECT_FALSE(decodedDay(R"({"day":5.5,"month":3,"year":2026})"));
+    EXPECT_FALSE(decodedDay(R"({"day":"5","month":3,"year":2026})"));
+    EXPECT_FALSE(decodedDay(R"({"day":5,"month":3,"year":2147483648})"));
+}
+
 TEST(ModelsCoding, AbsentFieldsAreLeftOutAndReadBackAbsent) {
     const std::string session = encoded(bareSession);
     EXPECT_EQ(session.find("taskID"), std::string::npos);

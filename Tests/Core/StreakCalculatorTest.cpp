@@ -168,9 +168,21 @@ TEST(StreakCalculator, WithoutFreezesTheSameHistoryBreaksAtEachMiss) {
     EXPECT_EQ(history.compute(false), (StreakResult{1, 14, 0, {}, true}));
 }
 
+TEST(StreakCalculator, ADayThatTheZoneSkippedIsNotMetAfterAGapEither) {
+    const Calendar apia = test::zone("Pacific/Apia");
+    const MinutesByDay minutes{
+        {DayKey(2011, 12, 20), 60}, {DayKey(2011, 12, 30), 60}, {DayKey(2011, 12, 31), 60}};
+    const auto today = DayKey(2012, 1, 1);
+    EXPECT_EQ(StreakCalculator::compute(minutes, 60, today, true, apia), (StreakResult{1, 1, 0, {}, false}));
+    EXPECT_EQ(StreakCalculator::compute(minutes, 60, today, true, Calendar::utc()),
+              (StreakResult{2, 2, 0, {}, false}));
+}
+
 TEST(StreakCalculator, TheResultDependsOnlyOnTheArguments) {
     const History history(met(8) + "-MM");
-    EXPECT_EQ(history.compute(), history.compute());
+    const StreakResult first = history.compute(true);
+    EXPECT_NE(history.compute(false), first);
+    EXPECT_EQ(history.compute(true), first) << "nothing stays from the call between";
 }
 
 } // namespace

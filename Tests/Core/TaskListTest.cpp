@@ -162,7 +162,8 @@ TEST(TaskList, OnlyRemovingMeansEveryItemWithTheId) {
 }
 
 TEST(TaskList, AnItemMayBeRemovedByItsOwnId) {
-    TaskList list = openTasks("aabc");
+    // The second of them comes after one that takes its place.
+    TaskList list = openTasks("abac");
     list.remove(list.items[0].id);
     EXPECT_EQ(titles(list.items), "bc");
 }
@@ -199,6 +200,21 @@ TEST(TaskListOrder, TiesKeepTheirOrder) {
         {doneTask('p', std::nullopt), doneTask('b', now), doneTask('q', distantPast), doneTask('a', now)}};
     list.normalize();
     EXPECT_EQ(titles(list.items), "bapq");
+}
+
+TEST(TaskListOrder, ManyTiesKeepTheirOrder) {
+    // More than a sort would put in order by insertion, which keeps ties anyway.
+    TaskList list;
+    for (int number = 0; number < 200; ++number) {
+        list.items.push_back(doneTask('x', now - std::chrono::days{number * 7 % 3}));
+        list.items.back().estimatedPomodoros = number;
+    }
+    list.normalize();
+    const auto isInOrder = [](const TaskItem& left, const TaskItem& right) {
+        return left.completedAt > right.completedAt ||
+               (left.completedAt == right.completedAt && left.estimatedPomodoros < right.estimatedPomodoros);
+    };
+    EXPECT_TRUE(std::ranges::is_sorted(list.items, isInOrder));
 }
 
 TEST(TaskListOrder, NormalizingTwiceChangesNothingMore) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <random>
 
@@ -10,7 +11,10 @@ class Dice {
 public:
     explicit Dice(std::uint64_t seed) : _engine(seed) {}
 
-    int below(int limit) { return static_cast<int>(_engine() % static_cast<std::uint64_t>(limit)); }
+    template <std::integral Number>
+    Number below(Number limit) {
+        return static_cast<Number>(_engine() % static_cast<std::uint64_t>(limit));
+    }
     int between(int lowest, int highest) { return lowest + below(highest - lowest + 1); }
     bool oneIn(int number) { return below(number) == 0; }
 

@@ -1,5 +1,7 @@
 #include "Selvane/UI/Popover/ListChanges.h"
 
+#include "Support/Dice.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -13,6 +15,8 @@
 
 namespace selvane {
 namespace {
+
+using test::Dice;
 
 using ListChanges::Steps;
 using testing::SizeIs;
@@ -118,16 +122,6 @@ INSTANTIATE_TEST_SUITE_P(EqualIDs, ListChangesTable,
                                          ChangeRow{"allGo", "ABAA", "B", "-2+2 -0"},
                                          ChangeRow{"onlyEqualOnes", "AAAA", "AA", "-2+2"}),
                          [](const auto& test) { return std::string(test.param.name); });
-
-/// Random numbers that are the same everywhere.
-class Dice {
-public:
-    explicit Dice(std::uint64_t seed) : _engine(seed) {}
-    std::size_t below(std::size_t limit) { return static_cast<std::size_t>(_engine() % limit); }
-
-private:
-    std::mt19937_64 _engine;
-};
 
 /// Items that both lists have, each as often as in the list that has it less often.
 std::size_t keptCount(const IDs& before, const IDs& after) {

@@ -1,5 +1,6 @@
 #include "Selvane/UI/Popover/TaskListModel.h"
 
+#include "Support/Dice.h"
 #include "Support/FaultyFileSystem.h"
 #include "Support/ModelHarness.h"
 #include "Support/TaskFiles.h"
@@ -21,6 +22,8 @@
 
 namespace selvane {
 namespace {
+
+using test::Dice;
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -349,7 +352,7 @@ TEST_F(TaskListModelTest, ToldBeforeTheRowsChangeWhetherTheyAreAnimated) {
     model.addTask("Write");
     model.clearCompletedTasks();
     model.deleteTask(first);
-    EXPECT_THAT(seen, ElementsAre(false, true, false, true, true));
+    EXPECT_THAT(seen, ElementsAre(false, true, true, true, true));
 }
 
 TEST_F(TaskListModelTest, ChangeWithoutRowsThatMoveLeavesTheMotionOfTheLast) {
@@ -381,6 +384,23 @@ TEST_F(TaskListModelTest, ListenerOfTheRowsMayChangeTheTasks) {
     model.clearCompletedTasks();
     EXPECT_EQ(watched.follower.rows(), expectedRows(model));
     EXPECT_THAT(watched.follower.steps(), ElementsAre("remove 2", "remove 1", "insert 1"));
+}
+
+TEST_F(TaskListModelTest, APlainChangeTogetherWithAnAnimatedOneIsAnimated) {
+    AppModel& model = launchWithThree();
+    WatchedList watched(model);
+    int meddling = 0;
+    std::vector<bool> seen;
+    QObject::connect(&watched.list, &QAbstractItemModel::rowsMoved, &watched.list, [&] {
+        if (++meddling == 1) {
+            model.deleteTask(second);
+            model.renameTask(first, "Read");
+        }
+    });
+    QObject::connect(&watched.list, &QAbstractItemModel::rowsAboutToBeRemoved, &watched.list,
+                     [&] { seen.push_back(watched.list.isAnimated()); });
+    model.moveTasks({0}, 2);
+    EXPECT_THAT(seen, ElementsAre(true));
 }
 
 TEST_F(TaskListModelTest, ListenerOfAFieldMayChangeTheTasks) {
@@ -420,16 +440,6 @@ TEST_F(TaskListModelTest, LongListLosesEverySecondTaskAndTurnsRound) {
     EXPECT_LT(follower.steps().size(), 2'500U);
     EXPECT_EQ(follower.rows(), expectedRows(model));
 }
-
-/// Random numbers that are the same everywhere.
-class Dice {
-public:
-    explicit Dice(std::uint64_t seed) : _engine(seed) {}
-    std::size_t below(std::size_t limit) { return static_cast<std::size_t>(_engine() % limit); }
-
-private:
-    std::mt19937_64 _engine;
-};
 
 class TaskListModelRandom : public TaskListModelTest {
 protected:

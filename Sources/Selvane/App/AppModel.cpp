@@ -260,7 +260,7 @@ void AppModel::refreshForDisplay() {
 }
 
 void AppModel::addTask(std::string_view title) {
-    changeTasks([&](TaskList& tasks) { tasks.add(title, _environment.clock()); });
+    changeTasks([&](TaskList& tasks) { tasks.add(title, _environment.clock()); }, TaskChange::animated);
 }
 
 void AppModel::toggleTask(UUID id) {

@@ -102,7 +102,9 @@ TaskListModel::Rows TaskListModel::present() const {
 /// A listener of the rows may give the model a command. The rows then come to the end of their steps first,
 /// since views count on each step being whole.
 void TaskListModel::follow(TaskChange change) {
-    _next = change;
+    // Of several changes that are shown together one that is animated decides.
+    if (_next != TaskChange::animated)
+        _next = change;
     if (std::exchange(_isFollowing, true))
         return;
     while (const auto next = std::exchange(_next, std::nullopt))
@@ -114,8 +116,12 @@ void TaskListModel::become(Rows rows, TaskChange change) {
     const ListChanges::Steps steps = ListChanges::between(ids(_rows), ids(rows));
     if (steps != ListChanges::Steps{})
         setAnimated(change == TaskChange::animated);
+    takeSteps(steps, rows);
+    takeFields(std::move(rows));
+}
 
-    // 1. The same tasks in the same order.
+/// The same tasks in the same order.
+void TaskListModel::takeSteps(const ListChanges::Steps& steps, const Rows& rows) {
     for (const auto [first, count] : steps.removals) {
         beginRemoveRows({}, static_cast<int>(first), static_cast<int>(first + count - 1));
         _rows.erase(at(_rows, first), at(_rows, first + count));
@@ -143,8 +149,10 @@ void TaskListModel::become(Rows rows, TaskChange change) {
                      std::move_iterator(inserted.end()));
         endInsertRows();
     }
+}
 
-    // 2. The same fields.
+/// The same fields, where the tasks are the same already.
+void TaskListModel::takeFields(Rows rows) {
     for (std::size_t row = 0; row < rows.size(); ++row) {
         if (*rows[row] == *_rows[row])
             continue;

@@ -13,6 +13,9 @@
 namespace selvane {
 
 class AppModel;
+namespace ListChanges {
+struct Steps;
+}
 
 /// The model's tasks as the rows of a list view, one row a task in the list's order.
 ///
@@ -65,6 +68,8 @@ private:
     [[nodiscard]] Rows present() const;
     void follow(TaskChange change);
     void become(Rows rows, TaskChange change);
+    void takeSteps(const ListChanges::Steps& steps, const Rows& rows);
+    void takeFields(Rows rows);
     void setAnimated(bool animated);
 
     AppModel& _model;
