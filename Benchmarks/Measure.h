@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 namespace selvane::benchmarks {
@@ -33,10 +34,10 @@ inline Milliseconds median(std::vector<Milliseconds> times) {
 struct Limit {
     /// In times its floor.
     double ratio;
-    /// Worth reaching, beyond the limit; 0 if nothing more is.
-    double goal = 0;
-    /// In time on the machines that the project is developed on; 0 if only the ratio counts.
-    double milliseconds = 0;
+    /// Worth reaching, beyond the limit.
+    std::optional<double> goal = std::nullopt;
+    /// In time, on the machines that the project is developed on.
+    std::optional<double> milliseconds = std::nullopt;
 };
 
 /// Measures `action` and `floor` in turns, so that both see the same machine; what `tidy` does before each
@@ -63,8 +64,10 @@ void measure(benchmark::State& state, Limit limit, Tidy tidy, Action action, Flo
         state.counters["floor_ms"] = median(floors).count();
         state.counters["ratio_to_floor"] = time / median(floors);
         state.counters["limit"] = limit.ratio;
-        state.counters["goal"] = limit.goal;
-        state.counters["limit_ms"] = limit.milliseconds;
+        if (limit.goal)
+            state.counters["goal"] = *limit.goal;
+        if (limit.milliseconds)
+            state.counters["limit_ms"] = *limit.milliseconds;
         state.SetIterationTime(time.count() / 1000);
     }
 }

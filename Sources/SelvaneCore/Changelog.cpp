@@ -74,9 +74,7 @@ std::optional<Date> ChangelogEntry::releaseDate(const Calendar& calendar) const 
         return std::nullopt;
     // 3.
     const Date noon = calendar.date(absl::CivilSecond(numbers[0], numbers[1], numbers[2], noonHour));
-    if (noon == Date::min() || noon == Date::max())
-        return std::nullopt;
-    return noon;
+    return noon == Date::max() ? std::nullopt : std::optional(noon);
 }
 
 void encode(JSONWriter& writer, const ChangelogEntry& entry) {

@@ -11,6 +11,7 @@
 #include "SelvaneCore/StreakCalculator.h"
 #include "SelvaneCore/Tallies.h"
 
+#include <cstddef>
 #include <optional>
 #include <vector>
 
@@ -37,9 +38,15 @@ public:
     };
 
     History() = default;
-    explicit History(std::vector<FocusSession> sessions) : _sessions(std::move(sessions)) {}
+    explicit History(std::vector<FocusSession> sessions);
+    History(const History&) = default;
+    History& operator=(const History&) = default;
+    /// What is left behind is empty, and has no figures.
+    History(History&& other) noexcept;
+    History& operator=(History&& other) noexcept;
+    ~History() = default;
 
-    void append(FocusSession session) { _sessions.push_back(std::move(session)); }
+    void append(FocusSession session);
 
     [[nodiscard]] const std::vector<FocusSession>& sessions() const { return _sessions; }
 

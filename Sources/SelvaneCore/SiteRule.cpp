@@ -23,6 +23,8 @@ constexpr auto is(std::string_view wanted) {
     return [wanted](std::string_view character) { return character == wanted; };
 }
 
+/// All of the text if there is no scheme, also where what it begins with would melt into the last slash of
+/// one that was put in front.
 Characters behindFirstScheme(Characters text) {
     constexpr std::array<std::string_view, 3> mark{":", "/", "/"};
     const auto found = std::search(text.begin(), text.end(), mark.begin(), mark.end());
@@ -189,11 +191,11 @@ std::optional<std::string> hostOfPage(std::string_view address) {
     return url->host ? cleanHost(*url->host) : std::nullopt;
 }
 
-std::optional<std::string> match(std::string_view host, std::span<const std::string> rules) {
+std::optional<std::string> match(std::string_view host, std::span<const std::string> in) {
     // 1.
     const std::string lowered = Text::lowercased(host);
     const std::string* longest = nullptr;
-    for (const std::string& rule : rules) {
+    for (const std::string& rule : in) {
         // 2. and 3. Rules that cover one host end alike, so more bytes are more characters.
         if (covers(rule, lowered) && (longest == nullptr || rule.size() > longest->size()))
             longest = &rule;

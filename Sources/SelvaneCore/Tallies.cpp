@@ -30,14 +30,14 @@ void FocusMinutesByDay::add(const FocusSession& session) {
         return;
     const DayKey key = _dayOf(session.start);
     if (!_open || _open->key != key) {
-        close();
+        settle();
         const auto known = _totals.find(key);
         _open = Day{key, known == _totals.end() ? Seconds{0.0} : known->second};
     }
     _open->total += session.actualSeconds;
 }
 
-void FocusMinutesByDay::close() {
+void FocusMinutesByDay::settle() {
     if (!_open)
         return;
     _totals.insert_or_assign(_open->key, _open->total);
@@ -45,7 +45,7 @@ void FocusMinutesByDay::close() {
 }
 
 const MinutesByDay& FocusMinutesByDay::answer() {
-    close();
+    settle();
     return _minutes;
 }
 

@@ -33,6 +33,7 @@ public:
     explicit FocusMinutesByDay(const Question& question) : _dayOf(question.dayStartHour, question.calendar) {}
 
     void add(const FocusSession& session);
+    /// Not constant, since it settles the open day.
     [[nodiscard]] const MinutesByDay& answer();
 
 private:
@@ -40,7 +41,8 @@ private:
         DayKey key;
         Seconds total;
     };
-    void close();
+    /// Brings the maps up to date with the open day.
+    void settle();
 
     DayKeys _dayOf;
     absl::flat_hash_map<DayKey, Seconds> _totals;

@@ -32,10 +32,8 @@ namespace selvane::Text {
 /// at the end of a word its final form.
 [[nodiscard]] std::string lowercased(std::string_view text);
 
-/// Whether two texts are the same to a reader: an e with an acute accent is one however it is encoded.
-[[nodiscard]] bool isEqual(std::string_view left, std::string_view right);
-
-/// The order of the scalar values of both texts' composed forms (NFC). Equal where `isEqual` holds.
+/// The order of the scalar values of both texts' composed forms (NFC), so that an e with an acute accent is
+/// one however it is encoded. A text of more than 2,048 bytes counts as it is encoded.
 [[nodiscard]] std::strong_ordering compare(std::string_view left, std::string_view right);
 
 } // namespace selvane::Text

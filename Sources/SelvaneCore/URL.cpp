@@ -36,7 +36,7 @@ bool isPort(std::string_view digits) {
 }
 
 /// The host; an IP literal gets back the brackets that the parser strips, lest it pass for a name.
-std::optional<std::string> host(const UriUriA& parts) {
+std::optional<std::string> hostOf(const UriUriA& parts) {
     const auto text = view(parts.hostText);
     if (text && (parts.hostData.ip6 != nullptr || parts.hostData.ipFuture.first != nullptr))
         return '[' + std::string(*text) + ']';
@@ -67,13 +67,16 @@ std::string percentDecoded(std::string_view text) {
 } // namespace
 
 std::optional<URL> URL::parse(std::string_view text) {
+    // No text at all is the empty address, which the parser wants to see.
+    if (text.data() == nullptr)
+        text = "";
     UriUriA parts;
     const char* problem = nullptr;
     if (uriParseSingleUriExA(&parts, text.data(), text.data() + text.size(), &problem) != URI_SUCCESS)
         return std::nullopt;
     const std::unique_ptr<UriUriA, Free> owner(&parts);
 
-    URL url{copy(view(parts.scheme)), selvane::host(parts), {}};
+    URL url{copy(view(parts.scheme)), hostOf(parts), {}};
     if (!isPort(view(parts.portText).value_or("")) || (url.host && url.host->find('%') != std::string::npos))
         return std::nullopt;
     for (const UriPathSegmentA* segment = parts.pathHead; segment != nullptr; segment = segment->next) {

@@ -65,6 +65,8 @@ std::string difference(const std::vector<std::string>& expected) {
         return "not a text";
     if (Text::count(text) != expected.size())
         return "counted " + std::to_string(Text::count(text)) + " characters";
+    if (!std::ranges::equal(Text::characters(text), expected))
+        return "other characters one by one";
     std::size_t boundary = 0;
     for (std::size_t length = 0; length <= expected.size(); ++length) {
         const std::string_view prefix = Text::prefix(text, length);

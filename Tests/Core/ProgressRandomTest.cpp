@@ -1,6 +1,6 @@
-// Day sums, heat and streaks of random histories against a second way of counting, which knows only the
-// rules: days as the C library tells them, sums in whole numbers, and a streak as a text that is read block
-// by block.
+// Day sums, heat, streaks, summaries and totals of random histories against a second way of counting, which
+// knows only the rules: days and hours as the C library tells them, sums in whole numbers, and a streak as a
+// text that is read block by block.
 
 #include "SelvaneCore/Stats.h"
 #include "SelvaneCore/StreakCalculator.h"
@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <ctime>
@@ -19,6 +20,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -114,6 +116,19 @@ void addDay(Question& question, std::time_t middle, Dice& dice) {
         add(3 * goal, dice.oneIn(2) ? Phase::shortBreak : Phase::longBreak);
 }
 
+void addApps(FocusSession& session, Dice& dice) {
+    constexpr std::array apps{"editor", "browser", "site:news.example", "away", "music"};
+    if (dice.oneIn(4))
+        return;
+    session.apps.emplace();
+    for (int left = dice.below(4); left > 0; --left) {
+        const std::string app = apps[dice.below(apps.size())];
+        // Few lengths, so that there are ties, and names that differ from session to session.
+        session.apps->push_back({app, app + static_cast<char>('a' + dice.below(3)),
+                                 Seconds{static_cast<double>(dice.below(5)) / 4.0}});
+    }
+}
+
 Question randomQuestion(const std::vector<LocalDay>& days, Dice& dice) {
     constexpr int longest = 60;
     constexpr int mostInFuture = 3;
@@ -136,6 +151,8 @@ Question randomQuestion(const std::vector<LocalDay>& days, Dice& dice) {
         else if (dice.oneIn(2))
             question.sessions.push_back(session(middle, dice.below(quartersPerMinute), Phase::focus, true));
     }
+    for (FocusSession& session : question.sessions)
+        addApps(session, dice);
     for (std::size_t i = question.sessions.size(); i > 1; --i)
         std::swap(question.sessions[i - 1],
                   question.sessions[static_cast<std::size_t>(dice.below(static_cast<int>(i)))]);
@@ -156,6 +173,52 @@ std::map<DayKey, int> countedMinutes(const Question& question) {
     for (const auto& [day, sum] : quarters)
         minutes[day] = static_cast<int>(sum / quartersPerMinute);
     return minutes;
+}
+
+Stats::Summary countedSummary(const Question& question) {
+    Stats::Summary result;
+    std::int64_t total = 0;
+    std::int64_t count = 0;
+    std::map<int, std::int64_t> hours;
+    for (const FocusSession& session : question.sessions) {
+        if (session.phase != Phase::focus)
+            continue;
+        const auto quarters = static_cast<std::int64_t>(session.actualSeconds.count() * 4.0);
+        total += quarters;
+        ++count;
+        result.completedFocusSessions += session.completed ? 1 : 0;
+        hours[test::localTime(session.start.time_since_epoch() / std::chrono::seconds{1}).tm_hour] +=
+            quarters;
+    }
+    result.totalFocusMinutes = static_cast<int>(total / quartersPerMinute);
+    result.averageSessionMinutes = count == 0 ? 0 : static_cast<int>(total / (count * quartersPerMinute));
+    const auto most = std::ranges::max_element(hours, {}, &std::pair<const int, std::int64_t>::second);
+    if (most != hours.end())
+        result.mostProductiveHour = most->first;
+    return result;
+}
+
+/// Each application's quarters of a second, and the name that it had first, most first.
+std::vector<std::tuple<std::int64_t, std::string, std::string>> countedApps(const Question& question,
+                                                                            Date since) {
+    std::vector<std::tuple<std::int64_t, std::string, std::string>> totals;
+    for (const FocusSession& session : question.sessions) {
+        if (session.phase != Phase::focus || session.start < since)
+            continue;
+        for (const AppUsage& usage : session.apps.value_or(std::vector<AppUsage>{})) {
+            if (usage.bundleID == "away")
+                continue;
+            auto found = totals.begin();
+            while (found != totals.end() && std::get<2>(*found) != usage.bundleID)
+                ++found;
+            if (found == totals.end())
+                found = totals.insert(found, {0, usage.name, usage.bundleID});
+            // Negative, so that the most comes first in ascending order.
+            std::get<0>(*found) -= static_cast<std::int64_t>(usage.seconds.count() * 4.0);
+        }
+    }
+    std::ranges::sort(totals);
+    return totals;
 }
 
 /// How many of the four steps a day has climbed: a minute, half the goal, the goal, twice the goal.
@@ -238,6 +301,14 @@ TEST_P(ProgressRandom, AgreesWithASecondWayOfCounting) {
         ASSERT_EQ((std::map<DayKey, int>(ours.begin(), ours.end())), minutes) << where();
         for (const auto& [day, sum] : minutes)
             ASSERT_EQ(Stats::heatLevel(sum, question.goal), countedHeat(sum, question.goal)) << where();
+
+        ASSERT_EQ(Stats::summary(question.sessions, calendar), countedSummary(question)) << where();
+        const Date since{std::chrono::seconds{question.days[question.today / 2].middle}};
+        std::vector<std::tuple<std::int64_t, std::string, std::string>> apps;
+        for (const AppUsage& usage : Stats::appTotals(question.sessions, since))
+            apps.emplace_back(-static_cast<std::int64_t>(usage.seconds.count() * 4.0), usage.name,
+                              usage.bundleID);
+        ASSERT_EQ(apps, countedApps(question, since)) << where();
 
         const StreakResult streak = readStreak(story, question.freezes, question.days);
         ASSERT_EQ(StreakCalculator::compute(ours, question.goal, question.days[question.today].key,

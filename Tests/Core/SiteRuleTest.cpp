@@ -48,6 +48,8 @@ INSTANTIATE_TEST_SUITE_P(
         HostRow{"hostAlone", "example.com", "example.com"},
         HostRow{"whiteSpaceAround", "\u00a0 \t\r\nexample.com\u2028\u3000", "example.com"},
         HostRow{"upperCase", "EXAMPLE.Com", "example.com"},
+        HostRow{"dotWithAnAccentIsPartOfItsLabel", "example.\u0301com.org", "xn--example.com-9jg.org"},
+        HostRow{"accentFirst", "\u0301example.com", "xn--example-sge.com"},
         HostRow{"address", "https://example.com/a/b?c#d", "example.com"},
         HostRow{"schemeInUpperCase", "HTTPS://EXAMPLE.COM", "example.com"},
         HostRow{"anyScheme", "gopher://example.com/", "example.com"},
@@ -123,6 +125,9 @@ INSTANTIATE_TEST_SUITE_P(
         HostRow{"symbolBesideALetter", "a b\u00e9.example", {}},
         HostRow{"wideDotIsNoDot", "example\u3002com", {}},
         HostRow{"slashWithAnAccentIsNoSlash", "example.com/\u0301", {}},
+        HostRow{"dotWithAnAccentIsNoDotAtTheEnd", "example.com.\u0301", {}},
+        HostRow{"signWithAnAccentEndsNoUser", "user@\u0301example.com", {}},
+        HostRow{"colonWithAnAccentBeginsNoPort", "example.com:\u030180", {}},
         HostRow{"wrongBytes", "ex\xffmple.com", {}}, HostRow{"wrongBytesInThePath", "example.com/\xff", {}},
         HostRow{"surrogate", "\xed\xa0\x80.example", {}}, HostRow{"cutShort", "example.com/\xe2\x82", {}}),
     rowName);
@@ -136,7 +141,7 @@ TEST(SiteRule, TheLimitOfALabelIncludesItsPrefix) {
     EXPECT_FALSE(SiteRule::normalize("a" + longest + ".example"));
 }
 
-TEST(SiteRule, AnyLengthIsRefusedInTime) {
+TEST(SiteRule, AnyLengthIsRefused) {
     constexpr int length = 1'000'000;
     EXPECT_FALSE(SiteRule::normalize(std::string(length, 'a')));
     EXPECT_FALSE(SiteRule::normalize(repeated("a.", length)));
@@ -145,6 +150,14 @@ TEST(SiteRule, AnyLengthIsRefusedInTime) {
     EXPECT_FALSE(SiteRule::normalize("e" + repeated("\u0301", length) + ".example"));
     EXPECT_EQ(SiteRule::normalize("example.com/e" + repeated("\u0301", length)), "example.com");
     EXPECT_FALSE(SiteRule::normalize(repeated("\u03a3", length)));
+}
+
+TEST(SiteRule, WhatIsLeftOfADoubleEndIsNormalisedFurtherTheNextTime) {
+    const auto once = SiteRule::normalize("www.www.example.com");
+    ASSERT_EQ(once, "www.example.com");
+    EXPECT_EQ(SiteRule::normalize(*once), "example.com");
+    ASSERT_EQ(SiteRule::normalize("a.example.."), "a.example.");
+    EXPECT_EQ(SiteRule::normalize("a.example."), "a.example");
 }
 
 TEST(SiteRule, ARuleIsItsOwnRule) {

@@ -30,6 +30,10 @@ TEST_P(AddressTable, IsTakenApart) {
     EXPECT_EQ(url->path, GetParam().path);
 }
 
+TEST(URL, NoTextIsTheEmptyAddress) {
+    EXPECT_TRUE(URL::parse(std::string_view{}));
+}
+
 INSTANTIATE_TEST_SUITE_P(
     URL, AddressTable,
     testing::Values(
