@@ -2,28 +2,30 @@
 
 #include "SelvaneCore/DefaultsStore.h"
 
-#include <functional>
-#include <map>
+#include <string>
+#include <utility>
 
 namespace selvane {
 
 /// Keeps values for as long as it lives.
 class MemoryDefaultsStore final : public DefaultsStore {
 public:
-    [[nodiscard]] std::optional<std::string> text(std::string_view key) const override {
-        const auto found = _texts.find(key);
-        return found == _texts.end() ? std::nullopt : std::optional(found->second);
+    [[nodiscard]] std::optional<SettingValue> value(std::string_view key) const override {
+        const auto found = _values.find(key);
+        return found == _values.end() ? std::nullopt : std::optional(found->second);
     }
 
-    void setText(std::string_view key, std::optional<std::string> value) override {
+    void set(std::string_view key, std::optional<SettingValue> value) override {
         if (value)
-            _texts.insert_or_assign(std::string(key), std::move(*value));
-        else if (const auto found = _texts.find(key); found != _texts.end())
-            _texts.erase(found);
+            _values.insert_or_assign(std::string(key), std::move(*value));
+        else if (const auto found = _values.find(key); found != _values.end())
+            _values.erase(found);
     }
+
+    [[nodiscard]] const SettingValues& values() const { return _values; }
 
 private:
-    std::map<std::string, std::string, std::less<>> _texts;
+    SettingValues _values;
 };
 
 } // namespace selvane

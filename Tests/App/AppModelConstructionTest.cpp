@@ -63,7 +63,7 @@ TEST_F(AppModelConstruction, ReadsTheTasksBeforeTheSessions) {
 }
 
 TEST_F(AppModelConstruction, RecoveryKnowsTheCurrentTask) {
-    harness.defaults.texts["currentTaskID"] = test::firstTask;
+    harness.defaults.store("currentTaskID", {test::firstTask});
     harness.launch();
     EXPECT_THAT(harness.journal.entries(), Contains("lifecycle.recover missing missing with current task"));
 }
@@ -137,7 +137,7 @@ class CurrentTaskAtLaunch : public testing::TestWithParam<CurrentTaskCase> {};
 TEST_P(CurrentTaskAtLaunch, IsReadFromTheDefaults) {
     test::ModelHarness harness;
     if (GetParam().stored)
-        harness.defaults.texts["currentTaskID"] = *GetParam().stored;
+        harness.defaults.store("currentTaskID", {*GetParam().stored});
     EXPECT_EQ(harness.launch().currentTaskID(), GetParam().read);
     EXPECT_EQ(harness.model().currentTask(), nullptr);
 }

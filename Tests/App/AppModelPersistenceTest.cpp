@@ -179,9 +179,9 @@ TEST_F(AppModelPersistence, CurrentTaskIsWrittenAtEveryAssignmentAndRemovedWhenA
     AppModel& model = harness.launch();
     const auto id = UUID::parse(test::firstTask);
     model.setCurrentTaskID(id);
-    EXPECT_EQ(harness.defaults.texts["currentTaskID"], test::firstTask);
+    EXPECT_EQ(harness.defaults.values().at("currentTaskID").text(), test::firstTask);
     model.setCurrentTaskID(std::nullopt);
-    EXPECT_FALSE(harness.defaults.texts.contains("currentTaskID"));
+    EXPECT_FALSE(harness.defaults.values().contains("currentTaskID"));
 }
 
 TEST_F(AppModelPersistence, CurrentTaskSurvivesARestart) {

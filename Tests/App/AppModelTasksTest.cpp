@@ -268,7 +268,7 @@ TEST_F(AppModelTasks, DeletedTaskStopsBeingCurrentBeforeItGoes) {
         [&](TaskChange) { heard.push_back((model.currentTaskID() ? "current " : "none ") + order()); });
     model.deleteTask(second);
     EXPECT_THAT(heard, ElementsAre("none 123", "none 13"));
-    EXPECT_FALSE(harness.defaults.texts.contains("currentTaskID"));
+    EXPECT_FALSE(harness.defaults.values().contains("currentTaskID"));
 }
 
 TEST_F(AppModelTasks, OnlyDoneTasksAreCleared) {
@@ -416,7 +416,7 @@ TEST_P(AppModelCurrentTask, FollowsTheChange) {
     row.change(harness);
     EXPECT_EQ(model.currentTaskID(), row.staysCurrentID ? std::optional(first) : std::nullopt);
     EXPECT_EQ(model.currentTask() != nullptr, row.staysCurrent);
-    EXPECT_EQ(harness.defaults.texts.contains("currentTaskID"), row.staysCurrentID);
+    EXPECT_EQ(harness.defaults.values().contains("currentTaskID"), row.staysCurrentID);
 }
 
 INSTANTIATE_TEST_SUITE_P(

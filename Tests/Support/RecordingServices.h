@@ -3,6 +3,7 @@
 #include "Selvane/App/AppEnvironment.h"
 #include "Selvane/App/AppModel.h"
 #include "Selvane/App/EmptyServices.h"
+#include "SelvaneCore/MemoryDefaultsStore.h"
 #include "Support/Journal.h"
 
 #include <memory>
@@ -165,23 +166,22 @@ private:
 class RecordingDefaults final : public DefaultsStore {
 public:
     explicit RecordingDefaults(Journal& journal) : _journal(journal) {}
-    [[nodiscard]] std::optional<std::string> text(std::string_view key) const override {
+    [[nodiscard]] std::optional<SettingValue> value(std::string_view key) const override {
         _journal.note("defaults.read " + std::string(key));
-        const auto found = texts.find(key);
-        return found == texts.end() ? std::nullopt : std::optional(found->second);
+        return _values.value(key);
     }
-    void setText(std::string_view key, std::optional<std::string> value) override {
+    void set(std::string_view key, std::optional<SettingValue> value) override {
         _journal.note("defaults.write " + std::string(key));
-        if (value)
-            texts.insert_or_assign(std::string(key), *value);
-        else
-            texts.erase(std::string(key));
+        _values.set(key, std::move(value));
     }
 
-    std::map<std::string, std::string, std::less<>> texts;
+    /// What is stored, without a note of it.
+    [[nodiscard]] const SettingValues& values() const { return _values.values(); }
+    void store(std::string_view key, SettingValue value) { _values.set(key, std::move(value)); }
 
 private:
     Journal& _journal;
+    MemoryDefaultsStore _values;
 };
 
 /// Services that note what the model asks of them.

@@ -305,7 +305,7 @@ void AppModel::clearCompletedTasks() {
 void AppModel::setCurrentTaskID(std::optional<UUID> id) {
     const bool differs = id != _currentTaskID;
     _currentTaskID = id;
-    _environment.defaults->setText(currentTaskKey, id ? std::optional(id->text()) : std::nullopt);
+    _environment.defaults->set(currentTaskKey, id ? std::optional(SettingValue{id->text()}) : std::nullopt);
     if (differs)
         currentTaskIDChanged.emit();
 }
