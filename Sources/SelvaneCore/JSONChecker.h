@@ -18,6 +18,7 @@ public:
     void beginArray() {}
     void endArray() {}
     void key(JSONKey) {}
+    void anyKey(std::string_view text) { value(text); }
 
     void value(std::string_view text);
     void value(double number);

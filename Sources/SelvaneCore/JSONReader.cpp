@@ -103,7 +103,8 @@ struct JSONAccess {
 };
 
 std::string JSONError::description() const {
-    return key.empty() ? std::string(problem) : '"' + std::string(key) + "\": " + problem;
+    const std::string text = std::string(problem).append(found);
+    return key.empty() ? text : '"' + std::string(key) + "\": " + text;
 }
 
 bool JSONValue::isNull() const {
@@ -176,6 +177,23 @@ std::optional<JSONValue> JSONElements::next() {
     const JSONValue element = JSONAccess::value(*iterator);
     _next = JSONAccess::kept(++iterator);
     return element;
+}
+
+std::optional<JSONMembers> JSONValue::allMembers() const {
+    const auto object = JSONAccess::as<simdjson::dom::object>(*this);
+    if (!object)
+        return std::nullopt;
+    return JSONMembers(JSONAccess::kept(object->begin()), JSONAccess::kept(object->end()));
+}
+
+std::optional<JSONMember> JSONMembers::next() {
+    using Iterator = simdjson::dom::object::iterator;
+    auto iterator = JSONAccess::given<Iterator>(_next);
+    if (iterator == JSONAccess::given<Iterator>(_end))
+        return std::nullopt;
+    const JSONMember member{iterator.key(), JSONAccess::value(iterator.value())};
+    _next = JSONAccess::kept(++iterator);
+    return member;
 }
 
 struct JSONDocument::Parser {

@@ -19,17 +19,22 @@
 
 namespace selvane {
 
-/// Why bytes could not be read as the value that was asked for. Holds no text of its own.
+/// Why bytes could not be read as the value that was asked for. Holds no text of its own: to be described
+/// while the document lives.
 struct JSONError {
     /// What is wrong: a short phrase that lives as long as the program.
     const char* problem;
-    /// Under which key it is wrong, as far as known; lives as long as the program too.
+    /// Under which key it is wrong, as far as known; lives as long as the document.
     std::string_view key = {};
+    /// What the document has in place of what was expected, where the phrase asks for it; lives as long as
+    /// the document.
+    std::string_view found = {};
 
     [[nodiscard]] std::string description() const;
 };
 
 class JSONElements;
+class JSONMembers;
 
 /// Room for one of the parser's small handles, of which only the source file knows the types.
 using JSONHandle = std::array<std::uintptr_t, 2>;
@@ -68,6 +73,9 @@ public:
     /// The elements of an array.
     [[nodiscard]] std::optional<JSONElements> elements() const;
 
+    /// Everything in an object, for keys that are not known beforehand.
+    [[nodiscard]] std::optional<JSONMembers> allMembers() const;
+
 private:
     friend struct JSONAccess;
 
@@ -94,6 +102,29 @@ private:
     JSONHandle _next;
     JSONHandle _end;
     std::size_t _size;
+};
+
+/// One key of an object and the value under it. Valid as long as the document.
+struct JSONMember {
+    std::string_view key;
+    JSONValue value;
+};
+
+/// The members of an object, one after another in the order of the text. A key that is repeated comes as
+/// often as it stands there, and its last value is the one that counts. Valid as long as the document.
+///
+///     while (const auto member = members.next())
+class JSONMembers {
+public:
+    /// The next member; absent after the last.
+    [[nodiscard]] std::optional<JSONMember> next();
+
+private:
+    friend class JSONValue;
+    JSONMembers(JSONHandle first, JSONHandle end) : _next(first), _end(end) {}
+
+    JSONHandle _next;
+    JSONHandle _end;
 };
 
 /// A JSON text that was read and checked to the last byte.

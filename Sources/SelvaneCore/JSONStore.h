@@ -93,16 +93,18 @@ private:
         Form form{};
         const auto outcome = decodeText(*contents, form);
         if (!outcome)
-            return Unreadable{_file.setAside(outcome.error().description())};
+            return Unreadable{_file.setAside(outcome.error())};
         return Loaded{finish(*contents, form)};
     }
 
+    /// The error is told in words, because the document that it may refer to ends here.
     template <typename Form>
-    static JSONOutcome decodeText(const FileContents& contents, Form& into) {
+    static tl::expected<void, std::string> decodeText(const FileContents& contents, Form& into) {
+        const auto describe = [](const JSONError& error) { return error.description(); };
         const auto document = JSONDocument::parse(contents);
         if (!document)
-            return tl::unexpected(document.error());
-        return decode(document->root(), into);
+            return tl::unexpected(describe(document.error()));
+        return decode(document->root(), into).map_error(describe);
     }
 
     StoreFile _file;

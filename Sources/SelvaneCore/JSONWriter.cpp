@@ -184,6 +184,16 @@ void JSONWriter::close(char bracket) {
     _hasEntries = true;
 }
 
+void JSONWriter::anyKey(std::string_view text) {
+    _cursor = beginEntry(text.size());
+    _cursor = quoted(text);
+    constexpr std::string_view separator = " : ";
+    ensure(separator.size());
+    std::memcpy(_cursor, separator.data(), separator.size());
+    _cursor += separator.size();
+    _followsKey = true;
+}
+
 void JSONWriter::value(std::string_view text) {
     _cursor = beginValue(text.size());
     _cursor = quoted(text);

@@ -75,6 +75,9 @@ public:
         _followsKey = true;
     }
 
+    /// The key of the next value where it is only known when the program runs; escaped as a text is.
+    void anyKey(std::string_view text);
+
     void value(std::string_view text);
     /// Shortest digits that read back as the same number; a whole number without fraction and exponent as
     /// long as it fits 64 bits.

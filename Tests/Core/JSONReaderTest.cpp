@@ -209,6 +209,31 @@ TEST(JSONReader, AbsentMembersAreMissing) {
     EXPECT_FALSE(JSONDocument::parse(FileContents::copy("[]"))->root().members(keys));
 }
 
+TEST(JSONReader, AllMembersComeInTheOrderOfTheText) {
+    const auto document =
+        JSONDocument::parse(FileContents::copy(R"({"b":1,"\u0061":{"b":9},"":2,"b":[3],"c":4})"));
+    ASSERT_TRUE(document);
+    auto members = document->root().allMembers();
+    ASSERT_TRUE(members);
+    std::string keys;
+    while (const auto member = members->next())
+        keys.append(member->key)
+            .append(member->value.integer() ? "=" + std::to_string(*member->value.integer()) : "")
+            .append(";");
+    EXPECT_EQ(keys, "b=1;a;=2;b;c=4;");
+    EXPECT_FALSE(members->next());
+}
+
+TEST(JSONReader, OnlyObjectsHaveMembers) {
+    const auto empty = JSONDocument::parse(FileContents::copy("{}"));
+    auto members = empty->root().allMembers();
+    ASSERT_TRUE(members);
+    EXPECT_FALSE(members->next());
+    for (const auto text : {"[]"sv, "null"sv, "\"{}\""sv, "7"sv})
+        EXPECT_FALSE(JSONDocument::parse(FileContents::copy(text))->root().allMembers()) << text;
+    EXPECT_FALSE(JSONValue().allMembers());
+}
+
 TEST(LossyArray, KeepsTheGoodElementsInOrder) {
     const auto array = decoded<LossyArray<std::int64_t>>(R"([1, null, 2, "3", 4.5, [5], {"a": 6}, true, 7])");
     ASSERT_TRUE(array);

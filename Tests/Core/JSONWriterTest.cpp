@@ -56,6 +56,48 @@ TEST(JSONWriter, EveryElementHasItsLine) {
     EXPECT_EQ(writer.finish(), "[\n  1,\n  \"two\",\n  [\n    true,\n    false\n  ],\n  -3\n]");
 }
 
+TEST(JSONWriter, AnyKeyIsEscapedLikeAText) {
+    JSONWriter writer;
+    writer.beginObject();
+    writer.anyKey("");
+    writer.value(1);
+    writer.anyKey("a\"\n/é");
+    writer.beginObject();
+    writer.endObject();
+    writer.key("known");
+    writer.value(2);
+    writer.endObject();
+    EXPECT_EQ(writer.finish(), "{\n  \"\" : 1,\n  \"a\\\"\\n\\/é\" : {\n\n  },\n  \"known\" : 2\n}");
+}
+
+TEST(JSONWriter, AnyKeyMayBeOfAnyLength) {
+    for (const std::size_t length : {55U, 56U, 57U, 63U, 64U, 65U, 4000U, 4096U, 100'000U}) {
+        for (const char* const unit : {"x", "\x01", "/"}) {
+            std::string key;
+            while (key.size() < length)
+                key += unit;
+            JSONWriter writer;
+            writer.beginObject();
+            writer.anyKey(key);
+            writer.value(std::string_view(key));
+            writer.endObject();
+            const std::string text(writer.finish().value());
+            // The key and the value are the same text.
+            const std::size_t half = (text.size() - std::string_view("{\n   : \n}").size()) / 2;
+            EXPECT_EQ(text, "{\n  " + text.substr(4, half) + " : " + text.substr(4, half) + "\n}");
+        }
+    }
+}
+
+TEST(JSONWriter, AnyKeyThatIsNotUTF8Fails) {
+    JSONWriter writer;
+    writer.beginObject();
+    writer.anyKey("\xff");
+    writer.value(1);
+    writer.endObject();
+    EXPECT_EQ(writer.finish(), tl::unexpected(JSONWriteError::textIsNotUTF8));
+}
+
 TEST(JSONWriter, DeepNestingAndLongTextsFit) {
     JSONWriter writer;
     for (int depth = 0; depth < 500; ++depth)
