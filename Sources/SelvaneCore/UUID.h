@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace selvane {
 
@@ -31,6 +32,12 @@ public:
     [[nodiscard]] const Bytes& bytes() const { return _bytes; }
 
     friend auto operator<=>(const UUID&, const UUID&) = default;
+
+    /// Differs from one run of the program to the next, so that no file can hold ids that all collide.
+    template <typename Hash>
+    friend Hash AbslHashValue(Hash hash, const UUID& id) {
+        return Hash::combine_contiguous(std::move(hash), id._bytes.data(), id._bytes.size());
+    }
 
 private:
     Bytes _bytes{};
