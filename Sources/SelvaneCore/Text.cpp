@@ -163,6 +163,17 @@ std::u32string scalars(std::string_view text) {
     return result;
 }
 
+bool isLetterOrNumber(std::string_view character) {
+    if (character.empty())
+        return false;
+    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(character.data());
+    std::size_t offset = 0;
+    UChar32 first = 0;
+    U8_NEXT(bytes, offset, character.size(), first);
+    return first >= 0 &&
+           (u_isUAlphabetic(first) || u_getIntPropertyValue(first, UCHAR_NUMERIC_TYPE) != U_NT_NONE);
+}
+
 std::string_view trimmed(std::string_view text) {
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
     std::size_t start = 0;

@@ -25,6 +25,10 @@ namespace selvane::Text {
 /// The Unicode scalar values of the text in their order.
 [[nodiscard]] std::u32string scalars(std::string_view text);
 
+/// Whether a user-perceived character is a letter or a number, which its first scalar value tells: by the
+/// property Alphabetic, or by having a numeric value.
+[[nodiscard]] bool isLetterOrNumber(std::string_view character);
+
 /// The text without white space and line breaks (the property White_Space) at its ends. A view into `text`.
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 

@@ -69,6 +69,15 @@ TEST(Text, PrefixKeepsAWholeEmojiAtTheEnd) {
     EXPECT_EQ(Text::prefix(title, 299), std::string(299, 'a'));
 }
 
+TEST(Text, LettersAndNumbers) {
+    for (const auto character : {"a"sv, "Z"sv, "0"sv, "9"sv, "ß"sv, "e\u0301"sv, "日"sv, "ع"sv, "٣"sv, "½"sv,
+                                 "Ⅷ"sv, "①"sv, "ª"sv, "1\ufe0f\u20e3"sv})
+        EXPECT_TRUE(Text::isLetterOrNumber(character)) << character;
+    for (const auto character : {""sv, "."sv, "-"sv, "_"sv, "/"sv, " "sv, "\0"sv, "\n"sv, "("sv, "+"sv, "€"sv,
+                                 "\u0301"sv, "🍅"sv, family, "\u200d"sv, "\xff"sv, "\xc3"sv})
+        EXPECT_FALSE(Text::isLetterOrNumber(character)) << character;
+}
+
 struct TrimRow {
     const char* name;
     std::string_view text;
