@@ -63,18 +63,6 @@ tl::expected<Path, FileError> followLinks(FileSystem& fileSystem, Path path) {
     return failure("follow", path, std::make_error_code(std::errc::too_many_symbolic_link_levels));
 }
 
-Outcome syncFolder(FileSystem& fileSystem, const Path& path) {
-    const auto opened = fileSystem.openFolder(path);
-    if (!opened)
-        return failure("open", path, opened.error());
-    OpenFile folder(fileSystem, *opened);
-    if (const auto synced = fileSystem.sync(folder.descriptor()); !synced)
-        return failure("sync", path, synced.error());
-    if (const auto closed = folder.close(); !closed)
-        return failure("close", path, closed.error());
-    return {};
-}
-
 } // namespace
 
 Replacement::Replacement(FileSystem& fileSystem, const Path& path, Taken taken)
@@ -181,6 +169,18 @@ void removeLeftovers(FileSystem& fileSystem, const Path& folder,
         if (const auto target = targetOf(name); target && isTarget(*target))
             static_cast<void>(fileSystem.remove(folder / name));
     }
+}
+
+Outcome syncFolder(FileSystem& fileSystem, const Path& folder) {
+    const auto opened = fileSystem.openFolder(folder);
+    if (!opened)
+        return failure("open", folder, opened.error());
+    OpenFile file(fileSystem, *opened);
+    if (const auto synced = fileSystem.sync(file.descriptor()); !synced)
+        return failure("sync", folder, synced.error());
+    if (const auto closed = file.close(); !closed)
+        return failure("close", folder, closed.error());
+    return {};
 }
 
 Outcome makeFolders(FileSystem& fileSystem, const Path& folder) {

@@ -78,4 +78,8 @@ private:
 [[nodiscard]] tl::expected<void, FileError> makeFolders(FileSystem& fileSystem,
                                                         const std::filesystem::path& folder);
 
+/// Returns when the names in a folder, as they were changed before, are safely on the disk.
+[[nodiscard]] tl::expected<void, FileError> syncFolder(FileSystem& fileSystem,
+                                                       const std::filesystem::path& folder);
+
 } // namespace selvane::AtomicFile
