@@ -6,6 +6,7 @@
 
 #include <tl/expected.hpp>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -162,6 +163,10 @@ using JSONOutcome = tl::expected<void, JSONError>;
 [[nodiscard]] JSONOutcome decode(JSONValue value, Date& into);
 [[nodiscard]] JSONOutcome decode(JSONValue value, UUID& into);
 
+/// The most elements that room is made for before any is read: a text of a few bytes for each, none of them
+/// good, must not ask for gigabytes.
+inline constexpr std::size_t mostElementsReserved = std::size_t{1} << 16;
+
 /// An array of which every element must be good.
 template <typename Element>
 [[nodiscard]] JSONOutcome decode(JSONValue value, std::vector<Element>& into) {
@@ -169,7 +174,7 @@ template <typename Element>
     if (!elements)
         return tl::unexpected(JSONError{"not an array"});
     into.clear();
-    into.reserve(elements->size());
+    into.reserve(std::min(elements->size(), mostElementsReserved));
     while (const auto element = elements->next()) {
         if (JSONOutcome outcome = decode(*element, into.emplace_back()); !outcome)
             return outcome;

@@ -2,6 +2,7 @@
 
 #include "SelvaneCore/JSONReader.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <utility>
 #include <vector>
@@ -26,7 +27,7 @@ template <typename Element>
     if (!elements)
         return tl::unexpected(JSONError{"not an array"});
     into.elements.clear();
-    into.elements.reserve(elements->size());
+    into.elements.reserve(std::min(elements->size(), mostElementsReserved));
     into.skipped = 0;
     while (const auto element = elements->next()) {
         if (!decode(*element, into.elements.emplace_back())) {

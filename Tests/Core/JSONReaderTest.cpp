@@ -8,6 +8,7 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace selvane {
 namespace {
@@ -239,6 +240,22 @@ TEST(LossyArray, KeepsTheGoodElementsInOrder) {
     ASSERT_TRUE(array);
     EXPECT_EQ(array->elements, (std::vector<std::int64_t>{1, 2, 7}));
     EXPECT_EQ(array->skipped, 6U);
+}
+
+TEST(LossyArray, OfBadElementsAsksForLittleMemory) {
+    const auto array = decoded<LossyArray<std::int64_t>>("[" + repeated("\"\",", 1'000'000) + "7]");
+    ASSERT_TRUE(array);
+    EXPECT_EQ(array->skipped, 1'000'000U);
+    EXPECT_EQ(array->elements, std::vector<std::int64_t>{7});
+    EXPECT_LE(array->elements.capacity(), mostElementsReserved);
+}
+
+TEST(LossyArray, OfManyGoodElementsHasThemAll) {
+    const auto array = decoded<LossyArray<std::int64_t>>("[" + repeated("1,", 100'000) + "null,7]");
+    ASSERT_TRUE(array);
+    EXPECT_EQ(array->elements.size(), 100'001U);
+    EXPECT_EQ(array->elements.back(), 7);
+    EXPECT_EQ(array->skipped, 1U);
 }
 
 TEST(LossyArray, OfNothingIsEmpty) {
