@@ -20,12 +20,13 @@
 
 namespace selvane {
 
-/// Why bytes could not be read as the value that was asked for. Holds no text of its own: to be described
-/// while the document lives.
+/// Why bytes could not be read as the value that was asked for. Holds no text of its own: an error about keys
+/// that only the document tells, as those of settings, is to be described while the document lives.
 struct JSONError {
     /// What is wrong: a short phrase that lives as long as the program.
     const char* problem;
-    /// Under which key it is wrong, as far as known; lives as long as the document.
+    /// Under which key it is wrong, as far as known. Lives as long as the program if it is a key of ours,
+    /// else as long as the document.
     std::string_view key = {};
     /// What the document has in place of what was expected, where the phrase asks for it; lives as long as
     /// the document.
