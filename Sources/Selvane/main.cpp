@@ -1,5 +1,6 @@
 #include "Selvane/App/EmptyServices.h"
 #include "Selvane/Platform/Linux/DesktopAppearance.h"
+#include "Selvane/Platform/Linux/FileDefaultsStore.h"
 #include "Selvane/Platform/Linux/LinuxProcessActivity.h"
 #include "Selvane/Platform/Linux/LinuxScheduler.h"
 #include "Selvane/Platform/Linux/LinuxStatusItem.h"
@@ -11,7 +12,6 @@
 #include "Selvane/UI/PanelLoader.h"
 #include "SelvaneCore/AppPaths.h"
 #include "SelvaneCore/Log.h"
-#include "SelvaneCore/MemoryDefaultsStore.h"
 #include "SelvaneCore/PosixFileSystem.h"
 
 #include <QDBusConnection>
@@ -31,8 +31,6 @@ Date wallClock() {
 struct StandIns {
     EmptySoundPlayer soundPlayer;
     EmptyAttentionSignal attentionSignal;
-    /// Forgets everything at the end of the process.
-    MemoryDefaultsStore defaults;
 };
 
 AppServices services() {
@@ -75,6 +73,9 @@ int run(QGuiApplication& application) {
     StandIns standIns;
     PosixFileSystem fileSystem;
     LocalZone localZone;
+    const auto calendar = [&localZone] { return localZone.current(); };
+    FileDefaultsStore defaults(AppPaths::defaultsFile("com.lorbin.selvane"),
+                               {&fileSystem, wallClock, calendar}, scheduler);
     DesktopAppearance appearance(sessionBus);
     LinuxStatusItem statusItem(sessionBus, scheduler, appearance);
     X11PressMonitor presses;
@@ -85,10 +86,10 @@ int run(QGuiApplication& application) {
         .processActivity = &processActivity,
         .soundPlayer = &standIns.soundPlayer,
         .attentionSignal = &standIns.attentionSignal,
-        .defaults = &standIns.defaults,
+        .defaults = &defaults,
         .fileSystem = &fileSystem,
         .clock = wallClock,
-        .calendar = [&localZone] { return localZone.current(); },
+        .calendar = calendar,
         .file = AppPaths::file,
         .services = services(),
     });

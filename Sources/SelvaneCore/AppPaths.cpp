@@ -8,6 +8,7 @@
 #include <array>
 #include <cstdlib>
 #include <optional>
+#include <string>
 
 namespace selvane::AppPaths {
 
@@ -51,6 +52,11 @@ Path dataDirectory() {
 
 Path file(std::string_view name) {
     return dataDirectory() / name;
+}
+
+Path defaultsFile(std::string_view domain) {
+    const auto config = absolutePath("XDG_CONFIG_HOME");
+    return (config ? *config : homeDirectory() / ".config") / (std::string(domain) + ".json");
 }
 
 } // namespace selvane::AppPaths

@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <string_view>
 
-/// Where the user's data lies. Computed at each call from the environment; nothing is made on disk. Not to be
-/// called while another thread changes the environment.
+/// Where the user's data and settings lie. Computed at each call from the environment; nothing is made on
+/// disk. Not to be called while another thread changes the environment.
 namespace selvane::AppPaths {
 
 /// The folder "Selvane" in the user's data folder: XDG_DATA_HOME if that is an absolute path, else
@@ -14,5 +14,10 @@ namespace selvane::AppPaths {
 
 /// The file of that name in `dataDirectory`.
 [[nodiscard]] std::filesystem::path file(std::string_view name);
+
+/// The file in which the settings of a domain lie, named after it, as in "com.lorbin.selvane.json". It stands
+/// in the user's folder for settings: XDG_CONFIG_HOME if that is an absolute path, else ".config" in the home
+/// folder.
+[[nodiscard]] std::filesystem::path defaultsFile(std::string_view domain);
 
 } // namespace selvane::AppPaths

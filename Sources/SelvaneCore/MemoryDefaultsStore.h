@@ -10,6 +10,9 @@ namespace selvane {
 /// Keeps values for as long as it lives.
 class MemoryDefaultsStore final : public DefaultsStore {
 public:
+    MemoryDefaultsStore() = default;
+    explicit MemoryDefaultsStore(SettingValues values) : _values(std::move(values)) {}
+
     [[nodiscard]] std::optional<SettingValue> value(std::string_view key) const override {
         const auto found = _values.find(key);
         return found == _values.end() ? std::nullopt : std::optional(found->second);

@@ -61,6 +61,19 @@ TEST(AppPaths, WithoutAHomeVariableTheAccountTellsIt) {
     EXPECT_EQ(AppPaths::dataDirectory(), path);
 }
 
+TEST(AppPaths, SettingsLieInTheConfigHomeUnderTheirDomain) {
+    const Variable config("XDG_CONFIG_HOME", "/somewhere/config");
+    const Variable home("HOME", "/somewhere/home");
+    EXPECT_EQ(AppPaths::defaultsFile("com.example.timer"), "/somewhere/config/com.example.timer.json");
+    for (const char* const useless : {"", "relative"}) {
+        config.set(useless);
+        EXPECT_EQ(AppPaths::defaultsFile("com.example.timer"),
+                  "/somewhere/home/.config/com.example.timer.json");
+    }
+    config.set(std::nullopt);
+    EXPECT_EQ(AppPaths::defaultsFile("com.example.timer"), "/somewhere/home/.config/com.example.timer.json");
+}
+
 TEST(AppPaths, NothingIsCached) {
     const Variable data("XDG_DATA_HOME", "/one");
     EXPECT_EQ(AppPaths::dataDirectory(), "/one/Selvane");
