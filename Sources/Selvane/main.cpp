@@ -39,7 +39,7 @@ AppServices services() {
         .makeBackups = [](auto directory) { return std::make_unique<BackupManager>(std::move(directory)); },
         .makeNotifier = [] { return std::make_unique<EmptyNotifier>(); },
         .makeDataLifecycle = [] { return std::make_unique<EmptyDataLifecycle>(); },
-        .makeSettings = [](DefaultsStore&) { return std::make_unique<AppSettings>(); },
+        .makeSettings = [](DefaultsStore& defaults) { return std::make_unique<AppSettings>(defaults); },
         .makeMusic = [](AppSettings&) { return std::make_unique<EmptyMusicController>(); },
         .makeFocusGuard = [](AppSettings&) { return std::make_unique<EmptyFocusGuard>(); },
         .makeFocusMode = [](AppSettings&) { return std::make_unique<EmptyFocusModeController>(); },

@@ -2,6 +2,7 @@
 
 #include "SelvaneCore/Models.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <string>
@@ -16,6 +17,9 @@ struct MinuteRange {
     [[nodiscard]] constexpr bool contains(int minutes) const {
         return lowest <= minutes && minutes <= highest;
     }
+
+    /// The nearest number in the range.
+    [[nodiscard]] constexpr int clamp(int minutes) const { return std::clamp(minutes, lowest, highest); }
 
     friend bool operator==(const MinuteRange&, const MinuteRange&) = default;
 };

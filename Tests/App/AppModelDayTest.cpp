@@ -119,7 +119,7 @@ TEST_F(AppModelDay, FocusScoreIsAbsentWithoutGuardOrDistractions) {
         std::vector{AppUsage{"org.editor", "Editor", Seconds{90}}, AppUsage{"org.chat", "Chat", Seconds{30}}};
     focusFor(Seconds{120});
     EXPECT_EQ(model.todayFocusScore(), std::nullopt) << "nothing is distracting";
-    model.settings().distractingSet.set({"org.chat"});
+    model.settings().distractingApps.set({"org.chat"});
     EXPECT_EQ(model.todayFocusScore(), 0.75);
     model.settings().focusGuardMode.set(FocusGuardMode::off);
     EXPECT_EQ(model.todayFocusScore(), std::nullopt) << "the guard is off";

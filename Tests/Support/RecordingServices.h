@@ -6,6 +6,7 @@
 #include "SelvaneCore/MemoryDefaultsStore.h"
 #include "Support/Journal.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
@@ -163,15 +164,16 @@ private:
     Journal& _journal;
 };
 
+/// Notes what concerns the model's own keys. The settings' many would drown everything else.
 class RecordingDefaults final : public DefaultsStore {
 public:
     explicit RecordingDefaults(Journal& journal) : _journal(journal) {}
     [[nodiscard]] std::optional<SettingValue> value(std::string_view key) const override {
-        _journal.note("defaults.read " + std::string(key));
+        note("defaults.read ", key);
         return _values.value(key);
     }
     void set(std::string_view key, std::optional<SettingValue> value) override {
-        _journal.note("defaults.write " + std::string(key));
+        note("defaults.write ", key);
         _values.set(key, std::move(value));
     }
 
@@ -180,6 +182,11 @@ public:
     void store(std::string_view key, SettingValue value) { _values.set(key, std::move(value)); }
 
 private:
+    void note(const char* operation, std::string_view key) const {
+        if (std::ranges::find(AppSettings::keys(), key) == AppSettings::keys().end())
+            _journal.note(operation + std::string(key));
+    }
+
     Journal& _journal;
     MemoryDefaultsStore _values;
 };
@@ -201,9 +208,9 @@ inline AppServices recordingServices(Journal& journal, const ServiceAnswers& ans
     services.makeNotifier = noting("notifier", [&] { return std::make_unique<RecordingNotifier>(journal); });
     services.makeDataLifecycle =
         noting("lifecycle", [&] { return std::make_unique<RecordingLifecycle>(journal, answers); });
-    services.makeSettings = [&journal, &answers](DefaultsStore&) {
+    services.makeSettings = [&journal, &answers](DefaultsStore& defaults) {
         journal.note("make settings");
-        auto settings = std::make_unique<AppSettings>();
+        auto settings = std::make_unique<AppSettings>(defaults);
         if (answers.storedSettings)
             answers.storedSettings(*settings);
         return settings;

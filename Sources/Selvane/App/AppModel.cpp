@@ -393,7 +393,7 @@ StreakResult AppModel::streak() const {
 }
 
 std::optional<double> AppModel::todayFocusScore() const {
-    const auto& distracting = _settings->distractingSet();
+    const DistractingSet distracting = _settings->distractingSet();
     if (_settings->focusGuardMode() == FocusGuardMode::off || distracting.empty())
         return std::nullopt;
     const Date dayStart = today().start(_settings->dayStartHour(), localCalendar());
