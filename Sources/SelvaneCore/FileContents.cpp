@@ -31,7 +31,8 @@ FileContents FileContents::copy(std::string_view bytes) {
 }
 
 tl::expected<FileContents, FileError> FileContents::read(FileSystem& fileSystem,
-                                                         const std::filesystem::path& path) {
+                                                         const std::filesystem::path& path,
+                                                         std::size_t limit) {
     const auto failure = [&path](const char* operation, std::error_code code) {
         return tl::unexpected(FileError{operation, path, code});
     };
@@ -45,7 +46,7 @@ tl::expected<FileContents, FileError> FileContents::read(FileSystem& fileSystem,
     if (!size)
         return failure("measure", size.error());
     // Asked before any memory is: a sparse file may say that it is larger than all of it.
-    if (*size >= tooLarge)
+    if (*size > limit)
         return failure("read", std::make_error_code(std::errc::file_too_large));
 
     // One byte more than the file has, so that the read that finds the end needs no more room.
@@ -59,7 +60,7 @@ tl::expected<FileContents, FileError> FileContents::read(FileSystem& fileSystem,
         if (*count == 0)
             break;
         contents._size += *count;
-        if (contents._size >= tooLarge)
+        if (contents._size > limit)
             return failure("read", std::make_error_code(std::errc::file_too_large));
         if (contents._size == contents._capacity)
             contents.grow();

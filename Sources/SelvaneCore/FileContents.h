@@ -22,9 +22,10 @@ public:
     static constexpr std::size_t tooLarge = std::size_t{4} << 30;
 
     /// Reads the whole file, also what is added to it meanwhile. The error is that of the first call that
-    /// failed, or `file_too_large`.
-    [[nodiscard]] static tl::expected<FileContents, FileError> read(FileSystem& fileSystem,
-                                                                    const std::filesystem::path& path);
+    /// failed, or `file_too_large` for a file of more than `limit` bytes, of which none is read if it says so
+    /// beforehand.
+    [[nodiscard]] static tl::expected<FileContents, FileError>
+    read(FileSystem& fileSystem, const std::filesystem::path& path, std::size_t limit = tooLarge - 1);
 
     /// A padded copy of `bytes`.
     [[nodiscard]] static FileContents copy(std::string_view bytes);

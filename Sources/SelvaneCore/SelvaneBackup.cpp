@@ -3,6 +3,7 @@
 #include "SelvaneCore/JSONReader.h"
 #include "SelvaneCore/LossyArray.h"
 #include "SelvaneCore/ModelsCoding.h"
+#include "SelvaneCore/RecordLimits.h"
 #include "SelvaneCore/SettingValueCoding.h"
 #include "SelvaneCore/Text.h"
 
@@ -21,12 +22,6 @@ namespace {
 using Problem = SelvaneBackup::Problem;
 
 constexpr std::size_t maxVersionLength = 40;
-/// In user-perceived characters, of an application's identifier and of its name.
-constexpr std::size_t maxNameLength = 300;
-constexpr std::int64_t maxEstimatedPomodoros = 1000;
-constexpr std::int64_t maxCompletedPomodoros = 100'000;
-constexpr Date earliestStart = std::chrono::sys_days{std::chrono::year{2000} / 1 / 1};
-constexpr Seconds aDay{86'400};
 
 /// Enough to know a document of a later schema without understanding the rest.
 struct Header {
@@ -90,8 +85,8 @@ const Record* firstRepeated(const std::vector<Record>& records) {
 }
 
 /// Also false for what is not a number.
-bool isWithinADay(Seconds length) {
-    return length >= Seconds{0} && length <= aDay;
+bool isPossibleLength(Seconds length) {
+    return length >= Seconds{0} && length <= RecordLimits::longest;
 }
 
 bool isAtMost(std::string_view text, std::size_t length) {
@@ -99,13 +94,14 @@ bool isAtMost(std::string_view text, std::size_t length) {
 }
 
 bool hasPossibleTimes(const FocusSession& session, Date latestStart) {
-    return session.start >= earliestStart && session.start <= latestStart && session.end >= session.start &&
-           isWithinADay(session.actualSeconds) && isWithinADay(session.plannedSeconds);
+    return session.start >= RecordLimits::earliestStart && session.start <= latestStart &&
+           session.end >= session.start && isPossibleLength(session.actualSeconds) &&
+           isPossibleLength(session.plannedSeconds);
 }
 
 bool isPossible(const AppUsage& usage) {
-    return isWithinADay(usage.seconds) && isAtMost(usage.bundleID, maxNameLength) &&
-           isAtMost(usage.name, maxNameLength);
+    return isPossibleLength(usage.seconds) && isAtMost(usage.bundleID, RecordLimits::maxAppTextLength) &&
+           isAtMost(usage.name, RecordLimits::maxAppTextLength);
 }
 
 /// Why a session doesn't validate, or null.
@@ -122,8 +118,8 @@ const char* reasonAgainst(const TaskItem& task) {
     if (Text::trimmed(task.title).empty() || !isAtMost(task.title, TaskList::maxTitleLength))
         return "a task without a valid title";
     const auto isCount = [](std::int64_t count, std::int64_t most) { return count >= 0 && count <= most; };
-    if (!isCount(task.estimatedPomodoros, maxEstimatedPomodoros) ||
-        !isCount(task.completedPomodoros, maxCompletedPomodoros))
+    if (!isCount(task.estimatedPomodoros, RecordLimits::maxEstimatedPomodoros) ||
+        !isCount(task.completedPomodoros, RecordLimits::maxCompletedPomodoros))
         return "a task with impossible counts";
     return nullptr;
 }
@@ -267,7 +263,7 @@ std::optional<SelvaneBackup::Fault> SelvaneBackup::firstFault(Date now) const {
         return Fault("repeated tasks", "task", tasks.items, *repeated);
 
     // 3. The window of possible times.
-    const Date latestStart = adding(aDay, now);
+    const Date latestStart = adding(RecordLimits::mostAhead, now);
 
     // 4. Each session.
     for (const FocusSession& session : sessions) {
