@@ -1,0 +1,83 @@
+#include "Selvane/Platform/Linux/LinuxSerialQueue.h"
+
+#include "Support/EventLoop.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <optional>
+#include <thread>
+#include <vector>
+
+namespace selvane {
+namespace {
+
+TEST(LinuxSerialQueue, WorkRunsElsewhereAndTheRestOnTheMainThread) {
+    LinuxSerialQueue queue;
+    std::thread::id workThread;
+    std::thread::id restThread;
+    bool isDone = false;
+    queue.run([&] {
+        workThread = std::this_thread::get_id();
+        return [&] {
+            restThread = std::this_thread::get_id();
+            isDone = true;
+        };
+    });
+    ASSERT_TRUE(test::waitUntil([&] { return isDone; }));
+    EXPECT_NE(workThread, std::this_thread::get_id());
+    EXPECT_EQ(restThread, std::this_thread::get_id());
+}
+
+TEST(LinuxSerialQueue, PiecesRunOneAfterAnotherInTheirOrder) {
+    LinuxSerialQueue queue;
+    std::atomic<int> running = 0;
+    std::vector<int> order;
+    bool overlapped = false;
+    for (int number = 0; number < 50; ++number) {
+        queue.run([&, number] {
+            overlapped = overlapped || ++running > 1;
+            std::this_thread::yield();
+            --running;
+            return [&order, number] { order.push_back(number); };
+        });
+    }
+    ASSERT_TRUE(test::waitUntil([&] { return order.size() == 50; }));
+    EXPECT_FALSE(overlapped);
+    EXPECT_TRUE(std::ranges::is_sorted(order));
+}
+
+TEST(LinuxSerialQueue, WorkWithoutARestIsDoneAllTheSame) {
+    LinuxSerialQueue queue;
+    std::atomic<bool> isDone = false;
+    queue.run([&]() -> SerialQueue::Rest {
+        isDone = true;
+        return nullptr;
+    });
+    ASSERT_TRUE(test::waitUntil([&] { return isDone.load(); }));
+}
+
+TEST(LinuxSerialQueue, ItsEndWaitsForWorkThatHasBegunAndHandsNothingBack) {
+    std::optional<LinuxSerialQueue> queue;
+    queue.emplace();
+    std::atomic<bool> hasBegun = false;
+    std::atomic<bool> isDone = false;
+    bool handedBack = false;
+    queue->run([&] {
+        hasBegun = true;
+        std::this_thread::sleep_for(std::chrono::milliseconds{50});
+        isDone = true;
+        return [&] { handedBack = true; };
+    });
+    while (!hasBegun)
+        std::this_thread::yield();
+    queue.reset();
+    EXPECT_TRUE(isDone);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(handedBack);
+}
+
+} // namespace
+} // namespace selvane
