@@ -1,12 +1,17 @@
+#include "Selvane/App/DateText.h"
 #include "Selvane/App/EmptyServices.h"
+#include "Selvane/App/LocalDataLifecycle.h"
+#include "Selvane/App/ReleaseNotes.h"
 #include "Selvane/Platform/Linux/DesktopAppearance.h"
 #include "Selvane/Platform/Linux/FileDefaultsStore.h"
 #include "Selvane/Platform/Linux/LinuxProcessActivity.h"
 #include "Selvane/Platform/Linux/LinuxScheduler.h"
+#include "Selvane/Platform/Linux/LinuxSerialQueue.h"
 #include "Selvane/Platform/Linux/LinuxStatusItem.h"
 #include "Selvane/Platform/Linux/LocalZone.h"
 #include "Selvane/Platform/Linux/LogindAwayMonitor.h"
 #include "Selvane/Platform/Linux/SingleInstance.h"
+#include "Selvane/Platform/Linux/TerminationSignals.h"
 #include "Selvane/Platform/Linux/X11PressMonitor.h"
 #include "Selvane/UI/AppDelegate.h"
 #include "Selvane/UI/PanelLoader.h"
@@ -16,8 +21,12 @@
 
 #include <QDBusConnection>
 #include <QGuiApplication>
+#include <QLocale>
 
 #include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <utility>
 
 namespace selvane {
 namespace {
@@ -33,12 +42,23 @@ struct StandIns {
     EmptyAttentionSignal attentionSignal;
 };
 
-AppServices services() {
+/// The file among those that come with the program. Relative to the program, so that an installed tree can be
+/// moved and the build tree works as it is.
+std::filesystem::path resource(const char* name) {
+    return std::filesystem::path(QCoreApplication::applicationDirPath().toStdString()) / ".." /
+           SELVANE_DATA_DIRECTORY / name;
+}
+
+AppServices services(SerialQueue& queue, const StoreEnvironment& files,
+                     const LocalDataLifecycle::Environment& lifecycle) {
     return {
         .makeUpdater = [] { return std::make_unique<EmptyUpdater>(); },
-        .makeBackups = [](auto directory) { return std::make_unique<BackupManager>(std::move(directory)); },
+        .makeBackups =
+            [&queue, files](auto directory) {
+                return std::make_unique<BackupManager>(std::move(directory), files, queue);
+            },
         .makeNotifier = [] { return std::make_unique<EmptyNotifier>(); },
-        .makeDataLifecycle = [] { return std::make_unique<EmptyDataLifecycle>(); },
+        .makeDataLifecycle = [lifecycle] { return std::make_unique<LocalDataLifecycle>(lifecycle); },
         .makeSettings = [](DefaultsStore& defaults) { return std::make_unique<AppSettings>(defaults); },
         .makeMusic = [](AppSettings&) { return std::make_unique<EmptyMusicController>(); },
         .makeFocusGuard = [](AppSettings&) { return std::make_unique<EmptyFocusGuard>(); },
@@ -74,8 +94,28 @@ int run(QGuiApplication& application) {
     PosixFileSystem fileSystem;
     LocalZone localZone;
     const auto calendar = [&localZone] { return localZone.current(); };
-    FileDefaultsStore defaults(AppPaths::defaultsFile("com.lorbin.selvane"),
-                               {&fileSystem, wallClock, calendar}, scheduler);
+    const StoreEnvironment files{&fileSystem, wallClock, calendar};
+    LinuxSerialQueue queue;
+    FileDefaultsStore defaults(AppPaths::defaultsFile("com.lorbin.selvane"), files, scheduler);
+    ReleaseNotes releaseNotes({.version = SELVANE_VERSION, .build = SELVANE_BUILD}, fileSystem,
+                              resource("Changelog.json"));
+    const LocalDataLifecycle::Environment lifecycle{
+        .defaults = &defaults,
+        .fileSystem = &fileSystem,
+        .releaseNotes = &releaseNotes,
+        .clock = wallClock,
+        .calendar = calendar,
+        .dateAndTime =
+            [calendar](Date date) { return dateAndTime(date, calendar(), QLocale()).toStdString(); },
+        .predecessor = {{
+            .dataDirectory = AppPaths::dataDirectory().parent_path() / "Vesk",
+            .newDataDirectory = AppPaths::dataDirectory(),
+            .readDefaults =
+                [&fileSystem] {
+                    return FileDefaultsStore::read(fileSystem, AppPaths::defaultsFile("com.lorbin.vesk"));
+                },
+        }},
+    };
     DesktopAppearance appearance(sessionBus);
     LinuxStatusItem statusItem(sessionBus, scheduler, appearance);
     X11PressMonitor presses;
@@ -91,7 +131,7 @@ int run(QGuiApplication& application) {
         .clock = wallClock,
         .calendar = calendar,
         .file = AppPaths::file,
-        .services = services(),
+        .services = services(queue, files, lifecycle),
     });
     delegate.onQuit = [] { QCoreApplication::quit(); };
     delegate.applicationDidFinishLaunching({
@@ -100,6 +140,7 @@ int run(QGuiApplication& application) {
         .presses = &presses,
         .makePanel = PanelLoader::load,
     });
+    const TerminationSignals termination([] { QCoreApplication::quit(); });
     instance.onActivate = [&delegate] { delegate.applicationShouldHandleReopen(); };
 
     return application.exec();

@@ -27,16 +27,13 @@ TEST_F(AppModelConstruction, RunsItsStepsInOrder) {
 }
 
 /// Puts files in place in the move from the earlier product, as that move does.
-class MigratingLifecycle final : public DataLifecycle {
+class MigratingLifecycle final : public test::RecordingLifecycle {
 public:
-    explicit MigratingLifecycle(const test::TemporaryFolder& folder) : _folder(folder) {}
+    explicit MigratingLifecycle(test::ModelHarness& harness)
+        : RecordingLifecycle(harness.journal, harness.answers), _folder(harness.folder) {}
     void migrateFromVesk() override {
         _folder.write("Selvane/tasks.json", test::taskFile({{test::firstTask}}));
     }
-    void recoverDamagedFiles(AppModel&, const TaskResult&, const SessionResult&) override {}
-    void backUpBeforeUpdate(AppModel&) override {}
-    void backUpDaily(AppModel&) override {}
-    void showWhatsNewIfUpdated(AppModel&) override {}
 
 private:
     const test::TemporaryFolder& _folder;
@@ -44,9 +41,7 @@ private:
 
 TEST_F(AppModelConstruction, MigratesBeforeAnyFileIsRead) {
     AppEnvironment environment = harness.environment();
-    environment.services.makeDataLifecycle = [&] {
-        return std::make_unique<MigratingLifecycle>(harness.folder);
-    };
+    environment.services.makeDataLifecycle = [&] { return std::make_unique<MigratingLifecycle>(harness); };
     const AppModel model(environment);
     EXPECT_EQ(model.tasks().items.size(), 1U);
     EXPECT_TRUE(model.hadDataAtLaunch());

@@ -4,6 +4,7 @@
 #include "SelvaneCore/PosixFileSystem.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstddef>
 #include <functional>
 #include <limits>
@@ -21,6 +22,7 @@ namespace selvane::test {
 ///     files.failAlways("move");  // every call of that name fails
 ///     files.failAlways("write", std::errc::no_space_on_device);
 ///     files.failMovesOf(path);   // that file can't be moved, others can
+///     files.dieAt(3);            // the third call from now is the last thing that the process does
 ///     files.heal();
 ///
 /// A write that fails has written half of its bytes before, as on a disk that runs full. A close that fails
@@ -34,8 +36,13 @@ public:
     /// The next call of that name fails, all later ones work.
     void failFirst(const std::string& name, std::errc code) { _failingOnce[name] = code; }
     void failMovesOf(const Path& path) { _unmovable = path; }
+    void dieAt(std::size_t number) {
+        failCalls(0, 0);
+        _lastCall = number;
+    }
     void heal() {
         failCalls(0, 0);
+        _lastCall = 0;
         _failing.clear();
         _failingOnce.clear();
         _unmovable.clear();
@@ -89,6 +96,8 @@ public:
             "read", [&] { return _real.read(file, into.first(std::min(into.size(), _readLimit))); });
     }
     [[nodiscard]] Result<std::size_t> write(Descriptor file, std::string_view bytes) override {
+        if (_calls.size() + 1 == _lastCall)
+            static_cast<void>(_real.write(file, bytes.substr(0, bytes.size() / 2)));
         if (const auto fault = faultOf("write")) {
             static_cast<void>(_real.write(file, bytes.substr(0, bytes.size() / 2)));
             return tl::unexpected(*fault);
@@ -131,6 +140,8 @@ private:
     /// Notes a call. The error that it is to fail with, if any.
     std::optional<std::error_code> faultOf(const std::string& name) {
         const std::size_t number = _calls.size() + 1;
+        if (number == _lastCall)
+            static_cast<void>(std::raise(SIGKILL));
         std::optional<std::error_code> fault;
         if (const auto failing = _failing.find(name); failing != _failing.end())
             fault = std::make_error_code(failing->second);
@@ -160,6 +171,7 @@ private:
     std::map<std::string, std::errc> _failing;
     std::map<std::string, std::errc> _failingOnce;
     Path _unmovable;
+    std::size_t _lastCall = 0;
     std::size_t _firstFault = 0;
     std::size_t _lastFault = 0;
     std::size_t _writeLimit = std::numeric_limits<std::size_t>::max();

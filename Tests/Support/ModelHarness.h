@@ -3,12 +3,15 @@
 #include "Selvane/App/AppModel.h"
 #include "SelvaneCore/PosixFileSystem.h"
 #include "Support/Journal.h"
+#include "Support/ManualQueue.h"
 #include "Support/ManualScheduler.h"
 #include "Support/RecordingServices.h"
 #include "Support/TemporaryFolder.h"
 
 #include <chrono>
+#include <functional>
 #include <memory>
+#include <utility>
 
 namespace selvane::test {
 
@@ -49,6 +52,9 @@ public:
     }
 
     AppEnvironment environment() {
+        AppServices services = recordingServices(journal, answers, storeEnvironment(), queue);
+        if (adjustServices)
+            adjustServices(services);
         return {
             .scheduler = &scheduler,
             .awayMonitor = &awayMonitor,
@@ -60,14 +66,22 @@ public:
             .clock = [this] { return now; },
             .calendar = [this] { return calendar; },
             .file = [this](std::string_view name) { return folder.path() / "Selvane" / name; },
-            .services = recordingServices(journal, answers),
+            .services = std::move(services),
         };
     }
+
+    StoreEnvironment storeEnvironment() {
+        return {fileSystem, [this] { return now; }, [this] { return calendar; }};
+    }
+
+    /// Puts real services in the place of those that only note.
+    std::function<void(AppServices&)> adjustServices;
 
     TemporaryFolder folder;
     Journal journal;
     ServiceAnswers answers;
     ManualScheduler scheduler;
+    ManualQueue queue;
     AwayMonitor awayMonitor;
     RecordingActivity activity{journal};
     RecordingSound sound{journal, answers};

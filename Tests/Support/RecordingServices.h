@@ -102,7 +102,7 @@ private:
     const ServiceAnswers& _answers;
 };
 
-class RecordingLifecycle final : public DataLifecycle {
+class RecordingLifecycle : public DataLifecycle {
 public:
     RecordingLifecycle(Journal& journal, const ServiceAnswers& answers)
         : _journal(journal), _answers(answers) {}
@@ -117,6 +117,17 @@ public:
     void backUpBeforeUpdate(AppModel&) override { _journal.note("lifecycle.backUpBeforeUpdate"); }
     void backUpDaily(AppModel&) override { _journal.note("lifecycle.backUpDaily"); }
     void showWhatsNewIfUpdated(AppModel&) override { _journal.note("lifecycle.whatsNew"); }
+    [[nodiscard]] SelvaneBackup makeBackup(const AppModel&) override {
+        _journal.note("lifecycle.makeBackup");
+        return {"", Date{}, {}, {}, std::nullopt, {}};
+    }
+    [[nodiscard]] tl::expected<void, ImportError>
+    importBackup(AppModel&, const SelvaneBackup&, ImportMode mode, std::string_view reason) override {
+        _journal.note(std::string("lifecycle.import ") + (mode == ImportMode::merge ? "merge " : "replace ") +
+                      std::string(reason));
+        return {};
+    }
+    void resetStatistics(AppModel&) override { _journal.note("lifecycle.reset"); }
 
 private:
     template <typename Result>
@@ -192,7 +203,8 @@ private:
 };
 
 /// Services that note what the model asks of them.
-inline AppServices recordingServices(Journal& journal, const ServiceAnswers& answers) {
+inline AppServices recordingServices(Journal& journal, const ServiceAnswers& answers,
+                                     const StoreEnvironment& files, SerialQueue& queue) {
     const auto noting = [&journal](const char* name, auto make) {
         return [&journal, name, make](auto&&...) {
             journal.note(std::string("make ") + name);
@@ -201,9 +213,9 @@ inline AppServices recordingServices(Journal& journal, const ServiceAnswers& ans
     };
     AppServices services;
     services.makeUpdater = noting("updater", [] { return std::make_unique<EmptyUpdater>(); });
-    services.makeBackups = [&journal](std::filesystem::path directory) {
+    services.makeBackups = [&journal, files, &queue](std::filesystem::path directory) {
         journal.note("make backups on " + directory.filename().string());
-        return std::make_unique<BackupManager>(std::move(directory));
+        return std::make_unique<BackupManager>(std::move(directory), files, queue);
     };
     services.makeNotifier = noting("notifier", [&] { return std::make_unique<RecordingNotifier>(journal); });
     services.makeDataLifecycle =

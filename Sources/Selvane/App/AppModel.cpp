@@ -1,6 +1,7 @@
 #include "Selvane/App/AppModel.h"
 
 #include "SelvaneCore/Log.h"
+#include "SelvaneCore/RecordLimits.h"
 
 #include <algorithm>
 #include <array>
@@ -12,7 +13,6 @@ namespace selvane {
 
 namespace {
 
-constexpr std::string_view currentTaskKey = "currentTaskID";
 constexpr Seconds tickInterval{1.0};
 constexpr Seconds tickTolerance{0.1};
 /// From the last tick of a task to the moment when the list is put in order.
@@ -189,7 +189,8 @@ void AppModel::handleFinished(FocusSession session) {
         session.apps = _focusGuard->finish();
         if (const TaskItem* const task = currentTask()) {
             session.taskID = task->id;
-            changeTasks([id = task->id](TaskList& tasks) { tasks.creditPomodoro(id); });
+            if (task->completedPomodoros < RecordLimits::maxCompletedPomodoros)
+                changeTasks([id = task->id](TaskList& tasks) { tasks.creditPomodoro(id); });
         }
     }
     const Phase phase = session.phase;
@@ -252,6 +253,19 @@ void AppModel::showWhatsNewIfUpdated() {
     _dataLifecycle->showWhatsNewIfUpdated(*this);
 }
 
+tl::expected<void, ImportError> AppModel::importBackup(const SelvaneBackup& backup, ImportMode mode,
+                                                       std::string_view reason) {
+    return _dataLifecycle->importBackup(*this, backup, mode, reason);
+}
+
+void AppModel::resetStatistics() {
+    _dataLifecycle->resetStatistics(*this);
+}
+
+SelvaneBackup AppModel::makeBackup() const {
+    return _dataLifecycle->makeBackup(*this);
+}
+
 void AppModel::refreshForDisplay() {
     backUpDaily();
     rollOverDay();
@@ -288,7 +302,9 @@ void AppModel::renameTask(UUID id, std::string_view title) {
 }
 
 void AppModel::setEstimate(UUID id, std::int64_t count) {
-    changeTasks([&](TaskList& tasks) { tasks.setEstimate(id, count); });
+    changeTasks([&](TaskList& tasks) {
+        tasks.setEstimate(id, std::min(count, RecordLimits::maxEstimatedPomodoros));
+    });
 }
 
 void AppModel::deleteTask(UUID id) {
@@ -336,8 +352,21 @@ void AppModel::changeTasks(const std::function<void(TaskList&)>& change, TaskCha
     tasksChanged.emit(kind);
 }
 
+void AppModel::setTasks(TaskList tasks) {
+    changeTasks([&](TaskList& list) { list = std::move(tasks); });
+}
+
 void AppModel::append(FocusSession session) {
-    _history.append(std::move(session));
+    _history.append(RecordLimits::fitted(std::move(session), _environment.clock()));
+    saveSessions();
+}
+
+void AppModel::setSessions(std::vector<FocusSession> sessions) {
+    _history = History(std::move(sessions));
+    saveSessions();
+}
+
+void AppModel::saveSessions() {
     persist(sessions(), _sessionStore);
     sessionsChanged.emit();
 }

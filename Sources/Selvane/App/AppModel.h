@@ -32,6 +32,9 @@ namespace selvane {
 /// the same file writes it.
 class AppModel {
 public:
+    /// Where the defaults keep the current task.
+    static constexpr std::string_view currentTaskKey = "currentTaskID";
+
     /// Reads the stores, repairs what is damaged, wires everything and starts the ticker.
     explicit AppModel(AppEnvironment environment);
     ~AppModel();
@@ -44,6 +47,12 @@ public:
     void rollOverDay();
     void backUpDaily();
     void showWhatsNewIfUpdated();
+    /// Brings a backup back, after a safety copy of the present state whose name tells the `reason`. Ends a
+    /// phase that is under way.
+    [[nodiscard]] tl::expected<void, ImportError> importBackup(const SelvaneBackup& backup, ImportMode mode,
+                                                               std::string_view reason);
+    /// Clears the history, after a safety copy if one can be made. Tasks and settings stay.
+    void resetStatistics();
     /// Brings the model up to date for a view that is about to open.
     void refreshForDisplay();
 
@@ -58,7 +67,8 @@ public:
     /// Moves the tasks at these offsets, as one run, to before the task that is now at `offset`.
     void moveTasks(const std::set<std::ptrdiff_t>& offsets, std::ptrdiff_t offset);
     void renameTask(UUID id, std::string_view title);
-    /// Sets how many sessions the task is expected to take; a negative count becomes 0.
+    /// Sets how many sessions the task is expected to take; a negative count becomes 0,
+    /// one beyond what a record can be the largest that can.
     void setEstimate(UUID id, std::int64_t count);
     /// Deletes a task. The current one stops being current before it goes.
     void deleteTask(UUID id);
@@ -73,8 +83,14 @@ public:
     void setRecoveryNotice(std::optional<std::string> notice, Recovery recovery);
     /// Tells it, if there is anything to tell.
     void announceRecovery();
+    /// Puts another list or history in the place of the present one, as a backup has them.
+    void setTasks(TaskList tasks);
+    void setSessions(std::vector<FocusSession> sessions);
 
     // Queries
+
+    /// A document of the present state.
+    [[nodiscard]] SelvaneBackup makeBackup() const;
 
     [[nodiscard]] AppSettings& settings() { return *_settings; }
     [[nodiscard]] const AppSettings& settings() const { return *_settings; }
@@ -148,6 +164,7 @@ private:
 
     void changeTasks(const std::function<void(TaskList&)>& change, TaskChange kind = TaskChange::plain);
     void append(FocusSession session);
+    void saveSessions();
     template <typename Value>
     void persist(const Value& value, const JSONStore<Value>& store);
     void setSaveError(std::optional<std::string> text);

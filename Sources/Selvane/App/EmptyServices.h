@@ -20,15 +20,6 @@ public:
     void requestAuthorization() override {}
 };
 
-class EmptyDataLifecycle final : public DataLifecycle {
-public:
-    void migrateFromVesk() override {}
-    void recoverDamagedFiles(AppModel&, const TaskResult&, const SessionResult&) override {}
-    void backUpBeforeUpdate(AppModel&) override {}
-    void backUpDaily(AppModel&) override {}
-    void showWhatsNewIfUpdated(AppModel&) override {}
-};
-
 class EmptyMusicController final : public MusicController {
 public:
     void play() override {}

@@ -1,6 +1,6 @@
 #include "Selvane/UI/MenuBarLabel.h"
 
-#include "Selvane/UI/TimeOfDay.h"
+#include "Selvane/App/DateText.h"
 #include "SelvaneCore/TimeFormat.h"
 
 namespace selvane::MenuBarLabel {

@@ -1,6 +1,6 @@
 #include "Selvane/UI/Popover/PopoverText.h"
 
-#include "Selvane/UI/TimeOfDay.h"
+#include "Selvane/App/DateText.h"
 #include "SelvaneCore/TimeFormat.h"
 
 namespace selvane::PopoverText {

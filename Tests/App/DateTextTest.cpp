@@ -1,0 +1,56 @@
+#include "Selvane/App/DateText.h"
+
+#include "Support/LocalTime.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace selvane {
+namespace {
+
+struct DateRow {
+    const char* name;
+    const char* locale;
+    const char* date;
+    const char* both;
+};
+
+class DateTexts : public testing::TestWithParam<DateRow> {};
+
+TEST_P(DateTexts, AreInTheLocalesWords) {
+    const QLocale locale(QString::fromLatin1(GetParam().locale));
+    const Calendar calendar = test::zone("Europe/Berlin");
+    const Date date = test::utc(2026, 3, 5, 23, 6);
+    EXPECT_EQ(abbreviatedDate(date, calendar, locale).toStdString(), GetParam().date);
+    // Unicode's newer data sets a narrow space before "AM".
+    EXPECT_EQ(dateAndTime(date, calendar, locale).replace(QChar(0x202f), QLatin1Char(' ')).toStdString(),
+              GetParam().both);
+}
+
+INSTANTIATE_TEST_SUITE_P(DateText, DateTexts,
+                         testing::Values(DateRow{"none", "C", "6 Mar 2026", "6 Mar 2026, 00:06"},
+                                         DateRow{"american", "en_US", "Mar 6, 2026", "Mar 6, 2026, 12:06 AM"},
+                                         DateRow{"british", "en_GB", "6 Mar 2026", "6 Mar 2026, 00:06"},
+                                         DateRow{"german", "de_DE", "6. März 2026", "6. März 2026, 00:06"},
+                                         DateRow{"japanese", "ja_JP", "2026年3月6日", "2026年3月6日, 0:06"},
+                                         DateRow{"hungarian", "hu_HU", "2026. márc. 6.",
+                                                 "2026. márc. 6., 0:06"},
+                                         DateRow{"arabic", "ar_EG", "٦ مارس ٢٠٢٦", "٦ مارس ٢٠٢٦, ١٢:٠٦ ص"}),
+                         [](const auto& row) { return row.param.name; });
+
+TEST(DateText, NoLocaleKeepsTheDayOfTheWeek) {
+    const Date friday = test::utc(2026, 3, 6, 12);
+    for (const char* const name :
+         {"en_US", "en_IN", "fr_FR", "es_ES", "it_IT", "nl_NL", "sv_SE", "pl_PL", "cs_CZ", "ru_RU", "uk_UA",
+          "tr_TR", "ko_KR", "zh_CN", "pt_BR", "fi_FI", "da_DK", "nb_NO"}) {
+        const QLocale locale(QString::fromLatin1(name));
+        const QString text = abbreviatedDate(friday, Calendar::utc(), locale);
+        EXPECT_FALSE(text.contains(locale.dayName(5, QLocale::LongFormat)))
+            << name << ": " << text.toStdString();
+        EXPECT_TRUE(text.contains(QStringLiteral("2026"))) << name << ": " << text.toStdString();
+    }
+}
+
+} // namespace
+} // namespace selvane
