@@ -29,6 +29,22 @@ TEST(TerminationSignals, ManyBeforeATurnAreOne) {
     EXPECT_EQ(heard, 1);
 }
 
+TEST(TerminationSignals, OneThatWasIgnoredStillIs) {
+    const auto before = std::signal(SIGHUP, SIG_IGN);
+    int heard = 0;
+    {
+        const TerminationSignals watch([&] { ++heard; });
+        ASSERT_EQ(std::raise(SIGHUP), 0);
+        ASSERT_EQ(std::raise(SIGTERM), 0);
+        ASSERT_TRUE(test::waitUntil([&] { return heard > 0; }));
+        EXPECT_EQ(heard, 1);
+        ASSERT_EQ(std::raise(SIGHUP), 0);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(heard, 1);
+    }
+    EXPECT_EQ(std::signal(SIGHUP, before), SIG_IGN);
+}
+
 TEST(TerminationSignals, MeanWhatTheyMeantAfterwards) {
     {
         const TerminationSignals watch([] {});

@@ -42,8 +42,11 @@ TerminationSignals::TerminationSignals(std::function<void()> onSignal)
     struct sigaction action {};
     action.sa_handler = note;
     action.sa_flags = SA_RESTART;
-    for (std::size_t index = 0; index < signals.size(); ++index)
+    for (std::size_t index = 0; index < signals.size(); ++index) {
         ::sigaction(signals[index], &action, &_before[index]);
+        if (_before[index].sa_handler == SIG_IGN)
+            ::sigaction(signals[index], &_before[index], nullptr);
+    }
 }
 
 TerminationSignals::~TerminationSignals() {

@@ -12,7 +12,7 @@ namespace selvane {
 
 /// Hears when the session ends, a terminal goes away or somebody kills the process politely, so that it can
 /// come to its end in order. The signals SIGTERM, SIGINT and SIGHUP then no longer end the process by
-/// themselves.
+/// themselves; one that was ignored, as under nohup, still is.
 ///
 /// One object at a time. Main thread, after the QCoreApplication was made; at destruction the signals mean
 /// again what they meant before. Where the system refuses, the signals keep their meaning.
