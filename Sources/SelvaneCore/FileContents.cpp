@@ -30,9 +30,8 @@ FileContents FileContents::copy(std::string_view bytes) {
     return contents;
 }
 
-tl::expected<FileContents, FileError> FileContents::read(FileSystem& fileSystem,
-                                                         const std::filesystem::path& path,
-                                                         std::size_t limit) {
+tl::expected<FileContents, FileError>
+FileContents::read(FileSystem& fileSystem, const std::filesystem::path& path, std::size_t limit) {
     const auto failure = [&path](const char* operation, std::error_code code) {
         return tl::unexpected(FileError{operation, path, code});
     };

@@ -1,6 +1,7 @@
 #include "SelvaneCore/JSONReader.h"
 
 #include "SelvaneCore/LossyArray.h"
+#include "Support/JSONText.h"
 #include "Support/LocalTime.h"
 
 #include <gtest/gtest.h>
@@ -13,20 +14,9 @@
 namespace selvane {
 namespace {
 
+using test::decoded;
 using namespace std::string_view_literals;
 using test::utc;
-
-/// The value of the only type in `text`, or the problem of reading it.
-template <typename Value>
-tl::expected<Value, std::string> decoded(std::string_view text) {
-    const auto document = JSONDocument::parse(FileContents::copy(text));
-    if (!document)
-        return tl::unexpected(document.error().description());
-    Value value{};
-    if (const auto outcome = decode(document->root(), value); !outcome)
-        return tl::unexpected(outcome.error().description());
-    return value;
-}
 
 template <typename Value>
 bool isRefused(std::string_view text) {

@@ -1,5 +1,6 @@
 #include "SelvaneCore/ModelsCoding.h"
 
+#include "Support/JSONText.h"
 #include "Support/LocalTime.h"
 #include "Support/StoreFixture.h"
 
@@ -15,6 +16,8 @@
 namespace selvane {
 namespace {
 
+using test::decoded;
+using test::encoded;
 using test::History;
 using test::RandomRecords;
 using test::utc;
@@ -77,24 +80,6 @@ constexpr std::string_view goldenTask = R"({
   "title" : "Größe"
 })";
 
-template <typename Value>
-std::string encoded(const Value& value) {
-    JSONWriter writer;
-    encode(writer, value);
-    return std::string(writer.finish().value());
-}
-
-template <typename Value>
-tl::expected<Value, std::string> decoded(std::string_view text) {
-    const auto document = JSONDocument::parse(FileContents::copy(text));
-    if (!document)
-        return tl::unexpected(document.error().description());
-    Value value{};
-    if (const auto outcome = decode(document->root(), value); !outcome)
-        return tl::unexpected(outcome.error().description());
-    return value;
-}
-
 std::string replaced(std::string_view text, std::string_view part, std::string_view by) {
     std::string result(text);
     const std::size_t at = result.find(part);
@@ -133,11 +118,7 @@ TEST(ModelsCoding, TaskGolden) {
 
 /// Into a day that no text below names.
 tl::expected<DayKey, std::string> decodedDay(std::string_view text) {
-    const auto document = JSONDocument::parse(FileContents::copy(text));
-    DayKey key(1, 1, 1);
-    if (const auto outcome = decode(document->root(), key); !outcome)
-        return tl::unexpected(outcome.error().description());
-    return key;
+    return decoded(text, DayKey(1, 1, 1));
 }
 
 TEST(ModelsCoding, ADayIsThreeNumbersAndNotItsDescription) {

@@ -1,5 +1,7 @@
 #include "SelvaneCore/SettingValueCoding.h"
 
+#include "Support/JSONText.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -9,6 +11,8 @@
 namespace selvane {
 namespace {
 
+using test::decoded;
+using test::encoded;
 using namespace std::string_view_literals;
 using Texts = SettingValue::Texts;
 
@@ -51,23 +55,6 @@ constexpr std::string_view golden = R"({
   }
 })";
 
-std::string encoded(const SettingValues& values) {
-    JSONWriter writer;
-    encode(writer, values);
-    return std::string(writer.finish().value());
-}
-
-template <typename Value>
-tl::expected<Value, std::string> decoded(std::string_view text) {
-    const auto document = JSONDocument::parse(FileContents::copy(text));
-    if (!document)
-        return tl::unexpected(document.error().description());
-    Value value{};
-    if (const auto outcome = decode(document->root(), value); !outcome)
-        return tl::unexpected(outcome.error().description());
-    return value;
-}
-
 TEST(SettingValueCoding, Golden) {
     EXPECT_EQ(encoded(everyKind), golden);
     EXPECT_EQ(decoded<SettingValues>(golden), everyKind);
@@ -80,7 +67,7 @@ TEST(SettingValueCoding, OneSettingIsAnObjectOfItsTypeAndItsValue) {
 }
 
 TEST(SettingValueCoding, NoSettingsAreAnEmptyObject) {
-    EXPECT_EQ(encoded({}), "{\n\n}");
+    EXPECT_EQ(encoded(SettingValues{}), "{\n\n}");
     EXPECT_EQ(decoded<SettingValues>("{}"), SettingValues{});
 }
 

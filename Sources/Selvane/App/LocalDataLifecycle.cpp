@@ -183,8 +183,8 @@ tl::expected<void, ImportError> LocalDataLifecycle::importBackup(AppModel& model
 }
 
 void LocalDataLifecycle::resetStatistics(AppModel& model) {
-    // The user wants it gone: a copy that can't be made doesn't stop that, but what failed for a moment gets a
-    // second chance.
+    // The user wants it gone: a copy that can't be made doesn't stop that, but what failed for a moment gets
+    // a second chance.
     const SelvaneBackup backup = makeBackup(model);
     if (!model.backups().writeSafety(backup, "reset"))
         model.backups().writeSafety(backup, "reset");
