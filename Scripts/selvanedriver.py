@@ -2,6 +2,7 @@
 
 import json
 import pathlib
+import signal
 import time
 
 from virtualdesktop import Failure, changed_area, wait
@@ -60,6 +61,23 @@ class Selvane:
         second = self.desktop.start(f"selvane-again-{self._starts}", [self.binary])
         wait("the second process to end", lambda: second.poll() is not None)
         return second.returncode
+
+    def wait_for_launch(self):
+        """Waits until the program is launched: from then on it ends in order when it is asked to."""
+        mask = 1 << (signal.SIGTERM - 1)
+
+        def catches():
+            self._check_alive()
+            status = pathlib.Path(f"/proc/{self.process.pid}/status").read_text()
+            caught = next(line for line in status.splitlines() if line.startswith("SigCgt:"))
+            return int(caught.split()[1], 16) & mask
+
+        wait("the launch to be over", catches)
+
+    def terminate(self, number=signal.SIGTERM):
+        """Ends the program by a signal; gives its exit status."""
+        self.process.send_signal(number)
+        return self.wait_for_end()
 
     def wait_for_end(self):
         """Waits until the program has ended by itself; gives its exit status."""
