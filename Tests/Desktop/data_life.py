@@ -170,6 +170,7 @@ def damage(home, damaged, has_backup):
     if has_backup:
         for name in [name for name in before if name.startswith("Backups/")]:
             check(after[name] == before[name], case + f"{name} byte for byte")
+        check(daily in after, case + "the day has its backup")
         document = json.loads(after[daily])
         for store, value in present.items():
             check_equal(document[store], restored[store] if store in damaged else value,
@@ -235,10 +236,11 @@ def migration(home):
 
     check(not home.earlier_data.exists(), "the earlier product's folder is gone")
     moved = home.files()
+    check_equal(sorted(moved), ["Backups/daily-2026-03-01.json", f"Backups/daily-{home.today}.json",
+                                f"Backups/pre-update-earlier-{home.today}.json", "sessions.json", "tasks.json"],
+                "its files and the backups of this launch")
     check_equal(json.loads(moved["tasks.json"]), tasks(31), "tasks of the earlier product")
     check_equal(json.loads(moved["sessions.json"]), sessions(32), "sessions of the earlier product")
-    check("Backups/daily-2026-03-01.json" in moved, "its backups came too")
-    check(f"Backups/pre-update-earlier-{home.today}.json" in moved, "the update from it has its backup")
     check(home.earlier_defaults_file.read_bytes() == earlier_defaults,
           "the earlier product's settings file is as it was")
     check_equal(home.defaults(),
