@@ -26,6 +26,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace selvane {
@@ -87,6 +88,8 @@ int run(QGuiApplication& application) {
         break;
     }
 
+    // Before everything that has something to write at its end.
+    const TerminationSignals termination([] { QCoreApplication::quit(); });
     LinuxScheduler scheduler;
     LogindAwayMonitor awayMonitor(scheduler, [] { return QDBusConnection::systemBus(); });
     LinuxProcessActivity processActivity;
@@ -95,9 +98,9 @@ int run(QGuiApplication& application) {
     LocalZone localZone;
     const auto calendar = [&localZone] { return localZone.current(); };
     const StoreEnvironment files{&fileSystem, wallClock, calendar};
-    LinuxSerialQueue queue;
+    LinuxSerialQueue backupQueue;
     FileDefaultsStore defaults(AppPaths::defaultsFile("com.lorbin.selvane"), files, scheduler);
-    ReleaseNotes releaseNotes({.version = SELVANE_VERSION, .build = SELVANE_BUILD}, fileSystem,
+    ReleaseNotes releaseNotes({.version = SELVANE_VERSION, .build = SELVANE_BUILD_NUMBER}, fileSystem,
                               resource("Changelog.json"));
     const LocalDataLifecycle::Environment lifecycle{
         .defaults = &defaults,
@@ -107,14 +110,17 @@ int run(QGuiApplication& application) {
         .calendar = calendar,
         .dateAndTime =
             [calendar](Date date) { return dateAndTime(date, calendar(), QLocale()).toStdString(); },
-        .predecessor = {{
-            .dataDirectory = AppPaths::dataDirectory().parent_path() / "Vesk",
-            .newDataDirectory = AppPaths::dataDirectory(),
-            .readDefaults =
-                [&fileSystem] {
-                    return FileDefaultsStore::read(fileSystem, AppPaths::defaultsFile("com.lorbin.vesk"));
-                },
-        }},
+        .predecessor = defaults.wasDamaged()
+                           ? std::nullopt
+                           : std::optional(LocalDataLifecycle::Predecessor{
+                                 .dataDirectory = AppPaths::dataDirectory().parent_path() / "Vesk",
+                                 .newDataDirectory = AppPaths::dataDirectory(),
+                                 .readDefaults =
+                                     [&fileSystem] {
+                                         return FileDefaultsStore::read(
+                                             fileSystem, AppPaths::defaultsFile("com.lorbin.vesk"));
+                                     },
+                             }),
     };
     DesktopAppearance appearance(sessionBus);
     LinuxStatusItem statusItem(sessionBus, scheduler, appearance);
@@ -131,7 +137,7 @@ int run(QGuiApplication& application) {
         .clock = wallClock,
         .calendar = calendar,
         .file = AppPaths::file,
-        .services = services(queue, files, lifecycle),
+        .services = services(backupQueue, files, lifecycle),
     });
     delegate.onQuit = [] { QCoreApplication::quit(); };
     delegate.applicationDidFinishLaunching({
@@ -140,7 +146,6 @@ int run(QGuiApplication& application) {
         .presses = &presses,
         .makePanel = PanelLoader::load,
     });
-    const TerminationSignals termination([] { QCoreApplication::quit(); });
     instance.onActivate = [&delegate] { delegate.applicationShouldHandleReopen(); };
 
     return application.exec();

@@ -1,5 +1,6 @@
 #include "SelvaneCore/AtomicFile.h"
 
+#include "SelvaneCore/FileContents.h"
 #include "SelvaneCore/OpenFile.h"
 #include "SelvaneCore/UUID.h"
 
@@ -108,6 +109,23 @@ void Replacement::append(std::string_view bytes) {
 }
 
 Outcome Replacement::commit() {
+    makeDurable();
+    return takePlace();
+}
+
+Outcome Replacement::commitIfReadBack(std::string_view expected) {
+    makeDurable();
+    if (_outcome) {
+        const auto contents = FileContents::read(_fileSystem, _temporary);
+        if (!contents)
+            _outcome = tl::unexpected(contents.error());
+        else if (contents->bytes() != expected)
+            fail("read back", _temporary, std::make_error_code(std::errc::io_error));
+    }
+    return takePlace();
+}
+
+void Replacement::makeDurable() {
     if (_outcome) {
         if (const auto synced = _fileSystem.sync(_file->descriptor()); !synced)
             fail("sync", _temporary, synced.error());
@@ -116,6 +134,9 @@ Outcome Replacement::commit() {
         if (const auto closed = _file->close(); !closed)
             fail("close", _temporary, closed.error());
     }
+}
+
+Outcome Replacement::takePlace() {
     if (_outcome) {
         if (const auto named = giveName(); !named)
             fail("rename", _temporary, named.error());
@@ -152,6 +173,12 @@ Outcome write(FileSystem& fileSystem, const Path& path, std::string_view bytes) 
     Replacement replacement(fileSystem, path);
     replacement.append(bytes);
     return replacement.commit();
+}
+
+Outcome writeChecked(FileSystem& fileSystem, const Path& path, std::string_view bytes) {
+    Replacement replacement(fileSystem, path);
+    replacement.append(bytes);
+    return replacement.commitIfReadBack(bytes);
 }
 
 Outcome create(FileSystem& fileSystem, const Path& path, std::string_view bytes) {

@@ -29,6 +29,11 @@ namespace selvane::AtomicFile {
 [[nodiscard]] tl::expected<void, FileError> write(FileSystem& fileSystem, const std::filesystem::path& path,
                                                   std::string_view bytes);
 
+/// The same, but the bytes are read back before they take the place of the old file: a disk that doesn't give
+/// back what it was given fails the write.
+[[nodiscard]] tl::expected<void, FileError>
+writeChecked(FileSystem& fileSystem, const std::filesystem::path& path, std::string_view bytes);
+
 /// Puts `bytes` in a new file at `path` with the same care. Fails with `file_exists` if anything has that
 /// name, which stays as it is.
 [[nodiscard]] tl::expected<void, FileError> create(FileSystem& fileSystem, const std::filesystem::path& path,
@@ -57,11 +62,15 @@ public:
 
     /// Makes the bytes durable and puts them in place of the target. To be called once, last.
     [[nodiscard]] tl::expected<void, FileError> commit();
+    /// The same, if what was written reads back as `expected`.
+    [[nodiscard]] tl::expected<void, FileError> commitIfReadBack(std::string_view expected);
 
 private:
     void fail(const char* operation, const std::filesystem::path& path, std::error_code code);
     void discard();
 
+    void makeDurable();
+    [[nodiscard]] tl::expected<void, FileError> takePlace();
     [[nodiscard]] FileSystem::Result<void> giveName();
 
     FileSystem& _fileSystem;

@@ -86,6 +86,13 @@ std::string safetyName(std::string_view reason, Date date, const Calendar& calen
     return name(safetyPrefix, std::string(reason) + "-" + dayText(absl::CivilDay(time)) + "-" + clock.data());
 }
 
+bool isAhead(std::string_view name, Date date, const Calendar& calendar) {
+    if (!name.ends_with(extension))
+        return false;
+    const std::string now = safetyName("", date, calendar);
+    return stamp(name) > stamp(now);
+}
+
 std::vector<std::string> namesToDelete(const std::vector<std::string>& names) {
     std::vector<std::string> result = stale(names, dailyPrefix, keepDaily);
     std::ranges::move(stale(names, preUpdatePrefix, keepPreUpdate), std::back_inserter(result));

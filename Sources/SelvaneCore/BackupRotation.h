@@ -30,6 +30,9 @@ inline constexpr std::size_t keepSafety = 5;
 /// As in "before-import-2026-03-05-140709.json".
 [[nodiscard]] std::string safetyName(std::string_view reason, Date date, const Calendar& calendar);
 
+/// Whether the name tells a moment after `date`, as names do that a clock gave that ran ahead.
+[[nodiscard]] bool isAhead(std::string_view name, Date date, const Calendar& calendar);
+
 /// Which of the files of these names may go: of each kind all but the newest, daily ones first, then those
 /// made before updates, then safety copies, each kind from the oldest on. Age is the date at the end of the
 /// name; a name without one is older than any. Names of no kind are never among them.

@@ -1,6 +1,7 @@
 #include "SelvaneCore/JSONReader.h"
 
 #include "SelvaneCore/HugePages.h"
+#include "SelvaneCore/Text.h"
 
 #include <simdjson.h>
 
@@ -103,8 +104,10 @@ struct JSONAccess {
 };
 
 std::string JSONError::description() const {
-    const std::string text = std::string(problem).append(found);
-    return key.empty() ? text : '"' + std::string(key) + "\": " + text;
+    // Both may come from the document, and may be as long as that.
+    constexpr std::size_t longest = 100;
+    const std::string text = std::string(problem).append(Text::prefix(found, longest));
+    return key.empty() ? text : '"' + std::string(Text::prefix(key, longest)) + "\": " + text;
 }
 
 bool JSONValue::isNull() const {

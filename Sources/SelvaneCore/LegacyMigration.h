@@ -12,9 +12,10 @@
 /// wins: nothing there is ever overwritten.
 namespace selvane::LegacyMigration {
 
-/// Moves the folder `from`, with all that is in it, to `to`, whose parent folders are made if they are
-/// missing. Tells whether it was moved. It isn't if there is no such folder, or if anything is at `to`: two
-/// folders are never put together. A failure is logged, and leaves the folder where it was.
+/// Moves the folder `from`, with all that is in it, to `to`, whose parent folders are made, with
+/// mode 700, if they are missing. Tells whether it was moved. It isn't if there is no such folder, or if
+/// anything is at `to`: two folders are never put together. A failure is logged, and leaves the folder where
+/// it was.
 bool moveDataDirectory(FileSystem& fileSystem, const std::filesystem::path& from,
                        const std::filesystem::path& to);
 

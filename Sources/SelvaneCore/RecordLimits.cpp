@@ -15,6 +15,9 @@ void fit(Seconds& length) {
 }
 
 void fit(std::string& text) {
+    // What is no text has no place in a file, and would take the whole history with it.
+    if (!Text::isValid(text))
+        text = Text::wellFormed(text);
     text.resize(Text::prefix(text, maxAppTextLength).size());
 }
 

@@ -22,9 +22,9 @@ inline constexpr std::size_t maxAppTextLength = 300;
 inline constexpr std::int64_t maxEstimatedPomodoros = 1'000;
 inline constexpr std::int64_t maxCompletedPomodoros = 100'000;
 
-/// The session with the smallest changes that make it one that can be, as seen at `now`: times into their
-/// window, an end before the start to the start, lengths and names cut. Clocks are set back, machines left on
-/// for nights, and applications name themselves as they like.
+/// The session with the smallest changes that make it one that can be, as seen at `now`. A start outside the
+/// window becomes its nearer end, and an end before the start becomes the start. Lengths and names are cut;
+/// bytes of a name that are no text become U+FFFD.
 [[nodiscard]] FocusSession fitted(FocusSession session, Date now);
 
 } // namespace selvane::RecordLimits

@@ -62,6 +62,13 @@ void encode(Writer& writer, const SettingValues& values) {
     writer.endObject();
 }
 
+bool hasForm(std::string_view key, const SettingValue& value) {
+    JSONChecker checker;
+    checker.anyKey(key);
+    encode(checker, value);
+    return checker.outcome().has_value();
+}
+
 JSONOutcome decode(JSONValue value, SettingValue& into) {
     static constexpr std::array<std::string_view, 2> keys{"type", "value"};
     const auto members = value.members(keys);

@@ -21,7 +21,9 @@ bool isDone(const TaskItem& item) {
 }
 
 std::optional<std::string> clean(std::string_view title) {
-    const std::string_view trimmed = Text::trimmed(title);
+    // What is no text has no place in a file.
+    const std::string text = Text::wellFormed(title);
+    const std::string_view trimmed = Text::trimmed(text);
     if (trimmed.empty())
         return std::nullopt;
     return std::string(Text::prefix(trimmed, TaskList::maxTitleLength));

@@ -102,6 +102,20 @@ bool isValid(std::string_view text) {
     return true;
 }
 
+std::string wellFormed(std::string_view text) {
+    constexpr std::string_view replacement = "\xef\xbf\xbd";
+    std::string result;
+    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    std::size_t offset = 0;
+    while (offset < text.size()) {
+        const std::size_t start = offset;
+        UChar32 character = 0;
+        U8_NEXT(bytes, offset, text.size(), character);
+        result += character < 0 ? replacement : text.substr(start, offset - start);
+    }
+    return result;
+}
+
 std::size_t count(std::string_view text) {
     if (isASCII(text)) {
         // A carriage return and the line feed after it are one character.

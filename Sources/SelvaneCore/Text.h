@@ -13,6 +13,9 @@ namespace selvane::Text {
 /// Whether all of the text is well-formed UTF-8.
 [[nodiscard]] bool isValid(std::string_view text);
 
+/// The text with U+FFFD in the place of each wrong byte sequence.
+[[nodiscard]] std::string wellFormed(std::string_view text);
+
 /// The length in user-perceived characters (extended grapheme clusters).
 [[nodiscard]] std::size_t count(std::string_view text);
 

@@ -19,6 +19,7 @@ namespace {
 using test::utc;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 using testing::SizeIs;
 
 SelvaneBackup backupOf(Date exportedAt) {
@@ -129,9 +130,58 @@ TEST_F(BackupManagerTest, UntilABackupReadsBackNothingIsPruned) {
 }
 
 TEST_F(BackupManagerTest, BytesThatComeBackOtherwiseAreNoBackup) {
-    // Reads that stop short of the end give fewer bytes than were written.
-    files.failAlways("read");
+    for (int day = 10; day < 25; ++day)
+        keep("daily-2026-02-" + std::to_string(day) + ".json", backupOf(utc(2026, 2, day)));
+    const auto before = names();
+    const std::string name = before.back();
+    const std::string kept = folder.read("Backups/" + name);
+    files.corruptReads();
     EXPECT_FALSE(manager.write(backupOf(now), "daily-2026-03-05.json"));
+    EXPECT_FALSE(manager.write(backupOf(now), name));
+    files.heal();
+    EXPECT_EQ(names(), before) << "nothing came, nothing went";
+    EXPECT_EQ(folder.read("Backups/" + name), kept) << "the old one of that name is whole";
+    EXPECT_TRUE(manager.write(backupOf(now), "daily-2026-03-05.json"));
+}
+
+TEST_F(BackupManagerTest, WhatHasJustBeenWrittenStaysThoughOthersSayThatTheyAreNewer) {
+    for (int day = 10; day < 25; ++day)
+        keep("daily-2027-02-" + std::to_string(day) + ".json", backupOf(utc(2027, 2, day)));
+    for (int second = 10; second < 16; ++second)
+        keep("before-import-2027-02-01-0000" + std::to_string(second) + ".json", backupOf(utc(2027, 2, 1)));
+    EXPECT_TRUE(manager.write(backupOf(now), "daily-2026-03-05.json"));
+    EXPECT_THAT(names(), testing::Contains("daily-2026-03-05.json"));
+    EXPECT_TRUE(manager.writeSafety(backupOf(now), "import"));
+    EXPECT_THAT(names(), testing::Contains("before-import-2026-03-05-140709.json"));
+}
+
+TEST_F(BackupManagerTest, TwoSafetyCopiesInOneSecondAreTwo) {
+    EXPECT_TRUE(manager.writeSafety(backupOf(utc(2026, 3, 1)), "reset"));
+    EXPECT_TRUE(manager.writeSafety(backupOf(utc(2026, 3, 2)), "reset"));
+    EXPECT_THAT(names(),
+                ElementsAre("before-reset-2026-03-05-140709.json", "before-reset-2026-03-05-140710.json"));
+}
+
+TEST_F(BackupManagerTest, WhatAKilledWriterLeftBehindGoes) {
+    keep("mine.json", backupOf(utc(2026, 3, 1)));
+    folder.write("Backups/.daily-2026-03-01.json.saving-0123AB", "half");
+    EXPECT_TRUE(manager.write(backupOf(now), "daily-2026-03-05.json"));
+    EXPECT_THAT(names(), ElementsAre("daily-2026-03-05.json", "mine.json"));
+}
+
+TEST_F(BackupManagerTest, AnExportGoesAnywhereAndPrunesNothing) {
+    for (int day = 10; day < 25; ++day)
+        keep("daily-2026-02-" + std::to_string(day) + ".json", backupOf(utc(2026, 2, day)));
+    const auto target = folder.path() / "far/away/export.json";
+    EXPECT_TRUE(BackupManager::write(files, backupOf(now), target));
+    EXPECT_EQ(folder.read("far/away/export.json"), backupOf(now).encoded());
+    EXPECT_THAT(names(), SizeIs(15));
+
+    files.failAlways("sync", std::errc::no_space_on_device);
+    const auto failed = BackupManager::write(files, backupOf(utc(2026, 3, 1)), target);
+    ASSERT_FALSE(failed);
+    EXPECT_THAT(failed.error().localizedDescription(), Not(IsEmpty()));
+    EXPECT_EQ(folder.read("far/away/export.json"), backupOf(now).encoded()) << "the old file is whole";
 }
 
 TEST_F(BackupManagerTest, ARecordThatCannotBeCostsNoBackup) {
@@ -152,6 +202,28 @@ TEST_F(BackupManagerTest, ARecordThatCannotBeCostsNoBackup) {
                        testing::HasSubstr(backup.tasks.items.front().id.text())));
     EXPECT_THAT(names(), ElementsAre("daily-2026-03-05.json"));
     EXPECT_THAT(manager.readEntries(), IsEmpty()) << "but it can't be offered";
+}
+
+TEST_F(BackupManagerTest, ADocumentThatMustBeMendedPushesNothingOut) {
+    for (int day = 10; day < 25; ++day)
+        keep("daily-2026-02-" + std::to_string(day) + ".json", backupOf(utc(2026, 2, day)));
+    SelvaneBackup backup = backupOf(now);
+    backup.tasks.items.push_back({.id = UUID::random(),
+                                  .title = " ",
+                                  .isDone = false,
+                                  .createdAt = now,
+                                  .completedAt = std::nullopt,
+                                  .estimatedPomodoros = 0,
+                                  .completedPomodoros = 0});
+    EXPECT_TRUE(manager.write(backup, "daily-2026-03-05.json"));
+    EXPECT_THAT(names(), SizeIs(16));
+}
+
+TEST_F(BackupManagerTest, ADocumentThatNobodyCouldReadIsNotWritten) {
+    SelvaneBackup backup = backupOf(now);
+    backup.settings["appleMusicPlaylist"] = SettingValue{std::string(SelvaneBackup::maxFileSize, 'a')};
+    EXPECT_FALSE(manager.write(backup, "daily-2026-03-05.json"));
+    EXPECT_THAT(names(), IsEmpty());
 }
 
 TEST_F(BackupManagerTest, AFailureIsALineInTheLog) {

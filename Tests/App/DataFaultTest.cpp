@@ -1,3 +1,4 @@
+#include "SelvaneCore/BackupRotation.h"
 #include "Support/DataHarness.h"
 #include "Support/LocalTime.h"
 
@@ -6,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -107,14 +109,26 @@ public:
     void haveDamaged(DataHarness& harness, const std::string& name) {
         harness.write(name, "{\"damage\" : [\"" + UUID::random().text() + "\"");
     }
+    /// None, some, or as many of each kind as are kept, of which the oldest go: what those have is in all of
+    /// them, so that nothing is lost with them. Some were made by a clock that ran ahead.
     void haveBackups(DataHarness& harness) {
-        for (auto left = below(4); left > 0; --left) {
-            const Date day = test::utc(2026, 2, 1) + std::chrono::days{left};
-            harness.write("Backups/daily-2026-02-0" + std::to_string(left) + ".json", *backup(day).encoded());
-        }
+        const std::size_t full = below(3);
+        const auto count = [&](std::size_t most) { return full == 0 ? most : below(4); };
+        const std::string text = *backup(test::utc(2026, 2, 1)).encoded();
+        const std::string year = oneOfYears();
+        for (std::size_t number = 0; number < count(BackupRotation::keepDaily); ++number)
+            harness.write("Backups/daily-" + year + "-02-" + std::to_string(10 + number) + ".json", text);
+        for (std::size_t number = 0; number < count(BackupRotation::keepPreUpdate); ++number)
+            harness.write("Backups/pre-update-9-" + year + "-02-" + std::to_string(10 + number) + ".json",
+                          text);
+        for (std::size_t number = 0; number < count(BackupRotation::keepSafety); ++number)
+            harness.write(
+                "Backups/before-reset-" + year + "-02-01-0000" + std::to_string(10 + number) + ".json", text);
     }
 
 private:
+    std::string oneOfYears() { return below(4) == 0 ? "2027" : "2026"; }
+
     std::mt19937_64 _random;
 };
 
@@ -143,6 +157,25 @@ void launch(DataHarness& harness) {
 
 void start(DataHarness& harness, Setter&) {
     harness.start();
+}
+
+/// All of the import, or nothing and the words for it.
+void importAndCheck(DataHarness& harness, const SelvaneBackup& backup, ImportMode mode) {
+    AppModel& model = harness.model();
+    const auto before = identifiersIn(model);
+    const auto imported = model.importBackup(backup, mode, "import");
+    if (!imported) {
+        ASSERT_EQ(imported.error().localizedDescription,
+                  "Selvane couldn't save a copy of your current data first, so nothing was changed.");
+        ASSERT_EQ(identifiersIn(model), before);
+        return;
+    }
+    std::set<std::string> expected = mode == ImportMode::merge ? before : std::set<std::string>{};
+    for (const TaskItem& item : backup.tasks.items)
+        expected.insert(item.id.text());
+    for (const FocusSession& session : backup.sessions)
+        expected.insert(session.id.text());
+    ASSERT_EQ(identifiersIn(model), expected);
 }
 
 const std::vector<Scenario> scenarios{
@@ -175,13 +208,11 @@ const std::vector<Scenario> scenarios{
      nullptr, start},
     {"importReplace", prepareData, launch,
      [](DataHarness& harness, Setter& setter) {
-         static_cast<void>(harness.model().importBackup(setter.backup(test::utc(2026, 3, 2)),
-                                                        ImportMode::replace, "import"));
+         importAndCheck(harness, setter.backup(test::utc(2026, 3, 2)), ImportMode::replace);
      }},
     {"importMerge", prepareData, launch,
      [](DataHarness& harness, Setter& setter) {
-         static_cast<void>(harness.model().importBackup(setter.backup(test::utc(2026, 3, 2)),
-                                                        ImportMode::merge, "restore"));
+         importAndCheck(harness, setter.backup(test::utc(2026, 3, 2)), ImportMode::merge);
      }},
     {"reset", prepareData, launch, [](DataHarness& harness, Setter&) { harness.model().resetStatistics(); }},
     {"migration",
@@ -210,10 +241,30 @@ public:
 
     void run() { _scenario.run(harness, _setter); }
 
+    /// What the model says, as long as it is the one that met the fault: no word of a failed save means that
+    /// the disk has what it has, and recovery has told what it did.
+    void expectTrueWords() {
+        const AppModel& model = harness.model();
+        if (model.saveError()) {
+            ASSERT_TRUE(model.saveError()->starts_with("Selvane couldn't ")) << *model.saveError();
+        } else {
+            // The last save is that of the history, and forgets an earlier one that failed.
+            const auto onDisk = identifiersBelow(harness.folder.path());
+            for (const FocusSession& session : model.sessions())
+                ASSERT_TRUE(onDisk.contains(session.id.text()));
+        }
+        if (const auto& notice = model.recoveryNotice()) {
+            ASSERT_TRUE(notice->starts_with("Selvane couldn't read your ")) << *notice;
+            ASSERT_EQ(notice->ends_with("kept in the data folder."), model.unrecoveredData()) << *notice;
+        }
+        ASSERT_TRUE(model.recoveryNotice() || !_scenario.isDamaged);
+    }
+
     /// Dies on the way. False if it came to its end before the call at which it was to die.
     bool runAndDieAt(std::size_t call) {
         harness.files.dieAt(call);
         const pid_t child = ::fork();
+        EXPECT_NE(child, -1);
         if (child == 0) {
             run();
             ::_exit(0);
@@ -222,7 +273,9 @@ public:
         EXPECT_EQ(::waitpid(child, &status, 0), child);
         harness.files.heal();
         harness.quit();
-        return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
+        const bool wasKilled = WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
+        EXPECT_TRUE(wasKilled || (WIFEXITED(status) && WEXITSTATUS(status) == 0)) << "it ended by itself";
+        return wasKilled;
     }
 
     /// What was on the disk is on the disk, and the next start finds its way.
@@ -285,6 +338,7 @@ TEST_P(DataFaults, OneFailingCallLosesNothing) {
         attempt.run();
         const bool hasFailed = attempt.harness.files.hasFailed();
         attempt.harness.files.heal();
+        attempt.expectTrueWords();
         attempt.expectNothingLost();
         return hasFailed;
     });
@@ -297,6 +351,7 @@ TEST_P(DataFaults, ADiskThatFailsFromOneCallOnLosesNothing) {
         attempt.run();
         const bool hasFailed = attempt.harness.files.hasFailed();
         attempt.harness.files.heal();
+        attempt.expectTrueWords();
         attempt.expectNothingLost();
         return hasFailed;
     });

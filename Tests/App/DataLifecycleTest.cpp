@@ -165,6 +165,21 @@ TEST_F(DataLifecycle, AMergeBringsAutomaticBackupsBack) {
     EXPECT_THAT(backups(), testing::Contains("daily-2026-03-05.json"));
 }
 
+TEST_F(DataLifecycle, WhatCouldNotBeSavedIsRecoveredAgainAtTheNextStart) {
+    harness.write("tasks.json", "{damage");
+    keepBackup("daily-2026-03-04.json", utc(2026, 3, 4, 9));
+    harness.files.failAlways("rename");
+    harness.start();
+    EXPECT_EQ(model().tasks(), backupOf(utc(2026, 3, 4, 9)).tasks);
+    EXPECT_THAT(model().saveError().value_or(""), StartsWith("Selvane couldn't save tasks.json: "));
+    EXPECT_EQ(harness.read("tasks.json"), "{damage");
+    harness.files.heal();
+    harness.start();
+    EXPECT_EQ(model().tasks(), backupOf(utc(2026, 3, 4, 9)).tasks);
+    EXPECT_EQ(model().saveError(), std::nullopt);
+    EXPECT_THAT(harness.read("tasks.json"), HasSubstr("From the backup"));
+}
+
 // The daily backup
 
 TEST_F(DataLifecycle, AFirstLaunchBacksNothingUp) {
@@ -218,6 +233,35 @@ TEST_F(DataLifecycle, AFailedDailyBackupIsTriedAgain) {
     EXPECT_THAT(backups(), ElementsAre("daily-2026-03-05.json"));
 }
 
+TEST_F(DataLifecycle, TheDayBeginsWhenTheUserSaysSo) {
+    haveData();
+    harness.defaults.store("dayStartHour", {std::int64_t{0}});
+    harness.now = utc(2026, 3, 5, 2);
+    harness.start();
+    EXPECT_THAT(backups(), testing::Contains("daily-2026-03-05.json"));
+}
+
+TEST_F(DataLifecycle, WhatWasThereAtLaunchIsBackedUpAlsoWhenAllOfItWasDeletedSince) {
+    haveData();
+    harness.start();
+    model().setTasks({});
+    model().setSessions({});
+    harness.now = utc(2026, 3, 6, 10);
+    model().backUpDaily();
+    EXPECT_THAT(backups(), testing::Contains("daily-2026-03-06.json"));
+}
+
+TEST_F(DataLifecycle, WhereNobodyCanTellWhetherThereIsABackupNoneIsOverwritten) {
+    haveData();
+    harness.start();
+    const std::string first = harness.read("Backups/daily-2026-03-05.json");
+    model().addTask("Later");
+    harness.files.failAlways("exists");
+    model().backUpDaily();
+    harness.files.heal();
+    EXPECT_EQ(harness.read("Backups/daily-2026-03-05.json"), first);
+}
+
 // The backup before an update
 
 TEST_F(DataLifecycle, AnUpdateKeepsTheDataAsTheBuildBeforeLeftIt) {
@@ -225,6 +269,14 @@ TEST_F(DataLifecycle, AnUpdateKeepsTheDataAsTheBuildBeforeLeftIt) {
     harness.defaults.store("lastRunBuild", {"11"});
     harness.start();
     EXPECT_THAT(backups(), ElementsAre("daily-2026-03-05.json", "pre-update-11-2026-03-05.json"));
+    EXPECT_EQ(harness.defaults.values().at("lastRunBuild").text(), "12");
+}
+
+TEST_F(DataLifecycle, AnUpdateIsRememberedAlsoWhenItsBackupFails) {
+    haveData();
+    harness.defaults.store("lastRunBuild", {"11"});
+    harness.files.failAlways("sync");
+    harness.start();
     EXPECT_EQ(harness.defaults.values().at("lastRunBuild").text(), "12");
 }
 
@@ -412,6 +464,25 @@ TEST_F(DataLifecycle, AnEmptyHistoryIsResetWithASafetyCopyToo) {
     EXPECT_THAT(backups(), ElementsAre("before-reset-2026-03-05-100000.json"));
 }
 
+TEST_F(DataLifecycle, AResetIsNotStoppedByASafetyCopyThatCannotBeMade) {
+    haveData();
+    harness.start();
+    std::filesystem::remove_all(harness.data() / "Backups");
+    // A file where the folder would be.
+    harness.write("Backups", "");
+    model().resetStatistics();
+    EXPECT_THAT(model().sessions(), IsEmpty());
+    EXPECT_EQ(harness.read("sessions.json"), "[\n\n]");
+}
+
+TEST_F(DataLifecycle, ASafetyCopyBeforeAResetHasASecondChance) {
+    haveData();
+    harness.start();
+    harness.files.failFirst("createForWriting", std::errc::io_error);
+    model().resetStatistics();
+    EXPECT_THAT(harness.read("Backups/before-reset-2026-03-05-100000.json"), HasSubstr("99999999"));
+}
+
 // The document
 
 TEST_F(DataLifecycle, ABackupHoldsThePresentState) {
@@ -514,6 +585,19 @@ TEST_F(Migration, SettingsOfOursWinAlsoWhereTheyAreFalseOrNothing) {
     EXPECT_FALSE(model().settings().autoStartBreaks());
     EXPECT_EQ(model().settings().driftGraceSeconds(), 0);
     EXPECT_EQ(model().settings().timerStyle(), TimerStyle::bar);
+}
+
+TEST_F(Migration, EverySettingComesOver) {
+    earlier.emplace();
+    for (const std::string_view key : AppSettings::keys())
+        earlier->emplace(key, SettingValue{std::string("of another kind")});
+    // One that needs no mending, so that it stays as it came.
+    earlier->insert_or_assign("focusOnShortcut", SettingValue{std::string("On")});
+    harness.start();
+    EXPECT_THAT(AppSettings::keys(), SizeIs(37));
+    for (const std::string_view key : AppSettings::keys())
+        EXPECT_TRUE(harness.defaults.values().contains(key)) << key;
+    EXPECT_EQ(model().settings().focusOnShortcut(), "On");
 }
 
 TEST_F(Migration, OtherKeysStayBehind) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <limits>
 #include <string>
 
 /// What the program records passes the validation of its own backups, whatever clocks, names and commands do.
@@ -16,8 +17,8 @@ using test::utc;
 
 /// Text of any length and kind, as applications and users give it.
 std::string anyText(Dice& dice) {
-    static const std::vector<std::string> pieces{"a",      " ",      "\n", "é",   "👩‍👩‍👧",
-                                                 "\u0301", "\u2028", "日", "\x01"};
+    static const std::vector<std::string> pieces{
+        "a", " ", "\n", "é", "👩‍👩‍👧", "\u0301", "\u2028", "日", "\x01", "\xff", "\xc3"};
     std::string text;
     for (int left = dice.oneIn(5) ? dice.below(700) : dice.below(8); left > 0; --left)
         text += pieces[dice.below(pieces.size())];
@@ -49,7 +50,7 @@ TEST_P(Records, AlwaysMakeABackupThatDecodes) {
             const auto& items = model.tasks().items;
             return items.empty() ? UUID::random() : items[dice.below(items.size())].id;
         };
-        switch (dice.below(12)) {
+        switch (dice.below(13)) {
         case 0:
             // The clock is set, by hours or by centuries.
             harness.now += std::chrono::hours{dice.oneIn(3) ? dice.between(-2'000'000, 2'000'000)
@@ -76,6 +77,11 @@ TEST_P(Records, AlwaysMakeABackupThatDecodes) {
         case 7:
             harness.answers.usage = anyUsage(dice);
             model.engine().reset();
+            break;
+        case 9:
+            model.settings().appleMusicPlaylist.set(anyText(dice));
+            model.settings().distractingApps.set({anyText(dice), anyText(dice)});
+            model.settings().musicVolume.set(dice.oneIn(2) ? std::numeric_limits<double>::quiet_NaN() : 0.5);
             break;
         case 8:
             harness.answers.usage = anyUsage(dice);

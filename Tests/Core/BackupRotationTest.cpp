@@ -156,6 +156,25 @@ TEST(BackupRotation, EqualStampsKeepTheirOrder) {
               (Names{"pre-update-c-2026-01-01.json", "pre-update-a-2026-01-01.json"}));
 }
 
+TEST(BackupRotation, NamesOfTheFutureAreAhead) {
+    // 14:07:09 in Berlin.
+    const Date now = test::utc(2026, 3, 5, 13, 7, 9);
+    const Calendar berlin = test::zone("Europe/Berlin");
+    for (const char* const ahead :
+         {"daily-2026-03-06.json", "pre-update-1-2027-01-01.json", "before-reset-2026-03-05-140710.json"})
+        EXPECT_TRUE(BackupRotation::isAhead(ahead, now, berlin)) << ahead;
+    for (const char* const past : {"daily-2026-03-05.json", "before-reset-2026-03-05-140709.json",
+                                   "daily-notes.json", "daily-2027-01-01.txt", "daily-2026-03-04.json"})
+        EXPECT_FALSE(BackupRotation::isAhead(past, now, berlin)) << past;
+}
+
+TEST(BackupRotation, ManyEqualStampsKeepTheirOrder) {
+    Names names;
+    for (int number = 0; number < 60; ++number)
+        names.push_back("pre-update-" + std::to_string(number * 37 % 61) + "-2026-01-01.json");
+    EXPECT_EQ(BackupRotation::namesToDelete(names), Names(names.begin(), names.end() - 3));
+}
+
 struct NoStampRow {
     const char* name;
     std::string_view middle;

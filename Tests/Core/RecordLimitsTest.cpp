@@ -81,6 +81,14 @@ TEST(RecordLimits, NamesAreCutToUserPerceivedCharacters) {
     EXPECT_EQ(odd.apps->front().name, name + family);
 }
 
+TEST(RecordLimits, NamesThatAreNoTextBecomeText) {
+    FocusSession odd = session(now, now);
+    odd.apps = {{{"a\xff", std::string(300, 'n') + "\xc3", Seconds{1}}}};
+    odd = fitted(odd, now);
+    EXPECT_EQ(odd.apps->front().bundleID, "a\ufffd");
+    EXPECT_EQ(odd.apps->front().name, std::string(300, 'n'));
+}
+
 TEST(RecordLimits, TheClockMayStandAnywhere) {
     for (const Date extreme : {Date::min(), distantPast, Date::max()}) {
         const FocusSession kept = fitted(session(extreme, extreme), extreme);

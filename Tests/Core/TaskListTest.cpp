@@ -341,6 +341,11 @@ TEST(TaskList, ANewTitleIsCutLikeTheFirstOne) {
     EXPECT_EQ(list.items.front().title, std::string(300, 'x'));
 }
 
+TEST(TaskList, WrongBytesInATitleAreReplaced) {
+    TaskList list;
+    EXPECT_EQ(list.add(" a\xff ", now)->title, "a\ufffd");
+}
+
 TEST(TaskList, RenameCleansTheTitleAndRefusesABlankOne) {
     TaskList list = openTasks("AB");
     list.rename(idOf('A'), " New ");

@@ -176,6 +176,15 @@ TEST(Text, OrderIsOfScalarValuesInComposedForm) {
     EXPECT_TRUE(std::is_eq(Text::compare("caf\u00e9", "cafe\u0301")));
 }
 
+TEST(Text, WrongBytesBecomeTheReplacementCharacter) {
+    EXPECT_EQ(Text::wellFormed("größe 👩‍👩‍👧"), "größe 👩‍👩‍👧");
+    EXPECT_EQ(Text::wellFormed("a\xff"
+                               "b\xc3"),
+              "a\ufffdb\ufffd");
+    EXPECT_EQ(Text::wellFormed("\xed\xa0\x80"), "\ufffd\ufffd\ufffd");
+    EXPECT_TRUE(Text::isValid(Text::wellFormed("\xe2\x82\xc3\xa9\x80")));
+}
+
 TEST(Text, ValidText) {
     for (const std::string_view text :
          {""sv, "ascii that is long enough"sv, "a\0b"sv, "Größe 日本 🍅"sv, "\U0010FFFF\uFFFF"sv})

@@ -35,10 +35,11 @@ TEST(LinuxSerialQueue, PiecesRunOneAfterAnotherInTheirOrder) {
     LinuxSerialQueue queue;
     std::atomic<int> running = 0;
     std::vector<int> order;
-    bool overlapped = false;
+    std::atomic<bool> overlapped = false;
     for (int number = 0; number < 50; ++number) {
         queue.run([&, number] {
-            overlapped = overlapped || ++running > 1;
+            if (++running > 1)
+                overlapped = true;
             std::this_thread::yield();
             --running;
             return [&order, number] { order.push_back(number); };
@@ -65,16 +66,22 @@ TEST(LinuxSerialQueue, ItsEndWaitsForWorkThatHasBegunAndHandsNothingBack) {
     std::atomic<bool> hasBegun = false;
     std::atomic<bool> isDone = false;
     bool handedBack = false;
+    std::atomic<bool> hasLaterBegun = false;
     queue->run([&] {
         hasBegun = true;
         std::this_thread::sleep_for(std::chrono::milliseconds{50});
         isDone = true;
         return [&] { handedBack = true; };
     });
+    queue->run([&]() -> SerialQueue::Rest {
+        hasLaterBegun = true;
+        return nullptr;
+    });
     while (!hasBegun)
         std::this_thread::yield();
     queue.reset();
     EXPECT_TRUE(isDone);
+    EXPECT_FALSE(hasLaterBegun);
     QCoreApplication::processEvents();
     EXPECT_FALSE(handedBack);
 }

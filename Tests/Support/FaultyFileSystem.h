@@ -43,6 +43,7 @@ public:
     void heal() {
         failCalls(0, 0);
         _lastCall = 0;
+        _corruptsReads = false;
         _failing.clear();
         _failingOnce.clear();
         _unmovable.clear();
@@ -54,6 +55,8 @@ public:
     void limitReads(std::size_t count) { _readLimit = count; }
     /// A sync succeeds without waiting for the disk, for tests that save thousands of times.
     void skipSyncs() { _skipsSyncs = true; }
+    /// Every read gives one byte otherwise than it is on the disk.
+    void corruptReads() { _corruptsReads = true; }
     /// Every file says that it has so many bytes, as if it were about to grow or shrink to what it has.
     void claimSize(std::size_t size) { _claimedSize = size; }
 
@@ -92,8 +95,12 @@ public:
         });
     }
     [[nodiscard]] Result<std::size_t> read(Descriptor file, std::span<char> into) override {
-        return pass<std::size_t>(
-            "read", [&] { return _real.read(file, into.first(std::min(into.size(), _readLimit))); });
+        return pass<std::size_t>("read", [&] {
+            const auto count = _real.read(file, into.first(std::min(into.size(), _readLimit)));
+            if (_corruptsReads && count && *count > 0)
+                into.front() = static_cast<char>(into.front() ^ 1);
+            return count;
+        });
     }
     [[nodiscard]] Result<std::size_t> write(Descriptor file, std::string_view bytes) override {
         if (_calls.size() + 1 == _lastCall)
@@ -172,6 +179,7 @@ private:
     std::map<std::string, std::errc> _failingOnce;
     Path _unmovable;
     std::size_t _lastCall = 0;
+    bool _corruptsReads = false;
     std::size_t _firstFault = 0;
     std::size_t _lastFault = 0;
     std::size_t _writeLimit = std::numeric_limits<std::size_t>::max();

@@ -1,6 +1,7 @@
 #include "Selvane/App/AppSettings.h"
 
 #include "SelvaneCore/MemoryDefaultsStore.h"
+#include "SelvaneCore/SettingValueCoding.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -94,7 +95,8 @@ DistractingSet AppSettings::distractingSet() const {
 SettingValues AppSettings::exportValues() const {
     SettingValues map;
     for (const AnySetting* const setting : all()) {
-        if (auto stored = defaults().value(setting->key()))
+        // One that can't be written would keep everything else out of a backup.
+        if (auto stored = defaults().value(setting->key()); stored && hasForm(setting->key(), *stored))
             map.emplace(setting->key(), std::move(*stored));
     }
     return map;

@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <functional>
+#include <memory>
 #include <system_error>
 #include <utility>
 
@@ -78,26 +80,25 @@ tl::expected<void, FileError> BackupManager::write(FileSystem& fileSystem, const
     const auto text = backup.encoded();
     if (!text)
         return tl::unexpected(FileError{"encode", to, text.error()});
+    // Nobody could read it.
+    if (text->size() > SelvaneBackup::maxFileSize)
+        return tl::unexpected(FileError{"encode", to, std::make_error_code(std::errc::file_too_large)});
     // 3. The bytes, which must come back as they went.
-    if (auto written = AtomicFile::write(fileSystem, to, *text); !written)
-        return written;
-    const auto contents = FileContents::read(fileSystem, to);
-    if (!contents)
-        return tl::unexpected(contents.error());
-    if (contents->bytes() != *text)
-        return tl::unexpected(FileError{"read back", to, std::make_error_code(std::errc::io_error)});
-    return {};
+    return AtomicFile::writeChecked(fileSystem, to, *text);
 }
 
 bool BackupManager::write(const SelvaneBackup& backup, std::string_view name) {
     // A record that can't be costs the user no backup: all others are in it, and the file can be mended.
-    if (const auto invalid = backup.firstInvalidRecord(_environment.clock()))
+    const auto invalid = backup.firstInvalidRecord(_environment.clock());
+    if (invalid)
         Log::line("the backup " + std::string(name) + " holds a record that can't be: " + *invalid);
     if (const auto written = write(*_environment.fileSystem, backup, _directory / name); !written) {
         Log::line("couldn't write backup " + std::string(name) + ": " + written.error().description());
         return false;
     }
-    prune();
+    // One that must be mended first doesn't push out those that needn't be.
+    if (!invalid)
+        prune(name);
     return true;
 }
 
@@ -107,15 +108,27 @@ bool BackupManager::writePreUpdate(const SelvaneBackup& backup, std::string_view
 }
 
 bool BackupManager::writeSafety(const SelvaneBackup& backup, std::string_view reason) {
-    return write(backup, BackupRotation::safetyName(reason, _environment.clock(), _environment.calendar()));
+    const Calendar calendar = _environment.calendar();
+    Date moment = _environment.clock();
+    // Two in one second are two ways back, as are those of the hour that comes twice.
+    while (has(BackupRotation::safetyName(reason, moment, calendar)) == true)
+        moment += std::chrono::seconds{1};
+    return write(backup, BackupRotation::safetyName(reason, moment, calendar));
 }
 
-void BackupManager::prune() {
-    const auto names = _environment.fileSystem->list(_directory);
+void BackupManager::prune(std::string_view written) {
+    AtomicFile::removeLeftovers(*_environment.fileSystem, _directory,
+                                [](std::string_view target) { return target.ends_with(".json"); });
+    auto names = _environment.fileSystem->list(_directory);
     if (!names)
         return;
-    for (const std::string& name : BackupRotation::namesToDelete(*names))
-        static_cast<void>(_environment.fileSystem->remove(_directory / name));
+    // What a clock gave that ran ahead would count as newer than anything of today, and push it out.
+    std::erase_if(*names, [this, now = _environment.clock(), calendar = _environment.calendar()](
+                              const auto& name) { return BackupRotation::isAhead(name, now, calendar); });
+    for (const std::string& name : BackupRotation::namesToDelete(*names)) {
+        if (name != written)
+            static_cast<void>(_environment.fileSystem->remove(_directory / name));
+    }
 }
 
 std::optional<bool> BackupManager::has(std::string_view name) const {

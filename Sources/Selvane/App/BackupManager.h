@@ -9,6 +9,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,13 +54,15 @@ public:
     [[nodiscard]] std::optional<bool> has(std::string_view name) const;
 
     /// The backups in the folder, newest document first, read away from the main thread. Files that are no
-    /// backups don't appear.
+    /// backups don't appear. `onLoaded` runs on the main thread, as long as the queue lives: guard what may
+    /// be gone by then.
     void loadEntries(std::function<void(std::vector<Entry>)> onLoaded) const;
     /// The same, while the caller waits.
     [[nodiscard]] std::vector<Entry> readEntries() const;
 
 private:
-    void prune();
+    /// Removes what is old enough to go, but never what has just been written.
+    void prune(std::string_view written);
 
     std::filesystem::path _directory;
     StoreEnvironment _environment;

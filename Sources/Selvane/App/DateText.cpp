@@ -11,7 +11,8 @@ namespace {
 /// The locale's long form without the day of the week and with the month cut short. Qt has no form of its own
 /// between one of numbers and one of full words.
 QString abbreviatedFormat(const QLocale& locale) {
-    static const QRegularExpression weekday(QStringLiteral("^dddd?[,.،]?\\s*|\\s*[,.(]?\\s*dddd?\\)?$"));
+    static const QRegularExpression weekday(
+        QStringLiteral("^dddd?[,.،]?\\s*(?:'[^']*'\\s*|ที่\\s*)?|\\s*[,.(]?\\s*dddd?\\)?$"));
     QString format = locale.dateFormat(QLocale::LongFormat);
     format.remove(weekday);
     return format.replace(QStringLiteral("MMMM"), QStringLiteral("MMM"));

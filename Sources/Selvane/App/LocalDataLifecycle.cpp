@@ -5,8 +5,7 @@
 #include "SelvaneCore/LegacyMigration.h"
 #include "SelvaneCore/MemoryDefaultsStore.h"
 
-#include <algorithm>
-#include <compare>
+#include <string>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -85,14 +84,27 @@ void LocalDataLifecycle::recoverDamagedFiles(AppModel& model, const TaskResult& 
     }
     // 4. The newest does.
     SelvaneBackup& backup = entries.front().backup;
-    if (tasksDamaged)
+    if (tasksDamaged) {
         model.setTasks(std::move(backup.tasks));
-    if (sessionsDamaged)
+        putBackIfUnsaved(model, tasks, "tasks.json");
+    }
+    if (sessionsDamaged) {
         model.setSessions(std::move(backup.sessions));
+        putBackIfUnsaved(model, sessions, "sessions.json");
+    }
     model.setRecoveryNotice("Selvane couldn't read your " + what +
                                 ", so it restored them from the backup of " +
                                 _environment.dateAndTime(backup.exportedAt) + ".",
                             AppModel::Recovery::complete);
+}
+
+/// What could not be saved in the place of a damaged file would be missing at the next start, and what is
+/// missing is no damage: the damaged file takes its place again, so that the next start recovers once more.
+template <typename Result>
+void LocalDataLifecycle::putBackIfUnsaved(const AppModel& model, const Result& result, const char* name) {
+    const auto& movedTo = std::get<1>(result).movedTo;
+    if (model.saveError() && movedTo)
+        static_cast<void>(_environment.fileSystem->move(*movedTo, movedTo->parent_path() / name));
 }
 
 SelvaneBackup LocalDataLifecycle::makeBackup(const AppModel& model) {

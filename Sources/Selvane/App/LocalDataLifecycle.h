@@ -35,7 +35,8 @@ public:
         std::function<Calendar()> calendar;
         /// A date and time for the user.
         std::function<std::string(Date)> dateAndTime;
-        /// Absent where the defaults are not the user's own, so that nothing of theirs is taken over.
+        /// Absent where the defaults are not the user's own, so that nothing of theirs is taken over, and
+        /// where they were damaged, so that nobody knows whether it was taken over long ago.
         std::optional<Predecessor> predecessor;
     };
 
@@ -55,6 +56,9 @@ public:
     void resetStatistics(AppModel& model) override;
 
 private:
+    template <typename Result>
+    void putBackIfUnsaved(const AppModel& model, const Result& result, const char* name);
+
     Environment _environment;
 };
 

@@ -12,13 +12,6 @@ namespace {
 
 using Store = JSONStore<SettingValues>;
 
-bool hasForm(const SettingValues::value_type& entry) {
-    JSONChecker checker;
-    checker.anyKey(entry.first);
-    encode(checker, entry.second);
-    return checker.outcome().has_value();
-}
-
 } // namespace
 
 FileDefaultsStore::FileDefaultsStore(std::filesystem::path path, StoreEnvironment environment,
@@ -35,10 +28,12 @@ void FileDefaultsStore::load() {
     Store::LoadResult result = _file.read();
     if (auto* const loaded = std::get_if<Store::Loaded>(&result)) {
         _values = std::move(loaded->value);
-    } else if (const auto* const unreadable = std::get_if<Store::Unreadable>(&result);
-               unreadable && !unreadable->movedTo) {
-        _writing = Writing::forbidden;
-        Log::line("settings won't be kept, so that " + _file.url().string() + " isn't saved over");
+    } else if (const auto* const unreadable = std::get_if<Store::Unreadable>(&result)) {
+        _wasDamaged = true;
+        if (!unreadable->movedTo) {
+            _writing = Writing::forbidden;
+            Log::line("settings won't be kept, so that " + _file.url().string() + " isn't saved over");
+        }
     }
 }
 
@@ -84,7 +79,7 @@ void FileDefaultsStore::write() {
 SettingValues FileDefaultsStore::writableValues() const {
     SettingValues result;
     for (const auto& entry : _values) {
-        if (hasForm(entry))
+        if (hasForm(entry.first, entry.second))
             result.insert(result.end(), entry);
     }
     return result;

@@ -35,6 +35,9 @@ public:
     [[nodiscard]] std::optional<SettingValue> value(std::string_view key) const override;
     void set(std::string_view key, std::optional<SettingValue> value) override;
 
+    /// Whether there was a file that couldn't be read, so that what it held is absent here.
+    [[nodiscard]] bool wasDamaged() const { return _wasDamaged; }
+
     /// The values in a file that belongs to somebody else. Absent if there is no such file or it can't be
     /// read. Changes nothing on disk.
     [[nodiscard]] static std::optional<SettingValues> read(FileSystem& fileSystem,
@@ -52,6 +55,7 @@ private:
     Scheduler& _scheduler;
     SettingValues _values;
     Writing _writing = Writing::allowed;
+    bool _wasDamaged = false;
     /// Whether the values differ from those of the last write that went well.
     bool _hasChanges = false;
     bool _isScheduled = false;
