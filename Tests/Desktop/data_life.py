@@ -17,7 +17,7 @@ from virtualdesktop import Failure, wait
 
 PROJECT = (pathlib.Path(__file__).resolve().parents[2] / "CMakeLists.txt").read_text()
 VERSION = re.search(r"VERSION (\d+(?:\.\d+)+)\n", PROJECT)[1]
-BUILD = re.search(r"set\(SELVANE_BUILD (\w+)\)", PROJECT)[1]
+BUILD = re.search(r"set\(SELVANE_BUILD_NUMBER (\w+)\)", PROJECT)[1]
 
 STAMP = r"\.corrupt-\d{8}-\d{6}-[0-9A-F]{6}\.json"
 DAMAGE = {"tasks": b'{"items" : [{"title" : "cut o', "sessions": b'{"this" : "is no list"}'}
