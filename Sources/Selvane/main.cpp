@@ -100,6 +100,9 @@ int run(QGuiApplication& application) {
     const StoreEnvironment files{&fileSystem, wallClock, calendar};
     LinuxSerialQueue backupQueue;
     FileDefaultsStore defaults(AppPaths::defaultsFile("com.lorbin.selvane"), files, scheduler);
+    // Whether anything was taken over once stood in that file too. Years-old settings must not come back now.
+    if (defaults.wasDamaged())
+        defaults.set(LocalDataLifecycle::migratedKey, SettingValue{true});
     ReleaseNotes releaseNotes({.version = SELVANE_VERSION, .build = SELVANE_BUILD_NUMBER}, fileSystem,
                               resource("Changelog.json"));
     const LocalDataLifecycle::Environment lifecycle{
@@ -110,17 +113,14 @@ int run(QGuiApplication& application) {
         .calendar = calendar,
         .dateAndTime =
             [calendar](Date date) { return dateAndTime(date, calendar(), QLocale()).toStdString(); },
-        .predecessor = defaults.wasDamaged()
-                           ? std::nullopt
-                           : std::optional(LocalDataLifecycle::Predecessor{
-                                 .dataDirectory = AppPaths::dataDirectory().parent_path() / "Vesk",
-                                 .newDataDirectory = AppPaths::dataDirectory(),
-                                 .readDefaults =
-                                     [&fileSystem] {
-                                         return FileDefaultsStore::read(
-                                             fileSystem, AppPaths::defaultsFile("com.lorbin.vesk"));
-                                     },
-                             }),
+        .predecessor = {{
+            .dataDirectory = AppPaths::dataDirectory().parent_path() / "Vesk",
+            .newDataDirectory = AppPaths::dataDirectory(),
+            .readDefaults =
+                [&fileSystem] {
+                    return FileDefaultsStore::read(fileSystem, AppPaths::defaultsFile("com.lorbin.vesk"));
+                },
+        }},
     };
     DesktopAppearance appearance(sessionBus);
     LinuxStatusItem statusItem(sessionBus, scheduler, appearance);

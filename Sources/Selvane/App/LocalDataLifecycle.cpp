@@ -14,7 +14,6 @@ namespace selvane {
 
 namespace {
 
-constexpr std::string_view migratedKey = "migratedFromVesk";
 constexpr std::string_view lastRunBuildKey = "lastRunBuild";
 constexpr std::string_view lastSeenVersionKey = "lastSeenVersion";
 

@@ -11,12 +11,16 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace selvane {
 
 /// Looks after data that lies in files of this machine.
 class LocalDataLifecycle final : public DataLifecycle {
 public:
+    /// Where the defaults keep that the move from the earlier product is over.
+    static constexpr std::string_view migratedKey = "migratedFromVesk";
+
     /// Where an earlier product's data and settings lie.
     struct Predecessor {
         /// Its data folder, and the one that this program uses.
@@ -35,8 +39,7 @@ public:
         std::function<Calendar()> calendar;
         /// A date and time for the user.
         std::function<std::string(Date)> dateAndTime;
-        /// Absent where the defaults are not the user's own, so that nothing of theirs is taken over, and
-        /// where they were damaged, so that nobody knows whether it was taken over long ago.
+        /// Absent where the defaults are not the user's own, so that nothing of theirs is taken over.
         std::optional<Predecessor> predecessor;
     };
 
