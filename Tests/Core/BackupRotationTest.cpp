@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <random>
 #include <string>
 #include <string_view>
@@ -21,11 +20,8 @@ using Names = std::vector<std::string>;
 /// Names of one kind on that many days from the first of March on, oldest first.
 Names days(const std::string& prefix, int count) {
     Names names;
-    for (int day = 1; day <= count; ++day) {
-        char text[16];
-        std::snprintf(text, sizeof text, "2026-03-%02d", day);
-        names.push_back(prefix + text + ".json");
-    }
+    for (int day = 1; day <= count; ++day)
+        names.push_back(prefix + DayKey(2026, 3, day).description() + ".json");
     return names;
 }
 
