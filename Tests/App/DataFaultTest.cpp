@@ -260,6 +260,16 @@ public:
         ASSERT_TRUE(model.recoveryNotice() || !_scenario.isDamaged);
     }
 
+    /// Runs with the faults that were set, and looks at what is left. False if it met none of them.
+    bool runsIntoFault() {
+        run();
+        const bool hasFailed = harness.files.hasFailed();
+        harness.files.heal();
+        expectTrueWords();
+        expectNothingLost();
+        return hasFailed;
+    }
+
     /// Dies on the way. False if it came to its end before the call at which it was to die.
     bool runAndDieAt(std::size_t call) {
         harness.files.dieAt(call);
@@ -335,12 +345,7 @@ TEST_P(DataFaults, OneFailingCallLosesNothing) {
     forEveryCall("failing calls", [](std::uint64_t seed, std::size_t call) {
         Attempt attempt(GetParam(), seed);
         attempt.harness.files.failCall(call);
-        attempt.run();
-        const bool hasFailed = attempt.harness.files.hasFailed();
-        attempt.harness.files.heal();
-        attempt.expectTrueWords();
-        attempt.expectNothingLost();
-        return hasFailed;
+        return attempt.runsIntoFault();
     });
 }
 
@@ -348,12 +353,7 @@ TEST_P(DataFaults, ADiskThatFailsFromOneCallOnLosesNothing) {
     forEveryCall("calls from which all fail", [](std::uint64_t seed, std::size_t call) {
         Attempt attempt(GetParam(), seed);
         attempt.harness.files.failFrom(call);
-        attempt.run();
-        const bool hasFailed = attempt.harness.files.hasFailed();
-        attempt.harness.files.heal();
-        attempt.expectTrueWords();
-        attempt.expectNothingLost();
-        return hasFailed;
+        return attempt.runsIntoFault();
     });
 }
 
