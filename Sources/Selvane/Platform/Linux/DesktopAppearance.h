@@ -20,6 +20,8 @@ public:
     ~DesktopAppearance() override;
 
     [[nodiscard]] bool isDark() const override { return _isDark; }
+    [[nodiscard]] bool isHighContrast() const override { return false; }
+    [[nodiscard]] bool reducesMotion() const override { return false; }
     [[nodiscard]] bool isComposited() const override;
 
     bool eventFilter(QObject* watched, QEvent* event) override;
