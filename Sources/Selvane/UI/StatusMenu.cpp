@@ -1,6 +1,6 @@
 #include "Selvane/UI/StatusMenu.h"
 
-#include "Selvane/UI/Controls.h"
+#include "Selvane/UI/Commands.h"
 
 #include <string>
 #include <string_view>
@@ -23,11 +23,11 @@ std::vector<StatusMenuEntry> entries(const TimerEngine& engine) {
     return {
         line(Command::open, "Open Selvane"),
         separator(1),
-        line(Command::toggle, Controls::primaryLabel(engine)),
-        line(Command::reset, Controls::resetLabel, Controls::canReset(engine)),
-        line(Command::skip, Controls::skipLabel),
+        line(Command::toggle, Commands::primaryLabel(engine)),
+        line(Command::reset, Commands::resetLabel, Commands::canReset(engine)),
+        line(Command::skip, Commands::skipLabel),
         separator(2),
-        line(Command::quit, Controls::quitDescription),
+        line(Command::quit, Commands::quitDescription),
     };
 }
 

@@ -2,7 +2,7 @@
 
 #include "Selvane/App/AppModel.h"
 #include "Selvane/Platform/Appearance.h"
-#include "Selvane/UI/Controls.h"
+#include "Selvane/UI/Commands.h"
 #include "Selvane/UI/Popover/PopoverText.h"
 #include "SelvaneCore/TimeFormat.h"
 
@@ -62,39 +62,39 @@ bool PopoverModel::isPaused() const {
 }
 
 QString PopoverModel::primaryLabel() const {
-    return PopoverText::from(Controls::primaryLabel(_model.engine()));
+    return PopoverText::from(Commands::primaryLabel(_model.engine()));
 }
 
 QString PopoverModel::resetLabel() const {
-    return PopoverText::from(Controls::resetLabel);
+    return PopoverText::from(Commands::resetLabel);
 }
 
 QString PopoverModel::resetTooltip() const {
-    return PopoverText::from(Controls::resetTooltip);
+    return PopoverText::from(Commands::resetTooltip);
 }
 
 bool PopoverModel::canReset() const {
-    return Controls::canReset(_model.engine());
+    return Commands::canReset(_model.engine());
 }
 
 QString PopoverModel::skipLabel() const {
-    return PopoverText::from(Controls::skipLabel);
+    return PopoverText::from(Commands::skipLabel);
 }
 
 QString PopoverModel::skipTooltip() const {
-    return PopoverText::from(Controls::skipTooltip(_model.engine()));
+    return PopoverText::from(Commands::skipTooltip(_model.engine()));
 }
 
 QString PopoverModel::quitLabel() const {
-    return PopoverText::from(Controls::quitLabel);
+    return PopoverText::from(Commands::quitLabel);
 }
 
 QString PopoverModel::quitTooltip() const {
-    return PopoverText::from(Controls::quitTooltip);
+    return PopoverText::from(Commands::quitTooltip);
 }
 
 QString PopoverModel::quitDescription() const {
-    return PopoverText::from(Controls::quitDescription);
+    return PopoverText::from(Commands::quitDescription);
 }
 
 QString PopoverModel::name() const {
@@ -122,7 +122,7 @@ void PopoverModel::toggle() {
 }
 
 void PopoverModel::reset() {
-    Controls::resetFromPopover(_model);
+    Commands::resetFromPopover(_model);
 }
 
 void PopoverModel::skip() {

@@ -1,6 +1,6 @@
-#include "Selvane/UI/Controls.h"
+#include "Selvane/UI/Commands.h"
 
-namespace selvane::Controls {
+namespace selvane::Commands {
 
 std::string_view primaryLabel(const TimerEngine& engine) {
     if (engine.isRunning())
@@ -22,4 +22,4 @@ void resetFromPopover(AppModel& model) {
         model.music().pause();
 }
 
-} // namespace selvane::Controls
+} // namespace selvane::Commands

@@ -1,4 +1,4 @@
-#include "Selvane/UI/Controls.h"
+#include "Selvane/UI/Commands.h"
 
 #include "Support/ModelHarness.h"
 
@@ -7,56 +7,56 @@
 namespace selvane {
 namespace {
 
-TEST(Controls, PrimaryButtonIsNamedAfterWhatItDoes) {
+TEST(Commands, PrimaryButtonIsNamedAfterWhatItDoes) {
     test::ModelHarness harness;
     TimerEngine& engine = harness.launch().engine();
-    EXPECT_EQ(Controls::primaryLabel(engine), "Start");
+    EXPECT_EQ(Commands::primaryLabel(engine), "Start");
     engine.toggle();
-    EXPECT_EQ(Controls::primaryLabel(engine), "Pause");
+    EXPECT_EQ(Commands::primaryLabel(engine), "Pause");
     engine.toggle();
-    EXPECT_EQ(Controls::primaryLabel(engine), "Resume");
+    EXPECT_EQ(Commands::primaryLabel(engine), "Resume");
     engine.toggle();
-    EXPECT_EQ(Controls::primaryLabel(engine), "Pause");
+    EXPECT_EQ(Commands::primaryLabel(engine), "Pause");
 }
 
-TEST(Controls, ResetIsDisabledOnlyWhileIdle) {
+TEST(Commands, ResetIsDisabledOnlyWhileIdle) {
     test::ModelHarness harness;
     TimerEngine& engine = harness.launch().engine();
-    EXPECT_FALSE(Controls::canReset(engine));
+    EXPECT_FALSE(Commands::canReset(engine));
     engine.start();
-    EXPECT_TRUE(Controls::canReset(engine));
+    EXPECT_TRUE(Commands::canReset(engine));
     engine.pause();
-    EXPECT_TRUE(Controls::canReset(engine));
+    EXPECT_TRUE(Commands::canReset(engine));
     engine.reset();
-    EXPECT_FALSE(Controls::canReset(engine));
+    EXPECT_FALSE(Commands::canReset(engine));
 }
 
-TEST(Controls, SkipTellsWhereItLeads) {
+TEST(Commands, SkipTellsWhereItLeads) {
     test::ModelHarness harness;
     TimerEngine& engine = harness.launch().engine();
-    EXPECT_EQ(Controls::skipTooltip(engine), "Skip to the break");
+    EXPECT_EQ(Commands::skipTooltip(engine), "Skip to the break");
     engine.select(Phase::shortBreak);
-    EXPECT_EQ(Controls::skipTooltip(engine), "Skip the break");
+    EXPECT_EQ(Commands::skipTooltip(engine), "Skip the break");
     engine.select(Phase::longBreak);
-    EXPECT_EQ(Controls::skipTooltip(engine), "Skip the break");
+    EXPECT_EQ(Commands::skipTooltip(engine), "Skip the break");
 }
 
-TEST(Controls, ResetOfThePopoverPausesTheMusicThatTheTimerStarted) {
+TEST(Commands, ResetOfThePopoverPausesTheMusicThatTheTimerStarted) {
     test::ModelHarness harness;
     AppModel& model = harness.launch();
     model.engine().start();
     harness.journal.clear();
-    Controls::resetFromPopover(model);
+    Commands::resetFromPopover(model);
     EXPECT_TRUE(model.engine().isIdle());
     EXPECT_EQ(harness.journal.count("music.pause"), 1);
 }
 
-TEST(Controls, ResetOfThePopoverLeavesMusicThatTheUserStarted) {
+TEST(Commands, ResetOfThePopoverLeavesMusicThatTheUserStarted) {
     test::ModelHarness harness;
     AppModel& model = harness.launch();
     model.settings().autoPlayMusic.set(false);
     model.engine().start();
-    Controls::resetFromPopover(model);
+    Commands::resetFromPopover(model);
     EXPECT_FALSE(harness.journal.has("music.pause"));
 }
 

@@ -5,7 +5,7 @@
 #include <string_view>
 
 /// The commands of the program as the user sees them: their words, when they apply and what they do.
-namespace selvane::Controls {
+namespace selvane::Commands {
 
 /// "Pause" while running, "Resume" while paused, otherwise "Start".
 [[nodiscard]] std::string_view primaryLabel(const TimerEngine& engine);
@@ -22,4 +22,4 @@ inline constexpr std::string_view quitDescription = "Quit Selvane";
 /// What the popover's Reset button does: abandons the run, and the music that the timer started goes with it.
 void resetFromPopover(AppModel& model);
 
-} // namespace selvane::Controls
+} // namespace selvane::Commands
