@@ -20,6 +20,14 @@ struct ServiceAnswers {
     std::optional<std::vector<AppUsage>> usage;
     std::optional<std::string> driftAppName;
     std::optional<CalendarEvent> nextEvent;
+    /// Where the time of the last finished session went.
+    std::optional<std::vector<AppUsage>> lastUsage;
+    /// What Do Not Disturb has to complain of.
+    std::optional<std::string> focusModeProblem;
+    std::optional<std::string> focusModeError;
+    bool isMusicPlaying = false;
+    bool updateAvailable = false;
+    bool canCheckForUpdates = false;
     /// What recovery has to tell.
     std::optional<std::string> recoveryNotice;
     AppModel::Recovery recovery = AppModel::Recovery::complete;
@@ -27,6 +35,19 @@ struct ServiceAnswers {
     std::function<void(AppSettings&)> storedSettings;
     /// What was in the history's file when the end sound played.
     std::function<void()> onSound;
+};
+
+class RecordingUpdater final : public Updater {
+public:
+    RecordingUpdater(Journal& journal, const ServiceAnswers& answers)
+        : _journal(journal), _answers(answers) {}
+    [[nodiscard]] bool updateAvailable() const override { return _answers.updateAvailable; }
+    [[nodiscard]] bool canCheckForUpdates() const override { return _answers.canCheckForUpdates; }
+    void checkForUpdates() override { _journal.note("updater.check"); }
+
+private:
+    Journal& _journal;
+    const ServiceAnswers& _answers;
 };
 
 class RecordingNotifier final : public Notifier {
@@ -55,13 +76,16 @@ private:
 
 class RecordingMusic final : public MusicController {
 public:
-    explicit RecordingMusic(Journal& journal) : _journal(journal) {}
+    RecordingMusic(Journal& journal, const ServiceAnswers& answers) : _journal(journal), _answers(answers) {}
     void play() override { _journal.note("music.play"); }
     void pause() override { _journal.note("music.pause"); }
     void syncSettings() override { _journal.note("music.sync"); }
+    void openPlayer() override { _journal.note("music.open"); }
+    [[nodiscard]] bool isPlaying() const override { return _answers.isMusicPlaying; }
 
 private:
     Journal& _journal;
+    const ServiceAnswers& _answers;
 };
 
 class RecordingGuard final : public FocusGuard {
@@ -75,6 +99,9 @@ public:
     }
     void settingsChanged() override { _journal.note("guard.settings"); }
     [[nodiscard]] std::optional<std::string> driftAppName() const override { return _answers.driftAppName; }
+    [[nodiscard]] const std::optional<std::vector<AppUsage>>& lastUsage() const override {
+        return _answers.lastUsage;
+    }
 
 private:
     Journal& _journal;
@@ -83,11 +110,17 @@ private:
 
 class RecordingFocusMode final : public FocusModeController {
 public:
-    explicit RecordingFocusMode(Journal& journal) : _journal(journal) {}
+    RecordingFocusMode(Journal& journal, const ServiceAnswers& answers)
+        : _journal(journal), _answers(answers) {}
     void set(bool on) override { _journal.note(on ? "focusMode.on" : "focusMode.off"); }
+    [[nodiscard]] std::optional<std::string> problem() const override { return _answers.focusModeProblem; }
+    [[nodiscard]] const std::optional<std::string>& lastError() const override {
+        return _answers.focusModeError;
+    }
 
 private:
     Journal& _journal;
+    const ServiceAnswers& _answers;
 };
 
 class RecordingCalendar final : public CalendarWatcher {
@@ -212,7 +245,8 @@ inline AppServices recordingServices(Journal& journal, const ServiceAnswers& ans
         };
     };
     AppServices services;
-    services.makeUpdater = noting("updater", [] { return std::make_unique<EmptyUpdater>(); });
+    services.makeUpdater =
+        noting("updater", [&] { return std::make_unique<RecordingUpdater>(journal, answers); });
     services.makeBackups = [&journal, files, &queue](std::filesystem::path directory) {
         journal.note("make backups on " + directory.filename().string());
         return std::make_unique<BackupManager>(std::move(directory), files, queue);
@@ -227,11 +261,11 @@ inline AppServices recordingServices(Journal& journal, const ServiceAnswers& ans
             answers.storedSettings(*settings);
         return settings;
     };
-    services.makeMusic = noting("music", [&] { return std::make_unique<RecordingMusic>(journal); });
+    services.makeMusic = noting("music", [&] { return std::make_unique<RecordingMusic>(journal, answers); });
     services.makeFocusGuard =
         noting("guard", [&] { return std::make_unique<RecordingGuard>(journal, answers); });
     services.makeFocusMode =
-        noting("focusMode", [&] { return std::make_unique<RecordingFocusMode>(journal); });
+        noting("focusMode", [&] { return std::make_unique<RecordingFocusMode>(journal, answers); });
     services.makeCalendar =
         noting("calendar", [&] { return std::make_unique<RecordingCalendar>(journal, answers); });
     services.applyAppearance = [&journal](AppearanceMode) { journal.note("appearance"); };

@@ -76,7 +76,7 @@ TEST_F(PopoverModelTest, FailureToSaveTakesThePlaceOfToday) {
 TEST_F(PopoverModelTest, CompositorIsAskedForWhenShown) {
     PopoverModel popover(harness.model(), appearance);
     int changes = 0;
-    QObject::connect(&popover, &PopoverModel::appearanceChanged, &popover, [&] { ++changes; });
+    QObject::connect(popover.look(), &Look::changed, &popover, [&] { ++changes; });
     appearance.setComposited(true);
     popover.prepareToShow();
     EXPECT_EQ(changes, 1);
@@ -86,10 +86,10 @@ TEST_F(PopoverModelTest, CompositorIsAskedForWhenShown) {
 TEST_F(PopoverModelTest, AppearanceIsTheDesktops) {
     PopoverModel popover(harness.model(), appearance);
     int changes = 0;
-    QObject::connect(&popover, &PopoverModel::appearanceChanged, &popover, [&] { ++changes; });
-    EXPECT_FALSE(popover.isDark());
+    QObject::connect(popover.look(), &Look::changed, &popover, [&] { ++changes; });
+    EXPECT_FALSE(popover.look()->isDark());
     appearance.setDark(true);
-    EXPECT_TRUE(popover.isDark());
+    EXPECT_TRUE(popover.look()->isDark());
     EXPECT_EQ(changes, 1);
 }
 

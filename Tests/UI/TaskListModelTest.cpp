@@ -1,4 +1,4 @@
-#include "Selvane/UI/Popover/TaskListModel.h"
+#include "Selvane/UI/Tasks/TaskListModel.h"
 
 #include "Support/Dice.h"
 #include "Support/FaultyFileSystem.h"

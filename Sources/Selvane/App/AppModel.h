@@ -97,11 +97,15 @@ public:
     [[nodiscard]] TimerEngine& engine() { return *_engine; }
     [[nodiscard]] const TimerEngine& engine() const { return *_engine; }
     [[nodiscard]] MusicController& music() { return *_music; }
+    [[nodiscard]] const MusicController& music() const { return *_music; }
     [[nodiscard]] FocusGuard& focusGuard() { return *_focusGuard; }
     [[nodiscard]] const FocusGuard& focusGuard() const { return *_focusGuard; }
     [[nodiscard]] FocusModeController& focusMode() { return *_focusMode; }
+    [[nodiscard]] const FocusModeController& focusMode() const { return *_focusMode; }
     [[nodiscard]] CalendarWatcher& calendar() { return *_calendar; }
+    [[nodiscard]] const CalendarWatcher& calendar() const { return *_calendar; }
     [[nodiscard]] Updater& updater() { return *_updater; }
+    [[nodiscard]] const Updater& updater() const { return *_updater; }
     [[nodiscard]] BackupManager& backups() { return *_backups; }
 
     [[nodiscard]] const TaskList& tasks() const { return _tasks; }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "SelvaneCore/Date.h"
+#include "SelvaneCore/Signal.h"
 
 #include <optional>
 #include <string>
@@ -22,6 +23,9 @@ public:
     /// Brings `nextEvent` up to date.
     virtual void refresh() = 0;
     [[nodiscard]] virtual std::optional<CalendarEvent> nextEvent() const = 0;
+
+    /// Emitted when `nextEvent` has changed.
+    Signal<> changed;
 };
 
 } // namespace selvane

@@ -9,6 +9,8 @@ namespace selvane {
 class EmptyUpdater final : public Updater {
 public:
     [[nodiscard]] bool updateAvailable() const override { return false; }
+    [[nodiscard]] bool canCheckForUpdates() const override { return false; }
+    void checkForUpdates() override {}
 };
 
 class EmptyNotifier final : public Notifier {
@@ -25,6 +27,8 @@ public:
     void play() override {}
     void pause() override {}
     void syncSettings() override {}
+    void openPlayer() override {}
+    [[nodiscard]] bool isPlaying() const override { return false; }
 };
 
 class EmptyFocusGuard final : public FocusGuard {
@@ -34,11 +38,22 @@ public:
     std::optional<std::vector<AppUsage>> finish() override { return std::nullopt; }
     void settingsChanged() override {}
     [[nodiscard]] std::optional<std::string> driftAppName() const override { return std::nullopt; }
+    [[nodiscard]] const std::optional<std::vector<AppUsage>>& lastUsage() const override {
+        return _lastUsage;
+    }
+
+private:
+    std::optional<std::vector<AppUsage>> _lastUsage;
 };
 
 class EmptyFocusModeController final : public FocusModeController {
 public:
     void set(bool) override {}
+    [[nodiscard]] std::optional<std::string> problem() const override { return std::nullopt; }
+    [[nodiscard]] const std::optional<std::string>& lastError() const override { return _lastError; }
+
+private:
+    std::optional<std::string> _lastError;
 };
 
 class EmptyCalendarWatcher final : public CalendarWatcher {

@@ -25,8 +25,10 @@ public:
 
     /// The name of the confirmed distraction that is in front now.
     [[nodiscard]] virtual std::optional<std::string> driftAppName() const = 0;
+    /// Where the time of the last finished session went; absent if nothing was followed since another began.
+    [[nodiscard]] virtual const std::optional<std::vector<AppUsage>>& lastUsage() const = 0;
 
-    /// Emitted when `driftAppName` has changed.
+    /// Emitted when `driftAppName` or `lastUsage` has changed.
     Signal<> changed;
 };
 

@@ -1,6 +1,8 @@
 import QtQuick
 import QtQuick.Layouts
+import Selvane.Controls
 import Selvane.Popover
+import Selvane.Timer
 
 /// The popover: the timer and its controls in one column.
 Rectangle {
@@ -22,8 +24,8 @@ Rectangle {
 
     Binding {
         target: Theme
-        property: "dark"
-        value: root.model.isDark
+        property: "look"
+        value: root.model.look
     }
 
     Connections {

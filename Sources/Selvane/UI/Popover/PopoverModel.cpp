@@ -4,6 +4,7 @@
 #include "Selvane/Platform/Appearance.h"
 #include "Selvane/UI/Commands.h"
 #include "Selvane/UI/Popover/PopoverText.h"
+#include "Selvane/UI/QtText.h"
 #include "SelvaneCore/TimeFormat.h"
 
 #include <QLocale>
@@ -13,7 +14,7 @@
 namespace selvane {
 
 PopoverModel::PopoverModel(AppModel& model, Appearance& appearance, QObject* parent)
-    : QObject(parent), _model(model), _appearance(appearance) {
+    : QObject(parent), _model(model), _appearance(appearance), _look(model.settings(), appearance) {
     const auto follow = [this](auto& signal, auto notify) {
         _subscriptions.push_back(signal.subscribe([this, notify] { notify(*this); }));
     };
@@ -24,7 +25,6 @@ PopoverModel::PopoverModel(AppModel& model, Appearance& appearance, QObject* par
         self.refresh();
     });
     follow(model.saveErrorChanged, [](PopoverModel& self) { Q_EMIT self.footerChanged(); });
-    follow(appearance.changed, [](PopoverModel& self) { Q_EMIT self.appearanceChanged(); });
     refresh();
 }
 
@@ -42,7 +42,7 @@ void PopoverModel::prepareToShow() {
 }
 
 QString PopoverModel::phaseTitle() const {
-    return PopoverText::from(title(_model.engine().phase()));
+    return qtText(title(_model.engine().phase()));
 }
 
 QString PopoverModel::sessionStatus() const {
@@ -62,15 +62,15 @@ bool PopoverModel::isPaused() const {
 }
 
 QString PopoverModel::primaryLabel() const {
-    return PopoverText::from(Commands::primaryLabel(_model.engine()));
+    return qtText(Commands::primaryLabel(_model.engine()));
 }
 
 QString PopoverModel::resetLabel() const {
-    return PopoverText::from(Commands::resetLabel);
+    return qtText(Commands::resetLabel);
 }
 
 QString PopoverModel::resetTooltip() const {
-    return PopoverText::from(Commands::resetTooltip);
+    return qtText(Commands::resetTooltip);
 }
 
 bool PopoverModel::canReset() const {
@@ -78,23 +78,23 @@ bool PopoverModel::canReset() const {
 }
 
 QString PopoverModel::skipLabel() const {
-    return PopoverText::from(Commands::skipLabel);
+    return qtText(Commands::skipLabel);
 }
 
 QString PopoverModel::skipTooltip() const {
-    return PopoverText::from(Commands::skipTooltip(_model.engine()));
+    return qtText(Commands::skipTooltip(_model.engine()));
 }
 
 QString PopoverModel::quitLabel() const {
-    return PopoverText::from(Commands::quitLabel);
+    return qtText(Commands::quitLabel);
 }
 
 QString PopoverModel::quitTooltip() const {
-    return PopoverText::from(Commands::quitTooltip);
+    return qtText(Commands::quitTooltip);
 }
 
 QString PopoverModel::quitDescription() const {
-    return PopoverText::from(Commands::quitDescription);
+    return qtText(Commands::quitDescription);
 }
 
 QString PopoverModel::name() const {
@@ -107,10 +107,6 @@ QString PopoverModel::footer() const {
 
 bool PopoverModel::hasProblem() const {
     return _model.saveError().has_value();
-}
-
-bool PopoverModel::isDark() const {
-    return _appearance.isDark();
 }
 
 bool PopoverModel::isComposited() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Selvane/UI/Controls/Look.h"
 #include "SelvaneCore/Subscription.h"
 
 #include <QObject>
@@ -39,7 +40,7 @@ class PopoverModel final : public QObject {
     /// How far the day has come; while something can't be saved, what and why.
     Q_PROPERTY(QString footer READ footer NOTIFY footerChanged FINAL)
     Q_PROPERTY(bool hasProblem READ hasProblem NOTIFY footerChanged FINAL)
-    Q_PROPERTY(bool isDark READ isDark NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(selvane::Look* look READ look CONSTANT FINAL)
     Q_PROPERTY(bool isComposited READ isComposited NOTIFY appearanceChanged FINAL)
 
 public:
@@ -67,7 +68,7 @@ public:
     [[nodiscard]] QString name() const;
     [[nodiscard]] QString footer() const;
     [[nodiscard]] bool hasProblem() const;
-    [[nodiscard]] bool isDark() const;
+    [[nodiscard]] Look* look() { return &_look; }
     [[nodiscard]] bool isComposited() const;
 
     Q_INVOKABLE void toggle();
@@ -92,6 +93,7 @@ private:
 
     AppModel& _model;
     Appearance& _appearance;
+    Look _look;
     /// Kept, since counting it reads the whole history.
     QString _today;
     std::vector<Subscription> _subscriptions;

@@ -1,6 +1,7 @@
 #include "Selvane/UI/Popover/PopoverPanel.h"
 
 #include "Selvane/UI/PanelPlacement.h"
+#include "Selvane/UI/Popover/ViewTypes.h"
 #include "SelvaneCore/Log.h"
 
 #include <QGuiApplication>
@@ -10,9 +11,6 @@
 #include <QSurfaceFormat>
 
 #include <utility>
-
-// Written by the build. The views' types lie in a static library, where nothing else asks for this function.
-extern void qml_register_types_Selvane_Popover();
 
 namespace selvane {
 
@@ -37,7 +35,7 @@ QScreen* screenOf(const StatusItemAnchor& anchor) {
 void PopoverPanel::prepare() {
     // A third of the memory of the accelerated scene graph, and as smooth for what the popover moves.
     QQuickWindow::setSceneGraphBackend(QStringLiteral("software"));
-    qml_register_types_Selvane_Popover();
+    registerViewTypes();
 }
 
 PopoverPanel::PopoverPanel(const PanelContext& context) : _model(*context.model, *context.appearance) {

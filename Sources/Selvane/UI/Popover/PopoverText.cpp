@@ -1,16 +1,13 @@
 #include "Selvane/UI/Popover/PopoverText.h"
 
 #include "Selvane/App/DateText.h"
+#include "Selvane/UI/QtText.h"
 #include "SelvaneCore/TimeFormat.h"
 
 namespace selvane::PopoverText {
 
-QString from(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 QString sessionStatus(const TimerEngine& engine, const Calendar& calendar, const QLocale& locale) {
-    QString text = isBreak(engine.phase()) ? from(title(engine.phase()))
+    QString text = isBreak(engine.phase()) ? qtText(title(engine.phase()))
                                            : QStringLiteral("Session %1 of %2")
                                                  .arg(engine.cyclePosition())
                                                  .arg(engine.config().sessionsBeforeLongBreak);

@@ -6,13 +6,8 @@
 #include <QLocale>
 #include <QString>
 
-#include <string_view>
-
 /// The sentences of the popover.
 namespace selvane::PopoverText {
-
-/// The core's text as Qt's.
-[[nodiscard]] QString from(std::string_view text);
 
 /// Where the timer is in its cycle: "Session 2 of 4 · ends 15:06", or the break's title. The time of day is
 /// local to `calendar` and in the short form of `locale`.

@@ -1,7 +1,7 @@
-#include "Selvane/UI/Popover/TaskListModel.h"
+#include "Selvane/UI/Tasks/TaskListModel.h"
 
 #include "Selvane/App/AppModel.h"
-#include "Selvane/UI/Popover/ListChanges.h"
+#include "Selvane/UI/Tasks/ListChanges.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import Selvane.Controls
 
 /// A time in cells of equal width, so that it doesn't tremble with fonts whose digits differ in width.
 Row {

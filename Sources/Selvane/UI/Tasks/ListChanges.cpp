@@ -1,4 +1,4 @@
-#include "Selvane/UI/Popover/ListChanges.h"
+#include "Selvane/UI/Tasks/ListChanges.h"
 
 #include <algorithm>
 #include <numeric>

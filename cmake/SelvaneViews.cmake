@@ -1,0 +1,37 @@
+# A folder of views: QML files and the C++ that decides what they say, as a static library that the popover's plugin
+# and the tests link.
+#
+#     selvane_add_views(selvane-timer-views Selvane.Timer
+#         SOURCES TimerFaceModel.cpp TimerFaceModel.h
+#         QML_FILES TimerFace.qml
+#         LIBRARIES selvane-controls
+#         USES Selvane.Controls)
+#
+# LIBRARIES are linked; USES are the modules whose types the C++ classes name in their properties.
+# Nothing asks a static library for its QML types by itself: the build writes a function that makes them known, named
+# after the module, here qml_register_types_Selvane_Timer().
+function(selvane_add_views target uri)
+    cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "SOURCES;QML_FILES;LIBRARIES;USES")
+    string(REPLACE "." "/" path "${uri}")
+
+    add_library(${target} STATIC)
+    set_target_properties(${target} PROPERTIES AUTOMOC ON)
+    qt_add_qml_module(${target}
+        URI ${uri}
+        VERSION 1.0
+        NO_PLUGIN
+        RESOURCE_PREFIX /qt-project.org/imports
+        OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/qml/${path}"
+        DEPENDENCIES QtQuick ${arg_USES}
+        SOURCES ${arg_SOURCES}
+        QML_FILES ${arg_QML_FILES})
+    target_include_directories(${target} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
+    target_link_libraries(${target}
+        PUBLIC ${arg_LIBRARIES} Qt6::Qml Qt6::Quick
+        PRIVATE selvane-options)
+
+    # What Qt generates from the views isn't ours to keep free of warnings.
+    get_target_property(view_sources ${target} SOURCES)
+    list(FILTER view_sources INCLUDE REGEX "/qmlcache/")
+    set_source_files_properties(${view_sources} PROPERTIES COMPILE_OPTIONS -w)
+endfunction()
