@@ -76,7 +76,7 @@ TEST_F(PopoverModelTest, FailureToSaveTakesThePlaceOfToday) {
 TEST_F(PopoverModelTest, CompositorIsAskedForWhenShown) {
     PopoverModel popover(harness.model(), appearance);
     int changes = 0;
-    QObject::connect(popover.look(), &Look::changed, &popover, [&] { ++changes; });
+    QObject::connect(&popover, &PopoverModel::appearanceChanged, &popover, [&] { ++changes; });
     appearance.setComposited(true);
     popover.prepareToShow();
     EXPECT_EQ(changes, 1);
