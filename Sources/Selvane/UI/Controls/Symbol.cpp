@@ -1,19 +1,61 @@
 #include "Selvane/UI/Controls/Symbol.h"
 
-#include <QPainter>
+#include "Selvane/UI/Symbols/SymbolImages.h"
 
+#include <QQuickWindow>
+#include <QSGImageNode>
+
+#include <cmath>
 #include <utility>
 
 namespace selvane {
 
-Symbol::Symbol(QQuickItem* parent) : QQuickPaintedItem(parent) {
-    setSize(_size);
-    setImplicitSize(_size * 1.25, _size * 1.25);
+namespace {
+
+/// The pictures of all items that there are; the last item takes them with it.
+std::shared_ptr<SymbolImages> sharedImages() {
+    static std::weak_ptr<SymbolImages> images;
+    auto shared = images.lock();
+    if (!shared) {
+        shared = std::make_shared<SymbolImages>();
+        images = shared;
+    }
+    return shared;
 }
 
+SymbolWeight symbolWeight(Symbol::Weight weight) {
+    switch (weight) {
+    case Symbol::Light:
+        return SymbolWeight::light;
+    case Symbol::Regular:
+        return SymbolWeight::regular;
+    case Symbol::Medium:
+        return SymbolWeight::medium;
+    case Symbol::Semibold:
+        return SymbolWeight::semibold;
+    case Symbol::Bold:
+        return SymbolWeight::bold;
+    }
+    __builtin_unreachable();
+}
+
+double wantedSide(double size) {
+    return std::round(SymbolImages::squarePerPoint * size);
+}
+
+} // namespace
+
+Symbol::Symbol(QQuickItem* parent) : QQuickItem(parent), _images(sharedImages()) {
+    setFlag(ItemHasContents);
+    setImplicitSize(wantedSide(_size), wantedSide(_size));
+}
+
+Symbol::~Symbol() = default;
+
 void Symbol::setName(const QString& name) {
-    if (std::exchange(_name, name) == name)
+    if (_name == name)
         return;
+    _name = name;
     update();
     Q_EMIT nameChanged();
 }
@@ -21,7 +63,7 @@ void Symbol::setName(const QString& name) {
 void Symbol::setSize(double size) {
     if (std::exchange(_size, size) == size)
         return;
-    setImplicitSize(size * 1.25, size * 1.25);
+    setImplicitSize(wantedSide(size), wantedSide(size));
     update();
     Q_EMIT sizeChanged();
 }
@@ -40,9 +82,52 @@ void Symbol::setColor(const QColor& color) {
     Q_EMIT colorChanged();
 }
 
-void Symbol::paint(QPainter* painter) {
-    painter->setPen(_color);
-    painter->drawRect(QRectF(0, 0, width() - 1, height() - 1));
+void Symbol::setLevel(int level) {
+    if (std::exchange(_level, level) == level)
+        return;
+    update();
+    Q_EMIT levelChanged();
+}
+
+int Symbol::parts() const {
+    return _images->parts(_name);
+}
+
+QSGNode* Symbol::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
+    const double ratio = window()->effectiveDevicePixelRatio();
+    const QImage image = _images->tinted(_name, {_size, symbolWeight(_weight), ratio, _level}, _color);
+    if (image.isNull()) {
+        delete node;
+        return nullptr;
+    }
+
+    auto* picture = static_cast<QSGImageNode*>(node);
+    if (picture == nullptr) {
+        picture = window()->createImageNode();
+        picture->setOwnsTexture(true);
+    }
+    picture->setTexture(window()->createTextureFromImage(image, QQuickWindow::TextureHasAlphaChannel));
+    picture->setFiltering(smooth() ? QSGTexture::Linear : QSGTexture::Nearest);
+
+    // The middle of the item may lie between pixels; the picture may not, or it would be blurred.
+    const QSizeF side = image.deviceIndependentSize();
+    const QPointF wanted((width() - side.width()) / 2, (height() - side.height()) / 2);
+    const QPointF inWindow = mapToScene(wanted);
+    const auto onPixel = [ratio](double value) { return std::round(value * ratio) / ratio; };
+    const QPointF moved = QPointF(onPixel(inWindow.x()), onPixel(inWindow.y())) - inWindow;
+    picture->setRect(QRectF(wanted + moved, side));
+    return picture;
+}
+
+void Symbol::geometryChange(const QRectF& geometry, const QRectF& before) {
+    QQuickItem::geometryChange(geometry, before);
+    update();
+}
+
+void Symbol::itemChange(ItemChange change, const ItemChangeData& data) {
+    QQuickItem::itemChange(change, data);
+    if (change == ItemDevicePixelRatioHasChanged)
+        update();
 }
 
 } // namespace selvane

@@ -1,0 +1,149 @@
+#include "Selvane/UI/Controls/Symbol.h"
+
+#include "Selvane/UI/Symbols/SymbolImages.h"
+
+#include <QPainter>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickWindow>
+#include <QSignalSpy>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+void qml_register_types_Selvane_Controls();
+
+namespace selvane {
+namespace {
+
+constexpr int side = 60;
+
+/// A white window with one symbol in its top left corner.
+class SymbolItem : public testing::Test {
+protected:
+    SymbolItem() {
+        _window.resize(side, side);
+        _window.setColor(Qt::white);
+        symbol.setParentItem(_window.contentItem());
+        symbol.setName(QStringLiteral("flame"));
+        symbol.setSize(16);
+        symbol.setWidth(symbol.implicitWidth());
+        symbol.setHeight(symbol.implicitHeight());
+    }
+
+    [[nodiscard]] QImage shown() { return _window.grabWindow().convertToFormat(QImage::Format_RGB32); }
+
+    /// A window that shows the picture of `style` with its top left corner at `corner`.
+    [[nodiscard]] static QImage window(const QString& name, const SymbolStyle& style, QColor colour,
+                                       QPoint corner) {
+        QImage image(side, side, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        SymbolImages images;
+        QPainter painter(&image);
+        painter.drawImage(corner, images.tinted(name, style, colour));
+        return image;
+    }
+
+    [[nodiscard]] static QImage empty() { return window(QString(), {16}, Qt::black, {}); }
+
+    Symbol symbol;
+
+private:
+    QQuickWindow _window;
+};
+
+// Sixteen points make a square of twenty pixels and a picture of twenty-four.
+constexpr QPoint corner(-2, -2);
+
+TEST_F(SymbolItem, ShowsThePictureOfItsStyle) {
+    symbol.setWeight(Symbol::Bold);
+    symbol.setColor(QColor(10, 60, 200));
+    EXPECT_EQ(shown(),
+              window(QStringLiteral("flame"), {16, SymbolWeight::bold}, QColor(10, 60, 200), corner));
+}
+
+TEST_F(SymbolItem, FollowsEachProperty) {
+    symbol.setName(QStringLiteral("cloud.rain"));
+    EXPECT_EQ(shown(), window(QStringLiteral("cloud.rain"), {16, SymbolWeight::medium}, Qt::black, corner));
+    symbol.setWeight(Symbol::Light);
+    EXPECT_EQ(shown(), window(QStringLiteral("cloud.rain"), {16, SymbolWeight::light}, Qt::black, corner));
+    symbol.setColor(Qt::red);
+    EXPECT_EQ(shown(), window(QStringLiteral("cloud.rain"), {16, SymbolWeight::light}, Qt::red, corner));
+    symbol.setLevel(1);
+    EXPECT_EQ(shown(),
+              window(QStringLiteral("cloud.rain"), {16, SymbolWeight::light, 1, 1}, Qt::red, corner));
+    symbol.setSize(8);
+    EXPECT_EQ(shown(),
+              window(QStringLiteral("cloud.rain"), {8, SymbolWeight::light, 1, 1}, Qt::red, QPoint(3, 3)))
+        << "still in the middle";
+}
+
+TEST_F(SymbolItem, StaysInTheMiddle) {
+    symbol.setWidth(50);
+    symbol.setHeight(40);
+    EXPECT_EQ(shown(), window(QStringLiteral("flame"), {16, SymbolWeight::medium}, Qt::black, QPoint(13, 8)));
+}
+
+TEST_F(SymbolItem, FallsOnWholePixels) {
+    symbol.setPosition(QPointF(10.3, 4.7));
+    symbol.setWidth(21);
+    const QImage image = shown();
+    EXPECT_EQ(image, window(QStringLiteral("flame"), {16, SymbolWeight::medium}, Qt::black, QPoint(9, 3)));
+}
+
+TEST_F(SymbolItem, WantsASquareOfWholePixels) {
+    symbol.setSize(13);
+    EXPECT_EQ(symbol.implicitWidth(), 16);
+    symbol.setSize(14);
+    EXPECT_EQ(symbol.implicitWidth(), 18);
+    EXPECT_EQ(symbol.implicitHeight(), 18);
+}
+
+TEST_F(SymbolItem, ShowsNothingWithoutANameAndSomethingAgain) {
+    const QImage before = shown();
+    EXPECT_NE(before, empty());
+    symbol.setName(QString());
+    EXPECT_EQ(shown(), empty());
+    symbol.setName(QStringLiteral("flame"));
+    EXPECT_EQ(shown(), before);
+}
+
+TEST_F(SymbolItem, TellsOfChangesOnce) {
+    QSignalSpy names(&symbol, &Symbol::nameChanged);
+    QSignalSpy sizes(&symbol, &Symbol::sizeChanged);
+    QSignalSpy weights(&symbol, &Symbol::weightChanged);
+    QSignalSpy colours(&symbol, &Symbol::colorChanged);
+    QSignalSpy levels(&symbol, &Symbol::levelChanged);
+    for (int time = 0; time < 2; ++time) {
+        symbol.setName(QStringLiteral("waveform"));
+        symbol.setSize(20);
+        symbol.setWeight(Symbol::Semibold);
+        symbol.setColor(Qt::blue);
+        symbol.setLevel(2);
+    }
+    for (const QSignalSpy* const spy : {&names, &sizes, &weights, &colours, &levels})
+        EXPECT_EQ(spy->count(), 1);
+    EXPECT_EQ(symbol.parts(), 5);
+}
+
+TEST(SymbolType, IsKnownToViewsWithItsWeights) {
+    qml_register_types_Selvane_Controls();
+    QQmlEngine engine;
+    QQmlComponent component(&engine);
+    component.setData("import QtQuick\n"
+                      "import Selvane.Controls\n"
+                      "Symbol { name: \"waveform\"; size: 9; weight: Symbol.Semibold; color: \"#80ff0000\"\n"
+                      "    level: parts - 2 }",
+                      QUrl(QStringLiteral("qrc:/SymbolTest.qml")));
+    const std::unique_ptr<QObject> object(component.create());
+    auto* const symbol = qobject_cast<Symbol*>(object.get());
+    ASSERT_NE(symbol, nullptr) << component.errorString().toStdString();
+    EXPECT_EQ(symbol->weight(), Symbol::Semibold);
+    EXPECT_EQ(symbol->color(), QColor(255, 0, 0, 128));
+    EXPECT_EQ(symbol->level(), 3);
+}
+
+} // namespace
+} // namespace selvane
