@@ -9,6 +9,7 @@
 
 #include <cmath>
 #include <string>
+#include <vector>
 
 namespace selvane {
 namespace {
@@ -140,6 +141,43 @@ TEST(SymbolImages, StraightStrokesHaveAFullPixel) {
         EXPECT_EQ(mask.width() % 2, 1) << size;
         EXPECT_GE(opacity(mask, middle, middle - 3), 253) << size;
         EXPECT_GE(opacity(mask, middle - 3, middle), 253) << size;
+    }
+}
+
+TEST(SymbolImages, DotFollowsTheStrokeAboveIt) {
+    SymbolImages images;
+    for (const double size : {12.0, 13.0, 14.0})
+        for (const char* const name : {"exclamationmark.circle", "exclamationmark.triangle"}) {
+            const QImage mask = images.mask(text(name), {size, SymbolWeight::medium});
+            const int middle = mask.width() / 2;
+            EXPECT_GE(opacity(mask, middle, middle), 253) << name << " " << size;
+            for (int y = 0; y < mask.height(); ++y)
+                EXPECT_NEAR(opacity(mask, middle - 1, y), opacity(mask, middle + 1, y), 3)
+                    << name << " " << y;
+        }
+}
+
+TEST(SymbolImages, DotsInARowAreAlike) {
+    SymbolImages images;
+    for (const double size : {9.0, 13.0, 14.0}) {
+        const QImage mask = images.mask(QStringLiteral("ellipsis"), {size, SymbolWeight::semibold});
+        std::vector<int> row;
+        for (int x = 0; x < mask.width(); ++x)
+            row.push_back(opacity(mask, x, mask.height() / 2));
+        std::vector<std::vector<int>> dots;
+        for (std::size_t x = 1; x < row.size(); ++x) {
+            if (row[x] == 0)
+                continue;
+            if (row[x - 1] == 0)
+                dots.emplace_back();
+            dots.back().push_back(row[x]);
+        }
+        ASSERT_EQ(dots.size(), 3U) << size;
+        for (const std::vector<int>& dot : dots) {
+            ASSERT_EQ(dot.size(), dots.front().size()) << size;
+            for (std::size_t x = 0; x < dot.size(); ++x)
+                EXPECT_NEAR(dot[x], dots.front()[x], 6) << size;
+        }
     }
 }
 

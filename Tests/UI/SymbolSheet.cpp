@@ -63,7 +63,7 @@ int draw(const QStringList& arguments) {
     QImage sheet((QSizeF(2 * margin + columns * columnWidth, 2 * margin + rows * rowHeight) * scale).toSize(),
                  QImage::Format_RGB32);
     sheet.setDevicePixelRatio(scale);
-    sheet.fill(dark ? QColor(0x1e, 0x1e, 0x20) : QColor(0xff, 0xff, 0xff));
+    sheet.fill(dark ? QColor(0x1e, 0x1e, 0x1e) : QColor(Qt::white));
     QPainter painter(&sheet);
     QFont font(QStringLiteral("Inter"));
     font.setPixelSize(12);
@@ -77,7 +77,7 @@ int draw(const QStringList& arguments) {
         ++index;
     }
     painter.end();
-    return sheet.save(arguments[3]) ? 0 : 1;
+    return sheet.convertToFormat(QImage::Format_Grayscale8).save(arguments[3]) ? 0 : 1;
 }
 
 } // namespace

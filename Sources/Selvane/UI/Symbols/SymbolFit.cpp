@@ -34,21 +34,23 @@ double nearest(double value, double origin) {
 
 } // namespace
 
-SymbolFit::SymbolFit(const SymbolDrawing& drawing, double scale, double strokeWidth)
-    : _scale(scale), _strokesAreOdd(isOdd(strokeWidth)) {
+SymbolFit::SymbolFit(const SymbolDrawing& drawing, double scale, double strokeWidth) : _scale(scale) {
     const std::vector<Guide> across = guides(drawing, Direction::horizontal, strokeWidth);
     const std::vector<Guide> down = guides(drawing, Direction::vertical, strokeWidth);
 
     // A stroke in the very middle wants the grid to be as odd or even as it is. Both directions follow, or a
     // circle would be none.
-    const auto isMiddle = [](const Guide& guide) {
-        return guide.isStroke && std::abs(guide.unit - middle) < same;
-    };
     const double ideal = SymbolDrawing::side * scale;
     _pixels = static_cast<int>(std::lround(ideal));
-    if (std::ranges::any_of(across, isMiddle) || std::ranges::any_of(down, isMiddle)) {
-        if ((_pixels % 2 != 0) != _strokesAreOdd)
+    for (const std::vector<Guide>* const direction : {&across, &down}) {
+        const auto inMiddle = std::ranges::find_if(*direction, [](const Guide& guide) {
+            return guide.toEdge == 0 && std::abs(guide.unit - middle) < same;
+        });
+        if (inMiddle == direction->end())
+            continue;
+        if ((_pixels % 2 != 0) != inMiddle->isOdd)
             _pixels += ideal > _pixels ? 1 : -1;
+        break;
     }
     _pixels += 2 * margin;
 
@@ -73,12 +75,14 @@ std::vector<SymbolFit::Guide> SymbolFit::guides(const SymbolDrawing& drawing, Di
         const double high = along(bounds.bottomRight());
         const auto add = [&](double unit) {
             if (!shape.filled)
-                guides.push_back({unit, 0, true});
+                guides.push_back({unit, 0, isOdd(2 * half)});
             else if (std::abs(unit - low) < same)
                 guides.push_back({unit, -half, false});
             else if (std::abs(unit - high) < same)
                 guides.push_back({unit, half, false});
         };
+        if (bounds.width() < same && bounds.height() < same)
+            add((low + high) / 2);
         QPointF from;
         for (int index = 0; index < shape.path.elementCount(); ++index) {
             const QPainterPath::Element element = shape.path.elementAt(index);
@@ -96,11 +100,11 @@ std::vector<SymbolFit::Guide> SymbolFit::guides(const SymbolDrawing& drawing, Di
 }
 
 SymbolFit::Stops SymbolFit::stops(std::vector<Guide> guides) const {
-    // From the outermost inward; one that lies within a pixel of another moves along with it instead.
-    std::ranges::stable_sort(guides, std::ranges::greater{},
-                             [](const Guide& guide) { return std::abs(guide.unit - middle); });
-    const double gridOffset = _pixels % 2 == 0 ? 0.0 : 0.5;
-    const double strokeOffset = _strokesAreOdd ? 0.5 - gridOffset : gridOffset;
+    // From the outermost inward, as the file has them where two are one; a guide that lies within a pixel of
+    // another moves along with it instead.
+    std::ranges::stable_sort(guides, std::ranges::greater{}, [](const Guide& guide) {
+        return std::lround(std::abs(guide.unit - middle) / same);
+    });
     Stops stops;
     for (const Guide& guide : guides) {
         const bool isCrowded = std::ranges::any_of(
@@ -108,8 +112,9 @@ SymbolFit::Stops SymbolFit::stops(std::vector<Guide> guides) const {
         if (isCrowded)
             continue;
         const double free = (guide.unit - middle) * _scale;
-        const double fixed = guide.isStroke ? nearest(free, strokeOffset)
-                                            : nearest(free + guide.toEdge, gridOffset) - guide.toEdge;
+        // Counted from the middle, whole pixels or halves of them.
+        const double offset = (_pixels % 2 != 0) == guide.isOdd ? 0.0 : 0.5;
+        const double fixed = nearest(free + guide.toEdge, offset) - guide.toEdge;
         stops.push_back({guide.unit, _pixels / 2.0 + fixed});
     }
     std::ranges::sort(stops, {}, &Stop::unit);

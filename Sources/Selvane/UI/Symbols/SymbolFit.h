@@ -10,9 +10,9 @@
 namespace selvane {
 
 /// Places a drawing on pixels, so that it stays crisp when a pixel is half a stroke: straight horizontal and
-/// vertical strokes, and the outermost points of larger curves, come to lie on whole pixels, and what lies
-/// between moves along. Nothing moves by more than half a pixel; what is symmetrical about the middle of the
-/// grid stays so. A plain value.
+/// vertical strokes, dots, and the outermost points of larger curves, come to lie on whole pixels, and what
+/// lies between moves along. Nothing moves by more than half a pixel; what is symmetrical about the middle of
+/// the grid stays so. A plain value.
 class SymbolFit {
 public:
     /// `scale`: pixels for a unit of the grid. `strokeWidth`: that of a stroke of the weight's own width, in
@@ -34,10 +34,11 @@ private:
     /// A coordinate of the grid that should fall on pixels.
     struct Guide {
         double unit;
-        /// From the middle of the stroke to the edge that should be sharp, in pixels; 0 for a stroke that is
-        /// to be sharp as a whole.
+        /// Where the sharp thing lies from there, in pixels: the edge of a filled shape, or 0 for a stroke
+        /// that is to be sharp as a whole.
         double toEdge;
-        bool isStroke;
+        /// That stroke covers an odd number of pixels, so its middle is the middle of one.
+        bool isOdd;
     };
 
     /// A coordinate that is fixed, and where it lies.
@@ -55,8 +56,6 @@ private:
     [[nodiscard]] double place(double unit, const Stops& stops) const;
 
     double _scale;
-    /// A stroke that is sharp as a whole covers an odd number of pixels.
-    bool _strokesAreOdd;
     int _pixels;
     Stops _x;
     Stops _y;
