@@ -83,15 +83,17 @@ std::vector<SymbolFit::Guide> SymbolFit::guides(const SymbolDrawing& drawing, Di
         };
         if (bounds.width() < same && bounds.height() < same)
             add((low + high) / 2);
+        bool isCurved = false;
         QPointF from;
         for (int index = 0; index < shape.path.elementCount(); ++index) {
             const QPainterPath::Element element = shape.path.elementAt(index);
             if (element.isLineTo() && std::abs(along(element) - along(from)) < same &&
                 std::abs(across(element) - across(from)) >= shortestStroke)
                 add(along(element));
+            isCurved = isCurved || element.isCurveTo();
             from = element;
         }
-        if (bounds.width() >= smallestCurve && bounds.height() >= smallestCurve) {
+        if (isCurved && bounds.width() >= smallestCurve && bounds.height() >= smallestCurve) {
             add(low);
             add(high);
         }
