@@ -3,16 +3,14 @@
 #include "Selvane/App/AppSettings.h"
 #include "Selvane/Platform/Appearance.h"
 
+#include <utility>
+
 namespace selvane {
 
-Look::Look(AppSettings& settings, Appearance& appearance, QObject* parent)
-    : QObject(parent), _settings(settings), _appearance(appearance) {
-    _subscriptions.push_back(settings.changed.subscribe([this] { Q_EMIT changed(); }));
-    _subscriptions.push_back(appearance.changed.subscribe([this] { Q_EMIT changed(); }));
-}
+namespace {
 
-bool Look::isDark() const {
-    switch (_settings.appearance()) {
+bool isDark(AppearanceMode mode, const Appearance& desktop) {
+    switch (mode) {
     case AppearanceMode::light:
         return false;
     case AppearanceMode::dark:
@@ -20,29 +18,42 @@ bool Look::isDark() const {
     case AppearanceMode::system:
         break;
     }
-    return _appearance.isDark();
+    return desktop.isDark();
 }
 
-bool Look::isHighContrast() const {
-    return _appearance.isHighContrast();
-}
-
-bool Look::reducesMotion() const {
-    return _appearance.reducesMotion();
-}
-
-Look::Glass Look::glass() const {
-    switch (_settings.glassLevel()) {
+Look::Glass glassOf(GlassLevel level) {
+    switch (level) {
     case GlassLevel::off:
-        return Flat;
+        return Look::Flat;
     case GlassLevel::low:
-        return Clear;
+        return Look::Clear;
     case GlassLevel::medium:
-        return Regular;
+        return Look::Regular;
     case GlassLevel::high:
-        return Tinted;
+        return Look::Tinted;
     }
-    return Flat;
+    return Look::Flat;
+}
+
+} // namespace
+
+Look::Look(AppSettings& settings, Appearance& appearance, QObject* parent)
+    : QObject(parent), _settings(settings), _appearance(appearance), _state(read()) {
+    _subscriptions.push_back(settings.changed.subscribe([this] { refresh(); }));
+    _subscriptions.push_back(appearance.changed.subscribe([this] { refresh(); }));
+}
+
+Look::State Look::read() const {
+    return {.isDark = selvane::isDark(_settings.appearance(), _appearance),
+            .isHighContrast = _appearance.isHighContrast(),
+            .reducesMotion = _appearance.reducesMotion(),
+            .glass = glassOf(_settings.glassLevel())};
+}
+
+void Look::refresh() {
+    const State now = read();
+    if (std::exchange(_state, now) != now)
+        Q_EMIT changed();
 }
 
 } // namespace selvane

@@ -39,17 +39,31 @@ public:
     /// Both arguments outlive the look.
     Look(AppSettings& settings, Appearance& appearance, QObject* parent = nullptr);
 
-    [[nodiscard]] bool isDark() const;
-    [[nodiscard]] bool isHighContrast() const;
-    [[nodiscard]] bool reducesMotion() const;
-    [[nodiscard]] Glass glass() const;
+    [[nodiscard]] bool isDark() const { return _state.isDark; }
+    [[nodiscard]] bool isHighContrast() const { return _state.isHighContrast; }
+    [[nodiscard]] bool reducesMotion() const { return _state.reducesMotion; }
+    [[nodiscard]] Glass glass() const { return _state.glass; }
 
 Q_SIGNALS:
+    /// At least one of the properties has another value.
     void changed();
 
 private:
+    struct State {
+        bool isDark = false;
+        bool isHighContrast = false;
+        bool reducesMotion = false;
+        Glass glass = Flat;
+
+        bool operator==(const State&) const = default;
+    };
+
+    [[nodiscard]] State read() const;
+    void refresh();
+
     AppSettings& _settings;
     Appearance& _appearance;
+    State _state;
     std::vector<Subscription> _subscriptions;
 };
 

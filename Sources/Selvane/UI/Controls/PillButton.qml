@@ -1,29 +1,31 @@
 import QtQuick
-import QtQuick.Templates as T
+import Selvane.Controls
 
 /// A capsule with a word. The prominent one is the main action of its row.
-T.AbstractButton {
+Pressable {
     id: root
 
     property bool prominent: false
-    property string tooltip: ""
 
     readonly property color plainText: root.enabled ? Theme.primaryText : Theme.tertiaryText
+    readonly property color solid: Qt.alpha(Theme.solidPrimary, root.pressed ? 0.82 : 1)
 
-    implicitWidth: Math.max(prominent ? 116 : 0, implicitContentWidth + leftPadding + rightPadding)
-    implicitHeight: prominent ? 38 : 34
+    implicitWidth: Math.max(prominent ? 116 : 0, Math.ceil(implicitContentWidth + leftPadding + rightPadding))
+    implicitHeight: Math.max(prominent ? 38 : 34, Math.ceil(implicitContentHeight))
     leftPadding: prominent ? 22 : 16
     rightPadding: leftPadding
-    focusPolicy: Qt.TabFocus
-    hoverEnabled: true
+    topInset: -4
+    leftInset: -4
+    rightInset: -4
+    bottomInset: -4
+    scale: pressed ? 0.96 : 1
 
-    Keys.onReturnPressed: root.clicked()
-    Keys.onEnterPressed: root.clicked()
-
-    Accessible.role: Accessible.Button
-    Accessible.name: text
-    Accessible.description: tooltip
-    Accessible.onPressAction: root.clicked()
+    Behavior on scale {
+        SpringMotion {
+            response: 0.15
+            dampingFraction: 0.85
+        }
+    }
 
     contentItem: Text {
         text: root.text
@@ -32,31 +34,15 @@ T.AbstractButton {
         font.weight: root.prominent ? Font.DemiBold : Font.Medium
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
+        elide: Text.ElideRight
     }
 
-    background: Item {
-        Rectangle {
-            anchors.fill: parent
-            radius: height / 2
-            color: root.prominent ? Theme.solidPrimary : root.pressed ? Theme.cardPressed : Theme.card
-            opacity: root.prominent && root.pressed ? 0.82 : 1
-            border.width: root.prominent ? 0 : 1
-            border.color: Theme.hairline
-        }
-
-        Rectangle {
-            anchors.fill: parent
-            anchors.margins: -3
-            radius: height / 2
-            visible: root.visualFocus
-            color: "transparent"
-            border.width: 2
-            border.color: Theme.focusRing
-        }
-    }
-
-    HoverTip {
-        text: root.tooltip
-        visible: root.hovered && root.enabled && root.tooltip !== ""
+    background: CapsuleSurface {
+        spread: 4
+        color: root.prominent ? root.solid : "transparent"
+        interactive: root.enabled
+        hovered: root.hovered
+        pressed: root.pressed
+        ringed: root.visualFocus
     }
 }

@@ -1,46 +1,31 @@
 import QtQuick
-import QtQuick.Templates as T
+import Selvane.Controls
 
 /// A quiet word that can be pressed.
-T.AbstractButton {
+Pressable {
     id: root
 
-    property string tooltip: ""
-    property string accessibleName: text
+    readonly property color resting: root.hovered ? Theme.primaryText : Theme.secondaryText
 
-    implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: 24
     leftPadding: 8
     rightPadding: 8
-    focusPolicy: Qt.TabFocus
-    hoverEnabled: true
-
-    Keys.onReturnPressed: root.clicked()
-    Keys.onEnterPressed: root.clicked()
-
-    Accessible.role: Accessible.Button
-    Accessible.name: accessibleName
-    Accessible.description: tooltip
-    Accessible.onPressAction: root.clicked()
 
     contentItem: Text {
         text: root.text
-        color: root.hovered ? Theme.primaryText : Theme.secondaryText
-        font.pixelSize: 12
-        font.weight: Font.Medium
+        color: root.enabled ? root.resting : Theme.tertiaryText
+        font: root.font
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
     }
 
-    background: Rectangle {
-        radius: 6
-        color: root.pressed ? Theme.cardPressed : root.hovered ? Theme.card : "transparent"
-        border.width: root.visualFocus ? 2 : 0
-        border.color: Theme.focusRing
-    }
+    font.pixelSize: 12
+    font.weight: Font.Medium
 
-    HoverTip {
-        text: root.tooltip
-        visible: root.hovered && root.tooltip !== ""
+    background: RoundedShape {
+        radius: 6
+        color: Theme.ink(root.pressed ? 0.12 : root.hovered ? 0.07 : 0)
+        ringed: root.visualFocus
+        ringColor: Theme.focusRing
     }
 }

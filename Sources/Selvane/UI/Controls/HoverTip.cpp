@@ -1,0 +1,122 @@
+#include "Selvane/UI/Controls/HoverTip.h"
+
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTimerEvent>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace selvane {
+
+namespace {
+
+/// Between the bubble and the item that it explains.
+constexpr double gap = 6;
+/// Between the bubble and the window's edges.
+constexpr double margin = 6;
+/// Above everything, also above menus.
+constexpr double top = 2'000'000;
+
+/// Above the item, in its middle; below it where there is no room above.
+QPointF place(const QRectF& item, const QSizeF& bubble, const QSizeF& window) {
+    const double x = std::clamp(item.center().x() - bubble.width() / 2, margin,
+                                std::max(margin, window.width() - margin - bubble.width()));
+    const double above = item.top() - gap - bubble.height();
+    const double y = above >= margin ? above : item.bottom() + gap;
+    return {std::round(x), std::round(y)};
+}
+
+} // namespace
+
+HoverTip::HoverTip(QObject* parent) : QObject(parent) {}
+
+HoverTip::~HoverTip() {
+    hide();
+}
+
+void HoverTip::setText(const QString& text) {
+    if (std::exchange(_text, text) == text)
+        return;
+    if (_bubble) {
+        hide();
+        show();
+    } else if (_visible && !_timer.isActive()) {
+        _timer.start(_delay, this);
+    }
+    Q_EMIT textChanged();
+}
+
+void HoverTip::setVisible(bool visible) {
+    if (std::exchange(_visible, visible) == visible)
+        return;
+    if (visible)
+        _timer.start(_delay, this);
+    else
+        hide();
+    Q_EMIT visibleChanged();
+}
+
+void HoverTip::setDelay(int delay) {
+    if (std::exchange(_delay, delay) != delay)
+        Q_EMIT delayChanged();
+}
+
+QQuickItem* HoverTip::bubble() const {
+    return _bubble;
+}
+
+void HoverTip::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != _timer.timerId()) {
+        QObject::timerEvent(event);
+        return;
+    }
+    _timer.stop();
+    show();
+}
+
+QQuickItem* HoverTip::target() const {
+    return qobject_cast<QQuickItem*>(parent());
+}
+
+void HoverTip::show() {
+    QQuickItem* const item = target();
+    QQmlEngine* const engine = qmlEngine(this);
+    if (_text.isEmpty() || !item || !item->window() || !item->isVisible() || !engine)
+        return;
+    QQuickWindow* const window = item->window();
+    QQmlComponent component(
+        engine, QUrl(QStringLiteral("qrc:/qt-project.org/imports/Selvane/Controls/TipBubble.qml")));
+    QObject* const made =
+        component.createWithInitialProperties({{QStringLiteral("text"), _text},
+                                               {QStringLiteral("maximumWidth"), window->width() - 2 * margin}});
+    _bubble = qobject_cast<QQuickItem*>(made);
+    if (!_bubble) {
+        delete made;
+        return;
+    }
+    QQmlEngine::setObjectOwnership(_bubble, QQmlEngine::CppOwnership);
+    _bubble->setParent(window->contentItem());
+    _bubble->setParentItem(window->contentItem());
+    _bubble->setZ(top);
+    _bubble->setPosition(place(item->mapRectToScene(QRectF(0, 0, item->width(), item->height())),
+                               _bubble->size(), window->size()));
+    // A window or a menu that goes away with the pointer on it takes the words with it.
+    connect(item, &QQuickItem::visibleChanged, this, &HoverTip::hide);
+    connect(window, &QWindow::visibleChanged, this, &HoverTip::hide);
+}
+
+void HoverTip::hide() {
+    _timer.stop();
+    if (!_bubble)
+        return;
+    if (target())
+        target()->disconnect(this);
+    _bubble->window()->disconnect(this);
+    delete _bubble;
+}
+
+} // namespace selvane

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QColor>
+
+namespace selvane {
+
+/// The colours of the windows under one appearance: one ink on one ground. There is no accent colour; emphasis
+/// is opacity and weight. Where the desktop asks for strong contrast, edges are drawn in full ink and every
+/// text has at least seven times the luminance of its ground, else four and a half times. A value.
+struct Palette {
+    /// What the colours follow.
+    struct Scheme {
+        bool isDark = false;
+        bool isHighContrast = false;
+
+        bool operator==(const Scheme&) const = default;
+    };
+
+    [[nodiscard]] static Palette of(Scheme scheme);
+
+    /// The primary ink at an opacity from 0 to 1.
+    [[nodiscard]] QColor ink(double opacity) const;
+
+    // Grounds
+
+    /// Windows.
+    QColor surface;
+    /// Lies over what shines through behind the popover.
+    QColor backdrop;
+    /// Menus, cards: what opens above a window.
+    QColor popup;
+    /// Capsules and cards, on the surface.
+    QColor card;
+    QColor cardPressed;
+    /// The chosen one of several, on a capsule.
+    QColor selectedSegment;
+    /// The ground of text, as ink on something filled with the primary ink.
+    QColor inverse;
+
+    // Edges
+
+    /// Within a window.
+    QColor hairline;
+    /// Around a window and what opens above it.
+    QColor windowEdge;
+    QColor focusRing;
+    /// Below the selected segment.
+    QColor segmentShadow;
+    /// Below what opens above a window.
+    QColor popupShadow;
+
+    // Inks
+
+    /// What every other ink is a shade of.
+    QColor primary;
+    /// Filled shapes that bear text: the prominent button, a switch that is on.
+    QColor solidPrimary;
+    QColor onSolidPrimary;
+    QColor primaryText;
+    QColor secondaryText;
+    /// Only what is disabled, and large text that matters little: it has three times the luminance of its
+    /// ground.
+    QColor tertiaryText;
+};
+
+} // namespace selvane

@@ -1,0 +1,30 @@
+import QtQuick
+import QtQuick.Templates as T
+import Selvane.Controls
+
+/// What every button has in common: its keys, its words for assistive technology, its tooltip. A click leaves the
+/// keyboard where it is; Tab brings it here, and then Space or Return presses.
+T.AbstractButton {
+    id: root
+
+    property string tooltip: ""
+    property string accessibleName: text
+
+    implicitWidth: Math.ceil(implicitContentWidth + leftPadding + rightPadding)
+    implicitHeight: Math.ceil(implicitContentHeight + topPadding + bottomPadding)
+    focusPolicy: Qt.TabFocus
+    hoverEnabled: true
+
+    Keys.onReturnPressed: root.clicked()
+    Keys.onEnterPressed: root.clicked()
+
+    Accessible.role: Accessible.Button
+    Accessible.name: accessibleName
+    Accessible.description: tooltip
+    Accessible.onPressAction: root.clicked()
+
+    HoverTip {
+        text: root.tooltip
+        visible: root.enabled && !root.pressed && (root.hovered || root.visualFocus)
+    }
+}

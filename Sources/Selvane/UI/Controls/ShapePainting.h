@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QColor>
+#include <QPainterPath>
+#include <QRectF>
+
+class QPainter;
+
+namespace selvane {
+
+enum class Corners {
+    /// Quarters of circles.
+    round,
+    /// The curvature grows from the straight sides on, so that no eye sees where the corner begins.
+    continuous,
+};
+
+/// A rectangle with rounded corners. The radius is at most half the shorter side; at that it is a capsule, whose
+/// ends are half circles either way.
+[[nodiscard]] QPainterPath roundedRectangle(const QRectF& rect, double radius,
+                                            Corners corners = Corners::round);
+
+/// A soft shadow. Lengths are in the painter's units.
+struct SoftShadow {
+    QColor color;
+    /// How far the shadow reaches beyond the shape, about.
+    double radius = 0;
+    /// How far below the shape it lies.
+    double offset = 0;
+
+    bool operator==(const SoftShadow&) const = default;
+};
+
+/// Paints the shadow of a rounded rectangle, also where the shape will cover it. `pixels` is the number of
+/// device pixels to a unit of the painter.
+void paintShadow(QPainter& painter, const QRectF& shape, double cornerRadius, const SoftShadow& shadow,
+                 double pixels);
+
+/// A width as whole device pixels, at least one, in the painter's units.
+[[nodiscard]] double crispWidth(double width, double pixels);
+
+/// The rectangle with its sides on borders between device pixels.
+[[nodiscard]] QRectF crispRectangle(const QRectF& rect, double pixels);
+
+} // namespace selvane
