@@ -7,8 +7,8 @@ namespace selvane {
 
 struct CapsuleColors;
 
-/// A capsule in the glass of a level, or flat: the one way to put a capsule behind something. It takes the same
-/// room at every level. Main thread.
+/// A capsule in the glass of a level, or flat: the one way to put a capsule behind something. It takes the
+/// same room at every level. Main thread.
 class CapsuleShape : public selvane::RoundedShape {
     Q_OBJECT
     QML_ELEMENT

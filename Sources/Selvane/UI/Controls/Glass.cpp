@@ -36,8 +36,8 @@ CapsuleColors bareGlass(GlassMaterial::Kind kind, const Palette& palette, bool i
         return isDark ? CapsuleColors{white(0.03), white(0.01), white(0.2), white(0.09)}
                       : CapsuleColors{black(0), black(0.012), palette.hairline, palette.hairline};
     case GlassMaterial::Kind::regular:
-        return isDark ? CapsuleColors{white(0.1), white(0.055), white(0.24), white(0.08)}
-                      : CapsuleColors{black(0.03), black(0.075), palette.hairline, palette.hairline};
+        return isDark ? CapsuleColors{white(0.11), white(0.055), white(0.26), white(0.09)}
+                      : CapsuleColors{black(0.025), black(0.085), palette.hairline, palette.hairline};
     }
     return {};
 }
@@ -89,8 +89,8 @@ std::optional<GlassMaterial> glassMaterial(Look::Glass level, CapsuleUse use, Pa
 CapsuleColors capsuleColors(Look::Glass level, CapsuleUse use, CapsuleState state, Palette::Scheme scheme) {
     const Palette palette = Palette::of(scheme);
     const std::optional<GlassMaterial> material = glassMaterial(level, use, scheme);
-    CapsuleColors colors = material ? glassCapsule(*material, state, palette, scheme.isDark)
-                                    : flatCapsule(state, palette);
+    CapsuleColors colors =
+        material ? glassCapsule(*material, state, palette, scheme.isDark) : flatCapsule(state, palette);
     if (scheme.isHighContrast)
         colors.edgeTop = colors.edgeBottom = palette.hairline;
     return colors;

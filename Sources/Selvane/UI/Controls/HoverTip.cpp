@@ -90,9 +90,8 @@ void HoverTip::show() {
     QQuickWindow* const window = item->window();
     QQmlComponent component(
         engine, QUrl(QStringLiteral("qrc:/qt-project.org/imports/Selvane/Controls/TipBubble.qml")));
-    QObject* const made =
-        component.createWithInitialProperties({{QStringLiteral("text"), _text},
-                                               {QStringLiteral("maximumWidth"), window->width() - 2 * margin}});
+    QObject* const made = component.createWithInitialProperties(
+        {{QStringLiteral("text"), _text}, {QStringLiteral("maximumWidth"), window->width() - 2 * margin}});
     _bubble = qobject_cast<QQuickItem*>(made);
     if (!_bubble) {
         delete made;

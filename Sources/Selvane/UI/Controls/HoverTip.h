@@ -10,8 +10,8 @@ class QQuickItem;
 
 namespace selvane {
 
-/// The words that explain the item they are declared in, while the pointer rests on it or the keyboard is there.
-/// The bubble exists only while it is seen. It is no popup: keys and clicks pass it by. Main thread.
+/// The words that explain the item they are declared in, while the pointer rests on it or the keyboard is
+/// there. The bubble exists only while it is seen. It is no popup: keys and clicks pass it by. Main thread.
 class HoverTip : public QObject {
     Q_OBJECT
     QML_ELEMENT

@@ -20,7 +20,6 @@ T.AbstractButton {
     checkable: true
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
-    font.pixelSize: Theme.callout
 
     Keys.onReturnPressed: root.flip()
     Keys.onEnterPressed: root.flip()
@@ -37,7 +36,7 @@ T.AbstractButton {
         text: root.text
         color: Theme.primaryText
         opacity: root.enabled ? 1 : 0.4
-        font: root.font
+        font.pixelSize: Theme.callout
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
     }

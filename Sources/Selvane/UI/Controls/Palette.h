@@ -4,9 +4,9 @@
 
 namespace selvane {
 
-/// The colours of the windows under one appearance: one ink on one ground. There is no accent colour; emphasis
-/// is opacity and weight. Where the desktop asks for strong contrast, edges are drawn in full ink and every
-/// text has at least seven times the luminance of its ground, else four and a half times. A value.
+/// The colours of the windows under one appearance: one ink on one ground. There is no accent colour;
+/// emphasis is opacity and weight. Where the desktop asks for strong contrast, edges are drawn in full ink
+/// and every text has at least seven times the luminance of its ground, else four and a half times. A value.
 struct Palette {
     /// What the colours follow.
     struct Scheme {

@@ -15,6 +15,8 @@ T.TextField {
     selectionColor: Theme.solidPrimary
     selectedTextColor: Theme.textOnSolidPrimary
     selectByMouse: true
+    // Controls take the desktop's font, text the program's.
+    font.family: Theme.fontFamily
     font.pixelSize: 14
     verticalAlignment: TextInput.AlignVCenter
 

@@ -9,7 +9,7 @@ T.Menu {
     id: root
 
     y: parent !== null ? parent.height + 4 : 0
-    implicitWidth: Math.ceil(contentWidth + leftPadding + rightPadding)
+    implicitWidth: Math.ceil(measure.width + leftPadding + rightPadding)
     implicitHeight: Math.ceil(contentHeight + topPadding + bottomPadding)
     padding: 5
     margins: 8
@@ -20,7 +20,10 @@ T.Menu {
     overlap: 2
     modal: true
     dim: false
-    font.pixelSize: Theme.callout
+
+    readonly property MenuMeasure measure: MenuMeasure {
+        menu: root
+    }
 
     delegate: PopupMenuItem {}
 

@@ -23,8 +23,6 @@ T.MenuItem {
     rightPadding: subMenu !== null ? 26 : 10
     enabled: !hint
     hoverEnabled: true
-    font.pixelSize: Theme.callout
-    font.weight: destructive ? Font.DemiBold : Font.Normal
 
     Accessible.role: hint ? Accessible.StaticText : Accessible.MenuItem
     Accessible.name: text
@@ -37,7 +35,7 @@ T.MenuItem {
         text: root.text
         shortcut: root.shortcut
         color: root.words
-        font: root.font
+        weight: root.destructive ? Font.DemiBold : Font.Normal
     }
 
     indicator: Symbol {

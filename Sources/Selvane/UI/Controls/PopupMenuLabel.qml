@@ -8,7 +8,7 @@ Item {
     required property string text
     required property string shortcut
     required property color color
-    required property font font
+    required property int weight
 
     implicitWidth: label.implicitWidth + (shortcut !== "" ? 28 + keys.implicitWidth : 0)
     implicitHeight: label.implicitHeight
@@ -21,7 +21,8 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         text: root.text
         color: root.color
-        font: root.font
+        font.pixelSize: Theme.callout
+        font.weight: root.weight
         elide: Text.ElideRight
     }
 
@@ -32,6 +33,6 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         text: root.shortcut
         color: Theme.secondaryText
-        font.pixelSize: root.font.pixelSize
+        font.pixelSize: Theme.callout
     }
 }

@@ -66,7 +66,8 @@ void RoundedShape::paint(QPainter* painter) {
 void RoundedShape::paintRing(QPainter& painter, const QRectF& shape) const {
     // Without room around the shape the ring lies on its edge.
     const double out = std::min(_spread, ringGap + ringWidth);
-    painter.fillPath(frame(shape.adjusted(-out, -out, out, out), cornerRadius() + out, ringWidth), _ringColor);
+    painter.fillPath(frame(shape.adjusted(-out, -out, out, out), cornerRadius() + out, ringWidth),
+                     _ringColor);
 }
 
 } // namespace selvane

@@ -10,9 +10,9 @@
 
 namespace selvane {
 
-/// A rounded rectangle with what belongs to it: a soft shadow, an edge inside it that is crisp at every scale,
-/// and the ring around it that tells where the keyboard is. One item for all, painted once until something of it
-/// changes. Lengths are pixels of the window. Main thread.
+/// A rounded rectangle with what belongs to it: a soft shadow, an edge inside it that is crisp at every
+/// scale, and the ring around it that tells where the keyboard is. One item for all, painted once until
+/// something of it changes. Lengths are pixels of the window. Main thread.
 class RoundedShape : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT

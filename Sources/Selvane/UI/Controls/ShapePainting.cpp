@@ -27,9 +27,9 @@ QImage shadowImage(int width, int height, double radius, int reach, double sigma
     for (int row = 0; row < image.height(); ++row) {
         auto* const line = reinterpret_cast<QRgb*>(image.scanLine(row));
         for (int column = 0; column < image.width(); ++column) {
-            const double beyond = distance(column + 0.5 - image.width() / 2.0,
-                                           row + 0.5 - image.height() / 2.0, width / 2.0, height / 2.0,
-                                           radius);
+            const double beyond =
+                distance(column + 0.5 - image.width() / 2.0, row + 0.5 - image.height() / 2.0, width / 2.0,
+                         height / 2.0, radius);
             const double strength = std::erfc(beyond / spread) / 2;
             line[column] = qPremultiply(qRgba(color.red(), color.green(), color.blue(),
                                               static_cast<int>(std::lround(strength * color.alpha()))));
@@ -73,8 +73,7 @@ void paintShadow(QPainter& painter, const QRectF& shape, double cornerRadius, co
                  double pixels) {
     if (shadow.color.alpha() == 0 || shadow.radius <= 0 || shape.isEmpty())
         return;
-    const double radius =
-        std::min({cornerRadius, shape.width() / 2, shape.height() / 2}) * pixels;
+    const double radius = std::min({cornerRadius, shape.width() / 2, shape.height() / 2}) * pixels;
     const double sigma = shadow.radius * pixels / 2;
     const int reach = static_cast<int>(std::ceil(sigma * 3));
     const int width = static_cast<int>(std::lround(shape.width() * pixels));
@@ -104,10 +103,9 @@ void paintShadow(QPainter& painter, const QRectF& shape, double cornerRadius, co
     edges(height, tileHeight, shape.top() + shadow.offset, fromY, toY);
     for (std::size_t row = 0; row < 3; ++row) {
         for (std::size_t column = 0; column < 3; ++column) {
-            painter.drawImage(QRectF(QPointF(toX[column], toY[row]), QPointF(toX[column + 1], toY[row + 1])),
-                              tile,
-                              QRectF(QPointF(fromX[column], fromY[row]),
-                                     QPointF(fromX[column + 1], fromY[row + 1])));
+            painter.drawImage(
+                QRectF(QPointF(toX[column], toY[row]), QPointF(toX[column + 1], toY[row + 1])), tile,
+                QRectF(QPointF(fromX[column], fromY[row]), QPointF(fromX[column + 1], fromY[row + 1])));
         }
     }
 }

@@ -15,8 +15,8 @@ enum class Corners {
     continuous,
 };
 
-/// A rectangle with rounded corners. The radius is at most half the shorter side; at that it is a capsule, whose
-/// ends are half circles either way.
+/// A rectangle with rounded corners. The radius is at most half the shorter side; at that it is a capsule,
+/// whose ends are half circles either way.
 [[nodiscard]] QPainterPath roundedRectangle(const QRectF& rect, double radius,
                                             Corners corners = Corners::round);
 

@@ -8,8 +8,8 @@
 
 namespace selvane {
 
-/// A switch: a knob on a track. One item, so that it can be drawn faint as a whole. The track is 32 by 18; around
-/// it lies room for the ring that tells where the keyboard is. Main thread.
+/// A switch: a knob on a track. One item, so that it can be drawn faint as a whole. The track is 32 by 18;
+/// around it lies room for the ring that tells where the keyboard is. Main thread.
 class SwitchShape : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT

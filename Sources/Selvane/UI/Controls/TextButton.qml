@@ -14,13 +14,11 @@ Pressable {
     contentItem: Text {
         text: root.text
         color: root.enabled ? root.resting : Theme.tertiaryText
-        font: root.font
+        font.pixelSize: 12
+        font.weight: Font.Medium
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
     }
-
-    font.pixelSize: 12
-    font.weight: Font.Medium
 
     background: RoundedShape {
         radius: 6

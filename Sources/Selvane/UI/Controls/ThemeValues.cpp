@@ -1,5 +1,8 @@
 #include "Selvane/UI/Controls/ThemeValues.h"
 
+#include <QFont>
+#include <QGuiApplication>
+
 namespace selvane {
 
 ThemeValues::ThemeValues(QObject* parent) : QObject(parent), _palette(Palette::of({})) {}
@@ -31,6 +34,10 @@ bool ThemeValues::reducesMotion() const {
 
 Look::Glass ThemeValues::glass() const {
     return _look ? _look->glass() : Look::Flat;
+}
+
+QString ThemeValues::fontFamily() const {
+    return QGuiApplication::font().family();
 }
 
 void ThemeValues::lookChanged() {

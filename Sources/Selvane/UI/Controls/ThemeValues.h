@@ -6,6 +6,7 @@
 #include <QColor>
 #include <QObject>
 #include <QPointer>
+#include <QString>
 #include <QtQml/qqmlregistration.h>
 
 namespace selvane {
@@ -24,6 +25,9 @@ class ThemeValues : public QObject {
     Q_PROPERTY(bool reducesMotion READ reducesMotion NOTIFY changed FINAL)
     /// What capsules are made of.
     Q_PROPERTY(selvane::Look::Glass glass READ glass NOTIFY changed FINAL)
+
+    /// The program's font, for what would take the desktop's instead.
+    Q_PROPERTY(QString fontFamily READ fontFamily NOTIFY changed FINAL)
 
     Q_PROPERTY(QColor surface READ surface NOTIFY changed FINAL)
     Q_PROPERTY(QColor backdrop READ backdrop NOTIFY changed FINAL)
@@ -58,6 +62,7 @@ public:
     [[nodiscard]] bool reducesMotion() const;
     [[nodiscard]] Look::Glass glass() const;
 
+    [[nodiscard]] QString fontFamily() const;
     [[nodiscard]] const QColor& surface() const { return _palette.surface; }
     [[nodiscard]] const QColor& backdrop() const { return _palette.backdrop; }
     [[nodiscard]] const QColor& popup() const { return _palette.popup; }
