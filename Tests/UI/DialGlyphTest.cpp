@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <filesystem>
+#include <iterator>
 
 namespace selvane {
 namespace {
@@ -107,6 +109,17 @@ TEST(DialGlyph, DrawsAtEverySizeAndToTheEdgeOfNone) {
         EXPECT_EQ(pixmap.argb.back() >> 24, 0U) << side;
     }
     EXPECT_TRUE(image->pixmap(0, Ink::dark).argb.empty());
+}
+
+// A dial is drawn several times a minute while a phase runs, and each thread that helps is woken for it.
+TEST(DialGlyph, ADialThatMovesIsDrawnInOneThread) {
+    const auto threads = [] {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+    };
+    const auto before = threads();
+    for (const Style style : {Style::running, Style::onBreak})
+        draw({0.5, style, true});
+    EXPECT_EQ(threads(), before);
 }
 
 } // namespace

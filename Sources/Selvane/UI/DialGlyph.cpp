@@ -57,6 +57,10 @@ private:
             QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
             image.fill(Qt::transparent);
             QPainter painter(&image);
+            // Replacing is the same as laying over where no stroke shines through another, and it is done in
+            // this thread, while strokes that are laid over wake others.
+            if (_state.style != DialGlyph::Style::paused)
+                painter.setCompositionMode(QPainter::CompositionMode_Source);
             DialMark::paint(painter, QRectF(0, 0, side, side), _state, designLineWidth * side / designSide,
                             Qt::black);
             painter.end();
