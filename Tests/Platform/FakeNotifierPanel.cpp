@@ -42,6 +42,19 @@ void FakeNotifierPanel::setHosted(bool hosted) {
         Q_EMIT _adaptor->StatusNotifierHostUnregistered();
 }
 
+void FakeNotifierPanel::setShowsLabels(bool shows) {
+    const auto name = QStringLiteral("org.gnome.Shell");
+    if (shows)
+        _bus.registerService(name);
+    else
+        _bus.unregisterService(name);
+}
+
+void FakeNotifierPanel::hearAll(const QDBusConnection& from) {
+    ask(from, _bus.baseService(), QStringLiteral("/"), QStringLiteral("org.freedesktop.DBus.Peer"),
+        QStringLiteral("Ping"));
+}
+
 QDBusMessage FakeNotifierPanel::tell(const char* method, const QVariantList& arguments) {
     return ask(_bus, registered.value(registered.size() - 1), itemPath, itemInterface, QLatin1String(method),
                arguments);

@@ -25,6 +25,10 @@ public:
     void vanish();
     /// Whether somebody shows what is registered.
     void setHosted(bool hosted);
+    /// Whether it is one of the panels that show words beside an item.
+    void setShowsLabels(bool shows);
+    /// Everything that was sent over that connection before has arrived when this returns.
+    void hearAll(const QDBusConnection& from);
 
     /// The answer of the item that registered last.
     QDBusMessage tell(const char* method, const QVariantList& arguments);

@@ -114,6 +114,7 @@ TEST_F(LinuxStatusItemTest, APanelThatRestartsGetsTheItemOnceAgain) {
 }
 
 TEST_F(LinuxStatusItemTest, EqualValuesSendNothing) {
+    _panel.setShowsLabels(true);
     _panel.appear();
     make();
     ASSERT_TRUE(isRegistered(_panel));
@@ -135,6 +136,7 @@ TEST_F(LinuxStatusItemTest, EqualValuesSendNothing) {
 }
 
 TEST_F(LinuxStatusItemTest, WithoutAnImageTheLastOneStays) {
+    _panel.setShowsLabels(true);
     _panel.appear();
     make();
     ASSERT_TRUE(isRegistered(_panel));

@@ -1,12 +1,12 @@
 #include "Selvane/Platform/Linux/StatusNotifierItem.h"
 
+#include "Selvane/Platform/Linux/DBusCall.h"
 #include "Selvane/Platform/Linux/DBusMenu.h"
+#include "Selvane/Platform/Linux/LabelHosts.h"
 #include "Selvane/Platform/Linux/StatusNotifierItemAdaptor.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtDBus/QDBusMessage>
-#include <QtDBus/QDBusPendingCallWatcher>
-#include <QtDBus/QDBusPendingReply>
 #include <QtDBus/QDBusVariant>
 
 #include <utility>
@@ -37,27 +37,20 @@ QDBusMessage watcherCall(const QString& interface, const QString& method, const 
     return message;
 }
 
-/// Calls `answered` with the reply, as long as `context` lives.
-template <typename Answered>
-void call(QDBusConnection bus, const QDBusMessage& message, QObject* context, Answered answered) {
-    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), context);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context, [watcher, answered] {
-        watcher->deleteLater();
-        answered(watcher->reply());
-    });
-}
-
 } // namespace
 
 StatusNotifierItem::StatusNotifierItem(const QDBusConnection& sessionBus)
     : _bus(sessionBus),
       _nameWatcher(watcherName, sessionBus, QDBusServiceWatcher::WatchForOwnerChange),
+      // Asked for before the watcher, so that the answer is there when the item is first shown.
+      _labelHosts(std::make_unique<LabelHosts>(sessionBus)),
       _menu(std::make_unique<DBusMenu>(sessionBus)),
       _adaptor(new StatusNotifierItemAdaptor(this)) {
     _menu->onEntry = [this](int id) {
         if (onMenuEntry)
             onMenuEntry(id);
     };
+    _labelHosts->onAppear = [this] { tellLabel(); };
     if (!_bus.isConnected()) {
         _watcher = Watcher::absent;
         return;
@@ -73,15 +66,15 @@ StatusNotifierItem::StatusNotifierItem(const QDBusConnection& sessionBus)
     for (const QString& name :
          {QStringLiteral("StatusNotifierHostRegistered"), QStringLiteral("StatusNotifierHostUnregistered")})
         _bus.connect(QString(), watcherPath, watcherName, name, this, SLOT(hostsChanged()));
-    call(_bus, busCall(QStringLiteral("NameHasOwner"), {QString(watcherName)}), this,
-         [this](const QDBusMessage& reply) {
-             if (_watcher != Watcher::unknown)
-                 return;
-             if (reply.arguments().value(0).toBool())
-                 watcherAppeared();
-             else
-                 setWatcher(Watcher::absent);
-         });
+    callAsync(_bus, busCall(QStringLiteral("NameHasOwner"), {QString(watcherName)}), this,
+              [this](const QDBusMessage& reply) {
+                  if (_watcher != Watcher::unknown)
+                      return;
+                  if (reply.arguments().value(0).toBool())
+                      watcherAppeared();
+                  else
+                      setWatcher(Watcher::absent);
+              });
 }
 
 StatusNotifierItem::~StatusNotifierItem() {
@@ -105,7 +98,11 @@ void StatusNotifierItem::setLabel(const std::string& label) {
     if (_label == label)
         return;
     _label = label;
-    if (_isShown)
+    tellLabel();
+}
+
+void StatusNotifierItem::tellLabel() {
+    if (_isShown && _labelHosts->arePresent())
         Q_EMIT _adaptor->XAyatanaNewLabel(_adaptor->label(), _adaptor->labelGuide());
 }
 
@@ -170,7 +167,7 @@ void StatusNotifierItem::askForHost() {
     const QDBusMessage question =
         watcherCall(QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
                     {QString(watcherName), QStringLiteral("IsStatusNotifierHostRegistered")});
-    call(_bus, question, this, [this](const QDBusMessage& reply) {
+    callAsync(_bus, question, this, [this](const QDBusMessage& reply) {
         const bool watcherStays = _watcher == Watcher::withHost || _watcher == Watcher::withoutHost;
         // A watcher that doesn't know the property is taken for a panel.
         if (!watcherStays || reply.type() != QDBusMessage::ReplyMessage)

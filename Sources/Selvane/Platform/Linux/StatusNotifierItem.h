@@ -15,6 +15,7 @@
 namespace selvane {
 
 class DBusMenu;
+class LabelHosts;
 class StatusNotifierItemAdaptor;
 
 /// The item as desktops with org.kde.StatusNotifierWatcher show it: an object on the session bus that panels
@@ -33,6 +34,8 @@ public:
     ~StatusNotifierItem() override;
 
     void setImage(std::shared_ptr<const TemplateImage> image, Ink ink);
+    /// The words beside the image. Panels may ask for them at any time; only those that show them are told of
+    /// changes.
     void setLabel(const std::string& label);
     void setToolTip(const std::string& text);
     void setAccessibleDescription(const std::string& text);
@@ -59,6 +62,7 @@ private:
 
     void watcherAppeared();
     void askForHost();
+    void tellLabel();
     void setWatcher(Watcher watcher);
     void registerWithWatcher();
 
@@ -74,6 +78,7 @@ private:
     // A panel that was told of a change and hasn't asked yet will find the newest text when it does.
     bool _toolTipWasRead = true;
     int _unreadToolTips = 0;
+    std::unique_ptr<LabelHosts> _labelHosts;
     std::unique_ptr<DBusMenu> _menu;
     StatusNotifierItemAdaptor* _adaptor;
 };
