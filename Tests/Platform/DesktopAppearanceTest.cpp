@@ -1,26 +1,37 @@
 #include "Selvane/Platform/Linux/DesktopAppearance.h"
 
+#include "FakeSettingsManager.h"
 #include "Support/PrivateBus.h"
+#include "Support/XServer.h"
+#include "XSettingsBytes.h"
 
 #include <QtDBus/QDBusAbstractAdaptor>
+#include <QtDBus/QDBusMetaType>
 #include <QtDBus/QDBusVariant>
 
 #include <gtest/gtest.h>
+
+#include <bit>
+#include <memory>
+#include <utility>
 
 namespace selvane::test {
 namespace {
 
 const auto portalName = QStringLiteral("org.freedesktop.portal.Desktop");
 const auto portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const auto appearanceGroup = QStringLiteral("org.freedesktop.appearance");
 
 } // namespace
 
-/// The settings portal of a desktop whose colour scheme a test chooses.
+/// The settings portal of a desktop that wishes what a test says.
 class FakePortal final : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
 public:
-    FakePortal(QDBusConnection bus, QObject* owner) : QDBusAbstractAdaptor(owner), _bus(bus) {}
+    FakePortal(QDBusConnection bus, QObject* owner) : QDBusAbstractAdaptor(owner), _bus(bus) {
+        qDBusRegisterMetaType<PortalValues>();
+    }
 
     void start() {
         _bus.registerObject(portalPath, parent(), QDBusConnection::ExportAdaptors);
@@ -30,22 +41,22 @@ public:
         _bus.unregisterService(portalName);
         _bus.unregisterObject(portalPath);
     }
-    void choose(uint scheme) {
-        colorScheme = scheme;
-        Q_EMIT SettingChanged(QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme"),
-                              QDBusVariant(colorScheme));
+    void choose(const QString& group, const QString& key, const QVariant& value) {
+        values[group].insert(key, value);
+        Q_EMIT SettingChanged(group, key, QDBusVariant(value));
     }
+    void chooseScheme(uint scheme) { choose(appearanceGroup, QStringLiteral("color-scheme"), scheme); }
 
-    uint colorScheme = 0;
+    PortalValues values;
+    QStringList askedFor;
     int questions = 0;
 
 public Q_SLOTS:
-    QDBusVariant Read(const QString& group, const QString& key) {
+    // Tells more than it is asked for, as portals may.
+    PortalValues ReadAll(const QStringList& groups) {
         ++questions;
-        const bool isKnown =
-            group == QLatin1String("org.freedesktop.appearance") && key == QLatin1String("color-scheme");
-        return QDBusVariant(
-            QVariant::fromValue(QDBusVariant(isKnown ? QVariant(colorScheme) : QVariant(QString()))));
+        askedFor = groups;
+        return values;
     }
 
 Q_SIGNALS:
@@ -59,62 +70,121 @@ namespace {
 
 class DesktopAppearanceTest : public testing::Test {
 protected:
+    void make(std::unique_ptr<XSettings> xsettings = nullptr) {
+        _appearance = std::make_unique<DesktopAppearance>(_bus.connect(), std::move(xsettings));
+        _subscription = _appearance->changed.subscribe([this] { ++_changes; });
+    }
+
     PrivateBus _bus;
     QObject _portalObject;
     FakePortal* _portal = new FakePortal(_bus.connect(), &_portalObject);
+    std::unique_ptr<DesktopAppearance> _appearance;
+    Subscription _subscription;
+    int _changes = 0;
 };
 
-TEST_F(DesktopAppearanceTest, ReadsThePreferenceAndFollowsIt) {
-    _portal->colorScheme = 1;
+TEST_F(DesktopAppearanceTest, ReadsAllWishesAtOnce) {
+    _portal->values[appearanceGroup] = {{QStringLiteral("color-scheme"), 1U},
+                                        {QStringLiteral("contrast"), 1U},
+                                        {QStringLiteral("reduced-motion"), 1U}};
     _portal->start();
-    DesktopAppearance appearance(_bus.connect());
-    int changes = 0;
-    const auto subscription = appearance.changed.subscribe([&] { ++changes; });
-    EXPECT_FALSE(appearance.isDark());
-    ASSERT_TRUE(waitUntil([&] { return appearance.isDark(); }));
-    EXPECT_EQ(changes, 1);
-    _portal->choose(2);
-    ASSERT_TRUE(waitUntil([&] { return !appearance.isDark(); }));
-    EXPECT_EQ(changes, 2);
-    // No preference is the light palette that a program without windows has: no change.
-    _portal->choose(0);
-    _portal->choose(1);
-    ASSERT_TRUE(waitUntil([&] { return appearance.isDark(); }));
-    EXPECT_EQ(changes, 3);
+    make();
+    EXPECT_FALSE(_appearance->isDark());
+    EXPECT_FALSE(_appearance->isHighContrast());
+    EXPECT_FALSE(_appearance->reducesMotion());
+    ASSERT_TRUE(waitUntil([&] { return _appearance->isDark(); }));
+    EXPECT_TRUE(_appearance->isHighContrast());
+    EXPECT_TRUE(_appearance->reducesMotion());
+    EXPECT_EQ(_changes, 1);
+    EXPECT_EQ(_portal->questions, 1);
+    EXPECT_EQ(_portal->askedFor, DesktopWishes::portalGroups());
 }
 
-TEST_F(DesktopAppearanceTest, OtherSettingsChangeNothing) {
-    _portal->colorScheme = 2;
+TEST_F(DesktopAppearanceTest, FollowsTheScheme) {
     _portal->start();
-    DesktopAppearance appearance(_bus.connect());
+    make();
+    _portal->chooseScheme(1);
+    ASSERT_TRUE(waitUntil([&] { return _appearance->isDark(); }));
+    EXPECT_EQ(_changes, 1);
+    _portal->chooseScheme(2);
+    ASSERT_TRUE(waitUntil([&] { return !_appearance->isDark(); }));
+    EXPECT_EQ(_changes, 2);
+    // No preference is the light palette that a program without windows has: no change.
+    _portal->chooseScheme(0);
+    _portal->chooseScheme(1);
+    ASSERT_TRUE(waitUntil([&] { return _appearance->isDark(); }));
+    EXPECT_EQ(_changes, 3);
+}
+
+TEST_F(DesktopAppearanceTest, FollowsContrastAndMotion) {
+    _portal->start();
+    make();
+    _portal->choose(appearanceGroup, QStringLiteral("contrast"), 1U);
+    ASSERT_TRUE(waitUntil([&] { return _appearance->isHighContrast(); }));
+    _portal->choose(QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("enable-animations"),
+                    false);
+    ASSERT_TRUE(waitUntil([&] { return _appearance->reducesMotion(); }));
+    EXPECT_EQ(_changes, 2);
+    _portal->choose(appearanceGroup, QStringLiteral("contrast"), 0U);
+    ASSERT_TRUE(waitUntil([&] { return !_appearance->isHighContrast(); }));
+    EXPECT_EQ(_changes, 3);
+    EXPECT_FALSE(_appearance->isDark());
+}
+
+TEST_F(DesktopAppearanceTest, ValuesOfAWrongTypeAndOtherSettingsChangeNothing) {
+    _portal->values[appearanceGroup] = {{QStringLiteral("color-scheme"), QStringLiteral("1")}};
+    _portal->start();
+    make();
     ASSERT_TRUE(waitUntil([&] { return _portal->questions == 1; }));
-    int changes = 0;
-    const auto subscription = appearance.changed.subscribe([&] { ++changes; });
-    Q_EMIT _portal->SettingChanged(QStringLiteral("org.gnome.desktop.interface"),
-                                   QStringLiteral("color-scheme"), QDBusVariant(1U));
-    Q_EMIT _portal->SettingChanged(QStringLiteral("org.freedesktop.appearance"), QStringLiteral("contrast"),
-                                   QDBusVariant(1U));
-    _portal->choose(1);
-    ASSERT_TRUE(waitUntil([&] { return appearance.isDark(); }));
-    EXPECT_EQ(changes, 1);
+    _portal->choose(appearanceGroup, QStringLiteral("contrast"), true);
+    _portal->choose(QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("color-scheme"), 1U);
+    _portal->choose(QStringLiteral("org.kde.kdeglobals.General"), QStringLiteral("color-scheme"), 1U);
+    _portal->choose(appearanceGroup, QStringLiteral("accent-color"), 1U);
+    _portal->chooseScheme(1);
+    ASSERT_TRUE(waitUntil([&] { return _appearance->isDark(); }));
+    EXPECT_EQ(_changes, 1);
+    EXPECT_FALSE(_appearance->isHighContrast());
 }
 
 TEST_F(DesktopAppearanceTest, APortalThatStartsLaterIsAsked) {
-    DesktopAppearance appearance(_bus.connect());
-    _portal->colorScheme = 1;
+    make();
+    _portal->values[appearanceGroup] = {{QStringLiteral("color-scheme"), 1U}};
     _portal->start();
-    ASSERT_TRUE(waitUntil([&] { return appearance.isDark(); }));
+    ASSERT_TRUE(waitUntil([&] { return _appearance->isDark(); }));
     // The last word of a portal that went away stands.
     _portal->stop();
-    _portal->colorScheme = 2;
-    EXPECT_TRUE(appearance.isDark());
+    _portal->values[appearanceGroup] = {{QStringLiteral("contrast"), 1U}};
+    EXPECT_TRUE(_appearance->isDark());
     _portal->start();
-    EXPECT_TRUE(waitUntil([&] { return !appearance.isDark(); }));
+    EXPECT_TRUE(waitUntil([&] { return !_appearance->isDark(); }));
+    EXPECT_TRUE(_appearance->isHighContrast());
 }
 
 TEST_F(DesktopAppearanceTest, WithoutABusItIsLight) {
-    DesktopAppearance appearance(QDBusConnection(QStringLiteral("there is no such connection")));
+    const DesktopAppearance appearance(QDBusConnection(QStringLiteral("there is no such connection")));
     EXPECT_FALSE(appearance.isDark());
+    EXPECT_FALSE(appearance.isHighContrast());
+    EXPECT_FALSE(appearance.reducesMotion());
+}
+
+TEST_F(DesktopAppearanceTest, FollowsASettingsManagerWhereThePortalHasNoPreference) {
+    const XServer server;
+    ASSERT_FALSE(server.display().empty()) << "Xvfb didn't start";
+    FakeSettingsManager manager(server.display());
+    const XSettingsBytes dark = XSettingsBytes(std::endian::little).string("Net/ThemeName", "Adwaita-dark");
+    manager.tell(dark.bytes());
+    manager.appear();
+    make(std::make_unique<XSettings>(server.display()));
+    EXPECT_TRUE(_appearance->isDark());
+    EXPECT_EQ(_changes, 0);
+
+    _portal->chooseScheme(2);
+    _portal->start();
+    ASSERT_TRUE(waitUntil([&] { return !_appearance->isDark(); }));
+    manager.tell(XSettingsBytes(dark).integer("Gtk/EnableAnimations", 0).bytes());
+    ASSERT_TRUE(waitUntil([&] { return _appearance->reducesMotion(); }));
+    EXPECT_FALSE(_appearance->isDark());
+    EXPECT_EQ(_changes, 2);
 }
 
 } // namespace

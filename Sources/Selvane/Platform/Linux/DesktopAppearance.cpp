@@ -4,31 +4,25 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>
-#include <QtDBus/QDBusMessage>
-#include <QtDBus/QDBusPendingCallWatcher>
-#include <QtDBus/QDBusPendingReply>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QPalette>
 
 #include <xcb/xcb.h>
 
 #include <string_view>
+#include <utility>
 
 namespace selvane {
 
 namespace {
 
-const auto portalName = QLatin1String("org.freedesktop.portal.Desktop");
-const auto portalPath = QLatin1String("/org/freedesktop/portal/desktop");
-const auto settingsInterface = QLatin1String("org.freedesktop.portal.Settings");
-const auto appearanceGroup = QLatin1String("org.freedesktop.appearance");
-const auto colorSchemeKey = QLatin1String("color-scheme");
-
-bool paletteIsDark() {
+DesktopWishes::Palette currentPalette() {
     if (qobject_cast<QGuiApplication*>(QCoreApplication::instance()) == nullptr)
-        return false;
+        return DesktopWishes::Palette::light;
     const QPalette palette = QGuiApplication::palette();
-    return palette.color(QPalette::WindowText).lightness() > palette.color(QPalette::Window).lightness();
+    const bool isDark =
+        palette.color(QPalette::WindowText).lightness() > palette.color(QPalette::Window).lightness();
+    return isDark ? DesktopWishes::Palette::dark : DesktopWishes::Palette::light;
 }
 
 /// The program that composites an X11 screen owns a selection of its own.
@@ -45,20 +39,14 @@ bool hasCompositor(xcb_connection_t* connection) {
 
 } // namespace
 
-DesktopAppearance::DesktopAppearance(const QDBusConnection& sessionBus)
-    : _bus(sessionBus), _portal(portalName, sessionBus, QDBusServiceWatcher::WatchForOwnerChange) {
-    _isDark = paletteIsDark();
+DesktopAppearance::DesktopAppearance(const QDBusConnection& sessionBus, std::unique_ptr<XSettings> xsettings)
+    : _portal(sessionBus, DesktopWishes::portalGroups()), _xsettings(std::move(xsettings)) {
+    _portal.onUpdate = [this] { update(); };
+    if (_xsettings != nullptr)
+        _xsettings->onChange = [this] { update(); };
     if (QCoreApplication::instance() != nullptr)
         QCoreApplication::instance()->installEventFilter(this);
-    if (!_bus.isConnected())
-        return;
-    connect(&_portal, &QDBusServiceWatcher::serviceRegistered, this, &DesktopAppearance::readPreference);
-    // Without it Qt looks for the type of the slot before it has made its own types known, and finds no slot.
-    qRegisterMetaType<QDBusVariant>();
-    // Of a portal that went away the last word stands: one that crashed is the same desktop a moment later.
-    _bus.connect(QString(), portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
-                 SLOT(settingChanged(QString, QString, QDBusVariant)));
-    readPreference();
+    _wishes = currentWishes();
 }
 
 DesktopAppearance::~DesktopAppearance() = default;
@@ -77,50 +65,15 @@ bool DesktopAppearance::eventFilter(QObject* watched, QEvent* event) {
     return false;
 }
 
-void DesktopAppearance::readPreference() {
-    auto message =
-        QDBusMessage::createMethodCall(portalName, portalPath, settingsInterface, QStringLiteral("Read"));
-    message << QString(appearanceGroup) << QString(colorSchemeKey);
-    auto* watcher = new QDBusPendingCallWatcher(_bus.asyncCall(message), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
-        watcher->deleteLater();
-        const QDBusPendingReply<QDBusVariant> reply = *watcher;
-        if (reply.isValid())
-            setPreference(preferenceIn(reply.value().variant()));
-    });
-}
-
-void DesktopAppearance::settingChanged(const QString& group, const QString& key, const QDBusVariant& value) {
-    if (group == appearanceGroup && key == colorSchemeKey)
-        setPreference(preferenceIn(value.variant()));
-}
-
-DesktopAppearance::Preference DesktopAppearance::preferenceIn(const QVariant& value) {
-    // `Read` wraps its answer twice.
-    QVariant inner = value;
-    while (inner.metaType() == QMetaType::fromType<QDBusVariant>())
-        inner = inner.value<QDBusVariant>().variant();
-    switch (inner.toUInt()) {
-    case 1:
-        return Preference::dark;
-    case 2:
-        return Preference::light;
-    default:
-        return Preference::none;
-    }
-}
-
-void DesktopAppearance::setPreference(Preference preference) {
-    _preference = preference;
-    update();
+DesktopWishes DesktopAppearance::currentWishes() const {
+    return DesktopWishes::from(_portal.values(), _xsettings ? _xsettings->values() : XSettingValues(),
+                               currentPalette());
 }
 
 void DesktopAppearance::update() {
-    const bool isDark = _preference == Preference::none ? paletteIsDark() : _preference == Preference::dark;
-    if (isDark == _isDark)
-        return;
-    _isDark = isDark;
-    changed.emit();
+    const DesktopWishes wishes = currentWishes();
+    if (std::exchange(_wishes, wishes) != wishes)
+        changed.emit();
 }
 
 } // namespace selvane

@@ -1,46 +1,42 @@
 #pragma once
 
 #include "Selvane/Platform/Appearance.h"
+#include "Selvane/Platform/Linux/DesktopWishes.h"
+#include "Selvane/Platform/Linux/PortalSettings.h"
+#include "Selvane/Platform/Linux/XSettings.h"
 
 #include <QtCore/QObject>
 #include <QtDBus/QDBusConnection>
-#include <QtDBus/QDBusServiceWatcher>
-#include <QtDBus/QDBusVariant>
+
+#include <memory>
 
 namespace selvane {
 
-/// Reads the desktop's preference for dark colours from the settings portal and follows it. Without a portal,
-/// or without a preference, the palette of the QGuiApplication decides; without that, the answer is light.
-/// All questions are asynchronous. Main thread.
+/// Reads the desktop's wishes from the settings portal, from the settings manager of an X11 session and from
+/// the palette of the QGuiApplication, and follows them; `DesktopWishes` says which counts. Questions to the
+/// portal are asynchronous. Main thread.
 class DesktopAppearance final : public QObject, public Appearance {
     Q_OBJECT
 public:
-    /// A portal that is installed but doesn't run yet is started by the bus.
-    explicit DesktopAppearance(const QDBusConnection& sessionBus);
+    /// Without `xsettings` there is no settings manager.
+    explicit DesktopAppearance(const QDBusConnection& sessionBus,
+                               std::unique_ptr<XSettings> xsettings = XSettings::ofSession());
     ~DesktopAppearance() override;
 
-    [[nodiscard]] bool isDark() const override { return _isDark; }
-    [[nodiscard]] bool isHighContrast() const override { return false; }
-    [[nodiscard]] bool reducesMotion() const override { return false; }
+    [[nodiscard]] bool isDark() const override { return _wishes.isDark; }
+    [[nodiscard]] bool isHighContrast() const override { return _wishes.isHighContrast; }
+    [[nodiscard]] bool reducesMotion() const override { return _wishes.reducesMotion; }
     [[nodiscard]] bool isComposited() const override;
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
-private Q_SLOTS:
-    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
-
 private:
-    enum class Preference { none, dark, light };
-    static Preference preferenceIn(const QVariant& value);
-
-    void readPreference();
-    void setPreference(Preference preference);
+    [[nodiscard]] DesktopWishes currentWishes() const;
     void update();
 
-    QDBusConnection _bus;
-    QDBusServiceWatcher _portal;
-    Preference _preference = Preference::none;
-    bool _isDark = false;
+    PortalSettings _portal;
+    std::unique_ptr<XSettings> _xsettings;
+    DesktopWishes _wishes;
 };
 
 } // namespace selvane
