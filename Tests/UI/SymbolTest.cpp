@@ -6,6 +6,7 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
+#include <QSGImageNode>
 #include <QSignalSpy>
 
 #include <gmock/gmock.h>
@@ -19,6 +20,23 @@ namespace selvane {
 namespace {
 
 constexpr int side = 60;
+
+/// Tells where its picture was put.
+class PlacedSymbol : public Symbol {
+public:
+    /// In the item's own coordinates.
+    [[nodiscard]] QRectF rect() const { return _rect; }
+
+protected:
+    QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override {
+        QSGNode* const made = Symbol::updatePaintNode(node, data);
+        _rect = made == nullptr ? QRectF() : static_cast<QSGImageNode*>(made)->rect();
+        return made;
+    }
+
+private:
+    QRectF _rect;
+};
 
 /// A white window with one symbol in its top left corner.
 class SymbolItem : public testing::Test {
@@ -48,7 +66,7 @@ protected:
 
     [[nodiscard]] static QImage empty() { return window(QString(), {16}, Qt::black, {}); }
 
-    Symbol symbol;
+    PlacedSymbol symbol;
 
 private:
     QQuickWindow _window;
@@ -89,8 +107,11 @@ TEST_F(SymbolItem, StaysInTheMiddle) {
 TEST_F(SymbolItem, FallsOnWholePixels) {
     symbol.setPosition(QPointF(10.3, 4.7));
     symbol.setWidth(21);
-    const QImage image = shown();
-    EXPECT_EQ(image, window(QStringLiteral("flame"), {16, SymbolWeight::medium}, Qt::black, QPoint(9, 3)));
+    EXPECT_EQ(shown(), window(QStringLiteral("flame"), {16, SymbolWeight::medium}, Qt::black, QPoint(9, 3)));
+    const QRectF inWindow = symbol.rect().translated(symbol.position());
+    EXPECT_NEAR(inWindow.x(), 9, 1e-9);
+    EXPECT_NEAR(inWindow.y(), 3, 1e-9);
+    EXPECT_EQ(inWindow.size(), QSizeF(24, 24)) << "not stretched either";
 }
 
 TEST_F(SymbolItem, WantsASquareOfWholePixels) {
