@@ -51,20 +51,25 @@ protected:
         symbol.setHeight(symbol.implicitHeight());
     }
 
+    /// What the window shows.
     [[nodiscard]] QImage shown() { return _window.grabWindow().convertToFormat(QImage::Format_RGB32); }
 
-    /// A window that shows the picture of `style` with its top left corner at `corner`.
-    [[nodiscard]] static QImage window(const QString& name, const SymbolStyle& style, QColor colour,
-                                       QPoint corner) {
-        QImage image(side, side, QImage::Format_RGB32);
+    /// A window that shows the picture of the style with its middle at `middle`.
+    [[nodiscard]] QImage window(const QString& name, SymbolStyle style, QColor colour, QPointF middle) const {
+        const double ratio = _window.effectiveDevicePixelRatio();
+        style.pixelRatio = ratio;
+        QImage image(QSize(side, side) * ratio, QImage::Format_RGB32);
+        image.setDevicePixelRatio(ratio);
         image.fill(Qt::white);
         SymbolImages images;
+        const QImage picture = images.tinted(name, style, colour);
+        const QSizeF extent = picture.deviceIndependentSize();
         QPainter painter(&image);
-        painter.drawImage(corner, images.tinted(name, style, colour));
+        painter.drawImage(middle - QPointF(extent.width(), extent.height()) / 2, picture);
         return image;
     }
 
-    [[nodiscard]] static QImage empty() { return window(QString(), {16}, Qt::black, {}); }
+    [[nodiscard]] QImage empty() const { return window(QString(), {16}, Qt::black, {}); }
 
     PlacedSymbol symbol;
 
@@ -72,42 +77,44 @@ private:
     QQuickWindow _window;
 };
 
-// Sixteen points make a square of twenty pixels and a picture of twenty-four.
-constexpr QPoint corner(-2, -2);
+// Of the square of twenty pixels that sixteen points make.
+constexpr QPointF middle(10, 10);
 
 TEST_F(SymbolItem, ShowsThePictureOfItsStyle) {
     symbol.setWeight(Symbol::Bold);
     symbol.setColor(QColor(10, 60, 200));
     EXPECT_EQ(shown(),
-              window(QStringLiteral("flame"), {16, SymbolWeight::bold}, QColor(10, 60, 200), corner));
+              window(QStringLiteral("flame"), {16, SymbolWeight::bold}, QColor(10, 60, 200), middle));
 }
 
 TEST_F(SymbolItem, FollowsEachProperty) {
     symbol.setName(QStringLiteral("cloud.rain"));
-    EXPECT_EQ(shown(), window(QStringLiteral("cloud.rain"), {16, SymbolWeight::medium}, Qt::black, corner));
+    EXPECT_EQ(shown(), window(QStringLiteral("cloud.rain"), {16, SymbolWeight::medium}, Qt::black, middle));
     symbol.setWeight(Symbol::Light);
-    EXPECT_EQ(shown(), window(QStringLiteral("cloud.rain"), {16, SymbolWeight::light}, Qt::black, corner));
+    EXPECT_EQ(shown(), window(QStringLiteral("cloud.rain"), {16, SymbolWeight::light}, Qt::black, middle));
     symbol.setColor(Qt::red);
-    EXPECT_EQ(shown(), window(QStringLiteral("cloud.rain"), {16, SymbolWeight::light}, Qt::red, corner));
+    EXPECT_EQ(shown(), window(QStringLiteral("cloud.rain"), {16, SymbolWeight::light}, Qt::red, middle));
     symbol.setLevel(1);
     EXPECT_EQ(shown(),
-              window(QStringLiteral("cloud.rain"), {16, SymbolWeight::light, 1, 1}, Qt::red, corner));
+              window(QStringLiteral("cloud.rain"), {16, SymbolWeight::light, 1.0, 1}, Qt::red, middle));
     symbol.setSize(8);
     EXPECT_EQ(shown(),
-              window(QStringLiteral("cloud.rain"), {8, SymbolWeight::light, 1, 1}, Qt::red, QPoint(3, 3)))
+              window(QStringLiteral("cloud.rain"), {8, SymbolWeight::light, 1.0, 1}, Qt::red, middle))
         << "still in the middle";
 }
 
 TEST_F(SymbolItem, StaysInTheMiddle) {
     symbol.setWidth(50);
     symbol.setHeight(40);
-    EXPECT_EQ(shown(), window(QStringLiteral("flame"), {16, SymbolWeight::medium}, Qt::black, QPoint(13, 8)));
+    EXPECT_EQ(shown(),
+              window(QStringLiteral("flame"), {16, SymbolWeight::medium}, Qt::black, QPointF(25, 20)));
 }
 
 TEST_F(SymbolItem, FallsOnWholePixels) {
     symbol.setPosition(QPointF(10.3, 4.7));
     symbol.setWidth(21);
-    EXPECT_EQ(shown(), window(QStringLiteral("flame"), {16, SymbolWeight::medium}, Qt::black, QPoint(9, 3)));
+    EXPECT_EQ(shown(),
+              window(QStringLiteral("flame"), {16, SymbolWeight::medium}, Qt::black, QPointF(21, 15)));
     const QRectF inWindow = symbol.rect().translated(symbol.position());
     EXPECT_NEAR(inWindow.x(), 9, 1e-9);
     EXPECT_NEAR(inWindow.y(), 3, 1e-9);
