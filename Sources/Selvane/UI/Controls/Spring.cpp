@@ -12,8 +12,9 @@ namespace selvane {
 namespace {
 
 constexpr double tolerance = 0.002;
-/// Cubic pieces of a curve. Their ends lie on the motion, and so do their slopes.
-constexpr int pieces = 12;
+/// Cubic pieces of a curve. Their ends lie on the motion, and so do their slopes. Qt 6.4 has room for ten and
+/// writes past the end of it for more.
+constexpr int pieces = 10;
 
 double angularFrequency(double response) {
     return 2 * std::numbers::pi / response;
