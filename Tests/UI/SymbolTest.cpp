@@ -121,6 +121,16 @@ TEST_F(SymbolItem, FallsOnWholePixels) {
     EXPECT_EQ(inWindow.size(), QSizeF(24, 24)) << "not stretched either";
 }
 
+TEST_F(SymbolItem, FallsOnWholePixelsWhenTurned) {
+    symbol.setPosition(QPointF(10.3, 4.7));
+    symbol.setRotation(-90);
+    ASSERT_FALSE(shown().isNull());
+    const QRectF inWindow = symbol.mapRectToScene(symbol.rect());
+    // The middle of the item is at 20.3 and 14.7, the nearest that a picture of 24 pixels can be 20 and 15.
+    EXPECT_NEAR(inWindow.center().x(), 20, 1e-9);
+    EXPECT_NEAR(inWindow.center().y(), 15, 1e-9);
+}
+
 TEST_F(SymbolItem, WantsASquareOfWholePixels) {
     symbol.setSize(13);
     EXPECT_EQ(symbol.implicitWidth(), 16);

@@ -114,8 +114,8 @@ QSGNode* Symbol::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
     const QPointF wanted((width() - side.width()) / 2, (height() - side.height()) / 2);
     const QPointF inWindow = mapToScene(wanted);
     const auto onPixel = [ratio](double value) { return std::round(value * ratio) / ratio; };
-    const QPointF moved = QPointF(onPixel(inWindow.x()), onPixel(inWindow.y())) - inWindow;
-    picture->setRect(QRectF(wanted + moved, side));
+    const QPointF corner = mapFromScene(QPointF(onPixel(inWindow.x()), onPixel(inWindow.y())));
+    picture->setRect(QRectF(corner, side));
     return picture;
 }
 
