@@ -54,5 +54,39 @@ TEST(DateText, NoLocaleKeepsTheDayOfTheWeek) {
     }
 }
 
+struct DayRow {
+    const char* name;
+    const char* locale;
+    const char* day;
+};
+
+class DayTexts : public testing::TestWithParam<DayRow> {};
+
+TEST_P(DayTexts, HaveNoYear) {
+    const QLocale locale(QString::fromLatin1(GetParam().locale));
+    EXPECT_EQ(abbreviatedDay({2026, 3, 5}, locale).toStdString(), GetParam().day);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    DateText, DayTexts,
+    testing::Values(DayRow{"none", "C", "5 Mar"}, DayRow{"american", "en_US", "Mar 5"},
+                    DayRow{"british", "en_GB", "5 Mar"}, DayRow{"german", "de_DE", "5. März"},
+                    DayRow{"spanish", "es_ES", "5 de mar"}, DayRow{"russian", "ru_RU", "5 мар."},
+                    DayRow{"bulgarian", "bg_BG", "5 март"}, DayRow{"japanese", "ja_JP", "3月5日"},
+                    DayRow{"korean", "ko_KR", "3월 5일"}, DayRow{"hungarian", "hu_HU", "márc. 5."},
+                    DayRow{"latvian", "lv_LV", "5. marts"}, DayRow{"lithuanian", "lt_LT", "kov. 5 d."}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(DateText, NoLocaleKeepsTheYearOfADay) {
+    for (const QLocale& locale :
+         QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyTerritory)) {
+        const QString text = abbreviatedDay({1987, 3, 5}, locale);
+        EXPECT_FALSE(text.contains(locale.toString(87)) || text.contains(QStringLiteral("87")))
+            << locale.name().toStdString() << ": " << text.toStdString();
+        EXPECT_TRUE(text.contains(locale.toString(5)))
+            << locale.name().toStdString() << ": " << text.toStdString();
+    }
+}
+
 } // namespace
 } // namespace selvane

@@ -126,6 +126,8 @@ public:
 
     // Derived from the history, the tasks and the settings at every call.
 
+    /// The user's present day.
+    [[nodiscard]] DayKey today() const;
     /// The task that sessions are credited to; absent if there is none, it is gone or it is done.
     [[nodiscard]] const TaskItem* currentTask() const;
     /// Whole minutes of focus on the user's present day.
@@ -178,7 +180,6 @@ private:
     void scheduleFocusModeSync();
     void syncFocusMode();
     void applyAppearance();
-    [[nodiscard]] DayKey today() const;
 
     AppEnvironment _environment;
     JSONStore<TaskList> _taskStore;

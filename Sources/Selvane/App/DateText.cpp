@@ -18,6 +18,29 @@ QString abbreviatedFormat(const QLocale& locale) {
     return format.replace(QStringLiteral("MMMM"), QStringLiteral("MMM"));
 }
 
+/// The part of a date's format that has the day and the month: all after the year, or all before it but what
+/// leads over to it.
+QString withoutYear(const QString& format) {
+    qsizetype year = -1;
+    qsizetype dayAndMonth = -1;
+    qsizetype end = -1;
+    bool quoted = false;
+    for (qsizetype index = 0; index < format.size(); ++index) {
+        const QChar letter = format[index];
+        if (letter == u'\'')
+            quoted = !quoted;
+        else if (!quoted && letter == u'y' && year < 0)
+            year = index;
+        else if (!quoted && (letter == u'd' || letter == u'M')) {
+            dayAndMonth = dayAndMonth < 0 ? index : dayAndMonth;
+            end = index + 1;
+        }
+    }
+    if (year < 0 || dayAndMonth < 0)
+        return format;
+    return year < dayAndMonth ? format.mid(dayAndMonth) : format.left(end);
+}
+
 } // namespace
 
 QString timeOfDay(Date date, const Calendar& calendar, const QLocale& locale) {
@@ -33,6 +56,10 @@ QString abbreviatedDate(Date date, const Calendar& calendar, const QLocale& loca
     const absl::CivilSecond civil = calendar.civil(date);
     return locale.toString(QDate(static_cast<int>(civil.year()), civil.month(), civil.day()),
                            abbreviatedFormat(locale));
+}
+
+QString abbreviatedDay(DayKey day, const QLocale& locale) {
+    return locale.toString(QDate(day.year, day.month, day.day), withoutYear(abbreviatedFormat(locale)));
 }
 
 QString dateAndTime(Date date, const Calendar& calendar, const QLocale& locale) {

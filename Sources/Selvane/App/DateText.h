@@ -2,6 +2,7 @@
 
 #include "SelvaneCore/Calendar.h"
 #include "SelvaneCore/Date.h"
+#include "SelvaneCore/DayKey.h"
 
 #include <QLocale>
 #include <QString>
@@ -15,7 +16,10 @@ namespace selvane {
 /// Day, short month and year: "Mar 5, 2026" or "5. März 2026".
 [[nodiscard]] QString abbreviatedDate(Date date, const Calendar& calendar, const QLocale& locale);
 
-/// Both, as in "Mar 5, 2026, 3:06 PM".
+/// Short month and day, without the year: "Mar 5" or "5. März".
+[[nodiscard]] QString abbreviatedDay(DayKey day, const QLocale& locale);
+
+/// Date and time, as in "Mar 5, 2026, 3:06 PM".
 [[nodiscard]] QString dateAndTime(Date date, const Calendar& calendar, const QLocale& locale);
 
 } // namespace selvane
