@@ -1,0 +1,12 @@
+import QtQuick
+import Selvane.Controls
+import Selvane.Progress
+
+/// The key to a heatmap. A screen reader says the minutes instead.
+HeatmapLegendCanvas {
+    id: root
+
+    ink: Theme.solidPrimary
+    labelInk: Theme.secondaryText
+    Accessible.ignored: true
+}

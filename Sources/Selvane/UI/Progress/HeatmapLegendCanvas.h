@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QColor>
+#include <QQuickPaintedItem>
+#include <QtQml/qqmlregistration.h>
+
+namespace selvane {
+
+/// The key to a heatmap: "Less", a square of each level, "More". Main thread.
+class HeatmapLegendCanvas : public QQuickPaintedItem {
+    Q_OBJECT
+    QML_ELEMENT
+
+    /// What squares are filled with, weaker or stronger.
+    Q_PROPERTY(QColor ink READ ink WRITE setInk NOTIFY inkChanged FINAL)
+    Q_PROPERTY(QColor labelInk READ labelInk WRITE setLabelInk NOTIFY labelInkChanged FINAL)
+
+public:
+    explicit HeatmapLegendCanvas(QQuickItem* parent = nullptr);
+
+    [[nodiscard]] const QColor& ink() const { return _ink; }
+    void setInk(const QColor& ink);
+    [[nodiscard]] const QColor& labelInk() const { return _labelInk; }
+    void setLabelInk(const QColor& ink);
+
+    void paint(QPainter* painter) override;
+
+Q_SIGNALS:
+    void inkChanged();
+    void labelInkChanged();
+
+private:
+    QColor _ink = Qt::black;
+    QColor _labelInk = Qt::black;
+};
+
+} // namespace selvane
