@@ -156,13 +156,13 @@ void HeatmapCanvas::rebuild() {
         _hovered = -1;
     update();
     Q_EMIT daysChanged();
-    Q_EMIT tipChanged();
+    tellOfTip();
 }
 
 void HeatmapCanvas::geometryChange(const QRectF& geometry, const QRectF& oldGeometry) {
     QQuickPaintedItem::geometryChange(geometry, oldGeometry);
     if (geometry.size() != oldGeometry.size())
-        Q_EMIT tipChanged();
+        tellOfTip();
 }
 
 // The chosen day
@@ -205,7 +205,12 @@ QString HeatmapCanvas::summary() const {
 
 void HeatmapCanvas::setHovered(int offset) {
     if (std::exchange(_hovered, offset) != offset)
-        Q_EMIT tipChanged();
+        tellOfTip();
+}
+
+void HeatmapCanvas::tellOfTip() {
+    Q_EMIT tipSquareChanged();
+    Q_EMIT tipChanged();
 }
 
 void HeatmapCanvas::hoverMoveEvent(QHoverEvent* event) {
@@ -229,17 +234,17 @@ void HeatmapCanvas::keyPressEvent(QKeyEvent* event) {
     _cursor = _grid->stepped(cursor(), *step);
     // What was chosen last is what counts, also while the pointer rests on another day.
     _hovered = -1;
-    Q_EMIT tipChanged();
+    tellOfTip();
 }
 
 void HeatmapCanvas::focusInEvent(QFocusEvent* event) {
     QQuickPaintedItem::focusInEvent(event);
-    Q_EMIT tipChanged();
+    tellOfTip();
 }
 
 void HeatmapCanvas::focusOutEvent(QFocusEvent* event) {
     QQuickPaintedItem::focusOutEvent(event);
-    Q_EMIT tipChanged();
+    tellOfTip();
 }
 
 // Painting

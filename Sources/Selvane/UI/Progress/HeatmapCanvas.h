@@ -38,12 +38,12 @@ class HeatmapCanvas : public QQuickPaintedItem {
     /// The chosen day in words, the pointer's before the keyboard's; empty without one.
     Q_PROPERTY(QString tip READ tip NOTIFY tipChanged FINAL)
     /// The square of that day.
-    Q_PROPERTY(QRectF tipSquare READ tipSquare NOTIFY tipChanged FINAL)
+    Q_PROPERTY(QRectF tipSquare READ tipSquare NOTIFY tipSquareChanged FINAL)
     /// The pointer chose it.
     Q_PROPERTY(bool isTipOfPointer READ isTipOfPointer NOTIFY tipChanged FINAL)
     /// The day that the keyboard chose in words; empty without the keyboard's focus.
     Q_PROPERTY(QString cursorTip READ cursorTip NOTIFY tipChanged FINAL)
-    Q_PROPERTY(QRectF cursorSquare READ cursorSquare NOTIFY tipChanged FINAL)
+    Q_PROPERTY(QRectF cursorSquare READ cursorSquare NOTIFY tipSquareChanged FINAL)
     /// All days in words.
     Q_PROPERTY(QString summary READ summary NOTIFY daysChanged FINAL)
 
@@ -84,6 +84,8 @@ Q_SIGNALS:
     void layoutChanged();
     void inkChanged();
     void labelInkChanged();
+    /// Always before `tipChanged`, so that words come up where they belong.
+    void tipSquareChanged();
     void tipChanged();
 
 protected:
@@ -100,6 +102,7 @@ private:
     void setLayout(Value HeatmapLayout::*field, Value value);
     void rebuild();
     void setHovered(int offset);
+    void tellOfTip();
     [[nodiscard]] int cursor() const;
     [[nodiscard]] QString words(int offset) const;
     [[nodiscard]] QRectF square(int offset) const;

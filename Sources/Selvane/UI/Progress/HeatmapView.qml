@@ -26,19 +26,16 @@ HeatmapCanvas {
         border.color: Theme.focusRing
     }
 
-    Loader {
+    Item {
         x: root.tipSquare.x
         y: root.tipSquare.y
         width: root.tipSquare.width
         height: root.tipSquare.height
-        active: root.tip !== ""
 
-        sourceComponent: Item {
-            HoverTip {
-                text: root.tip
-                delay: root.isTipOfPointer ? 500 : 0
-                visible: true
-            }
+        HoverTip {
+            text: root.tip
+            delay: root.isTipOfPointer ? 500 : 0
+            visible: root.tip !== ""
         }
     }
 }

@@ -1,7 +1,7 @@
 import QtQuick
 import Selvane.Controls
 
-/// The place where the pointer brings up words of explanation. They are made when they are first asked for.
+/// The place where the pointer brings up words of explanation.
 Item {
     id: root
 
@@ -11,15 +11,8 @@ Item {
         id: hover
     }
 
-    Loader {
-        anchors.fill: parent
-        active: hover.hovered && root.tip !== ""
-
-        sourceComponent: Item {
-            HoverTip {
-                text: root.tip
-                visible: true
-            }
-        }
+    HoverTip {
+        text: root.tip
+        visible: hover.hovered
     }
 }
