@@ -32,6 +32,8 @@ Item {
         Symbol {
             id: flame
 
+            // The flame is narrower than its place; its edge stands above that of the figures below.
+            x: -4
             anchors.verticalCenter: parent.verticalCenter
             name: "flame.fill"
             size: 20
@@ -43,7 +45,7 @@ Item {
             id: streakNumber
 
             anchors.left: flame.right
-            anchors.leftMargin: 6
+            anchors.leftMargin: 3
             anchors.verticalCenter: parent.verticalCenter
             text: root.model.streak
             color: Theme.primaryText
