@@ -21,6 +21,10 @@ TEST(HeatmapLayout, LeavesWhatItCannotFillAtTheEnd) {
     EXPECT_EQ(large.gridOrigin(660).x(), large.weekdayWidth() + 5);
 }
 
+TEST(HeatmapLayout, WeekdaysDoNotDriftAwayFromTheirSquares) {
+    EXPECT_EQ(large.weekdayWidth(), small.weekdayWidth()) << "however much is left";
+}
+
 TEST(HeatmapLayout, WeekdaysFitIntoThirtyPixelsWithTheirSpaceWhereNoMoreIsLeft) {
     const double squares = 53 * 9 + 52 * 2.5;
     const HeatmapLayout tight{.weeks = 53, .cell = 9, .gap = 2.5, .offeredWidth = squares + 30};

@@ -114,9 +114,6 @@ void GoalRingCanvas::paintRing(QPainter& painter) const {
     painter.setPen(QPen(HeatmapPainting::faded(_ink, trackOpacity), lineWidth));
     painter.drawEllipse(circle);
 
-    // Round caps would make a dot of nothing.
-    if (_fraction <= 0)
-        return;
     // In sixteenths of a degree, which are finer than any screen.
     constexpr int top = 90 * 16;
     painter.setPen(QPen(_ink, lineWidth, Qt::SolidLine, Qt::RoundCap));
