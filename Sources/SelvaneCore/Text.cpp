@@ -32,6 +32,21 @@ bool isASCII(std::string_view text) {
     return std::all_of(from, from + left, [](char byte) { return static_cast<signed char>(byte) >= 0; });
 }
 
+/// Negative if there is none.
+UChar32 firstScalar(std::string_view text) {
+    if (text.empty())
+        return U_SENTINEL;
+    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    std::size_t offset = 0;
+    UChar32 first = U_SENTINEL;
+    U8_NEXT(bytes, offset, text.size(), first);
+    return first;
+}
+
+bool hasNumericValue(UChar32 scalar) {
+    return u_getIntPropertyValue(scalar, UCHAR_NUMERIC_TYPE) != U_NT_NONE;
+}
+
 /// The library fails only where its data is missing from the system or memory has run out.
 void expectSuccess(UErrorCode status) {
     if (U_FAILURE(status))
@@ -178,14 +193,13 @@ std::u32string scalars(std::string_view text) {
 }
 
 bool isLetterOrNumber(std::string_view character) {
-    if (character.empty())
-        return false;
-    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(character.data());
-    std::size_t offset = 0;
-    UChar32 first = 0;
-    U8_NEXT(bytes, offset, character.size(), first);
-    return first >= 0 &&
-           (u_isUAlphabetic(first) || u_getIntPropertyValue(first, UCHAR_NUMERIC_TYPE) != U_NT_NONE);
+    const UChar32 first = firstScalar(character);
+    return first >= 0 && (u_isUAlphabetic(first) || hasNumericValue(first));
+}
+
+bool isNumber(std::string_view character) {
+    const UChar32 first = firstScalar(character);
+    return first >= 0 && hasNumericValue(first);
 }
 
 std::string_view trimmed(std::string_view text) {

@@ -32,6 +32,10 @@ namespace selvane::Text {
 /// property Alphabetic, or by having a numeric value.
 [[nodiscard]] bool isLetterOrNumber(std::string_view character);
 
+/// Whether a user-perceived character is a number, which its first scalar value tells by having a numeric
+/// value: a digit of any script, a fraction, a numeral that is a letter.
+[[nodiscard]] bool isNumber(std::string_view character);
+
 /// The text without white space and line breaks (the property White_Space) at its ends. A view into `text`.
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 

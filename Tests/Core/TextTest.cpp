@@ -78,6 +78,15 @@ TEST(Text, LettersAndNumbers) {
         EXPECT_FALSE(Text::isLetterOrNumber(character)) << character;
 }
 
+TEST(Text, NumbersOfEveryScript) {
+    for (const auto character :
+         {"0"sv, "9"sv, "٣"sv, "९"sv, "½"sv, "²"sv, "Ⅷ"sv, "①"sv, "五"sv, "1\ufe0f\u20e3"sv})
+        EXPECT_TRUE(Text::isNumber(character)) << character;
+    for (const auto character : {""sv, "a"sv, "日"sv, "ª"sv, "."sv, "-"sv, "+"sv, " "sv, "\0"sv, "\n"sv,
+                                 "\u0301"sv, "🍅"sv, "\xff"sv, "\xc3"sv})
+        EXPECT_FALSE(Text::isNumber(character)) << character;
+}
+
 struct TrimRow {
     const char* name;
     std::string_view text;
