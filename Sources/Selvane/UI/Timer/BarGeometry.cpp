@@ -1,0 +1,16 @@
+#include "Selvane/UI/Timer/BarGeometry.h"
+
+#include <algorithm>
+
+namespace selvane::BarGeometry {
+
+double fillWidth(double progress, double trackWidth) {
+    return progress > 0 ? std::max(progress * trackWidth, trackHeight) : 0;
+}
+
+double headOffset(double fillWidth) {
+    // Its middle stands where the end cap of the fill is round.
+    return std::max(fillWidth - (trackHeight + headSize) / 2, 0.0);
+}
+
+} // namespace selvane::BarGeometry

@@ -1,0 +1,42 @@
+import QtQuick
+import Selvane.Controls
+import Selvane.Timer
+
+/// The dashes of the cycle, for the eye, the pointer and the screen reader.
+Item {
+    id: root
+
+    required property TimerFaceModel model
+    property real topPadding: 0
+
+    implicitWidth: dashes.implicitWidth
+    implicitHeight: topPadding + dashes.implicitHeight
+
+    Accessible.role: Accessible.StaticText
+    Accessible.name: dashes.label
+    Accessible.description: dashes.tooltip
+
+    CycleDashes {
+        id: dashes
+
+        y: root.topPadding
+        phase: root.model.phase
+        position: root.model.cyclePosition
+        length: root.model.cycleLength
+        isRunning: root.model.isRunning
+        reducesMotion: Theme.reducesMotion
+        ink: Theme.solidPrimary
+
+        HoverHandler {
+            id: hover
+
+            // The dashes are thin; a little around them is theirs too.
+            margin: 4
+        }
+
+        HoverTip {
+            text: dashes.tooltip
+            visible: hover.hovered
+        }
+    }
+}

@@ -1,0 +1,82 @@
+#include "Selvane/UI/Timer/MinutesDraft.h"
+
+#include "Selvane/UI/QtText.h"
+#include "SelvaneCore/Text.h"
+
+#include <cmath>
+#include <string>
+#include <utility>
+
+namespace selvane {
+
+namespace {
+
+constexpr int longestDraft = 3;
+
+} // namespace
+
+void MinutesDraft::startEditing(double remainingSeconds) {
+    if (!_canEdit || _isEditing)
+        return;
+    setText(QString::number(std::llround(remainingSeconds / 60)));
+    _isEditing = true;
+    Q_EMIT isEditingChanged();
+}
+
+void MinutesDraft::finish(Ending ending) {
+    if (!_isEditing)
+        return;
+    _isEditing = false;
+    // Read first: the view that types goes away with the next line.
+    const std::optional<int> typed = minutes(_text);
+    Q_EMIT isEditingChanged();
+    if (ending == Ending::save && typed)
+        Q_EMIT committed(*typed);
+}
+
+void MinutesDraft::focusChanged(bool hasFocus) {
+    if (!hasFocus)
+        save();
+}
+
+void MinutesDraft::setCanEdit(bool canEdit) {
+    if (std::exchange(_canEdit, canEdit) == canEdit)
+        return;
+    if (!canEdit)
+        cancel();
+    Q_EMIT canEditChanged();
+}
+
+void MinutesDraft::setText(const QString& text) {
+    const QString kept = cleaned(text);
+    const bool differs = kept != _text;
+    _text = kept;
+    if (differs || kept != text)
+        Q_EMIT textChanged();
+}
+
+QString MinutesDraft::cleaned(const QString& text) {
+    const std::string utf8 = text.toStdString();
+    QString kept;
+    int count = 0;
+    for (const std::string_view character : Text::characters(utf8)) {
+        if (count == longestDraft)
+            break;
+        if (!Text::isNumber(character))
+            continue;
+        kept += qtText(character);
+        ++count;
+    }
+    return kept;
+}
+
+std::optional<int> MinutesDraft::minutes(const QString& text) {
+    bool parses = false;
+    // In the C locale's digits; others stay in the draft but are no number.
+    const int number = text.toInt(&parses, 10);
+    if (!parses || number <= 0)
+        return std::nullopt;
+    return number;
+}
+
+} // namespace selvane

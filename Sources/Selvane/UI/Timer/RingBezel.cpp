@@ -1,0 +1,47 @@
+#include "Selvane/UI/Timer/RingBezel.h"
+
+#include "Selvane/UI/Timer/RingGeometry.h"
+
+#include <QPainter>
+#include <QPen>
+
+#include <utility>
+
+namespace selvane {
+
+namespace {
+
+constexpr double trackOpacity = 0.08;
+
+QColor faded(QColor ink, double opacity) {
+    ink.setAlphaF(static_cast<float>(opacity));
+    return ink;
+}
+
+} // namespace
+
+RingBezel::RingBezel(QQuickItem* parent) : QQuickPaintedItem(parent) {
+    setImplicitSize(RingGeometry::side, RingGeometry::side);
+    setAntialiasing(true);
+}
+
+void RingBezel::setInk(const QColor& ink) {
+    if (std::exchange(_ink, ink) == ink)
+        return;
+    update();
+    Q_EMIT inkChanged();
+}
+
+void RingBezel::paint(QPainter* painter) {
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->translate(width() / 2, height() / 2);
+    for (const RingGeometry::Tick& tick : RingGeometry::ticks(width())) {
+        painter->setPen(QPen(faded(_ink, tick.opacity), tick.width, Qt::SolidLine, Qt::RoundCap));
+        painter->drawLine(tick.inner, tick.outer);
+    }
+    painter->setPen(QPen(faded(_ink, trackOpacity), RingGeometry::lineWidth));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawEllipse(QPointF(0, 0), RingGeometry::arcDiameter / 2, RingGeometry::arcDiameter / 2);
+}
+
+} // namespace selvane
