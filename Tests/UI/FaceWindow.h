@@ -49,6 +49,8 @@ public:
     test::FakeAppearance appearance;
     /// How often Escape came through to the window.
     [[nodiscard]] int escapes() const { return _view->rootObject()->property("escapes").toInt(); }
+    /// What the content wrote into `root.chosen`.
+    [[nodiscard]] QString chosen() const { return _view->rootObject()->property("chosen").toString(); }
 
 private:
     template <typename Item>

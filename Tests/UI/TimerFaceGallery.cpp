@@ -4,6 +4,7 @@
 #include <QFont>
 #include <QGuiApplication>
 #include <QImage>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -25,8 +26,11 @@ protected:
         QGuiApplication::setFont(QFont(QStringLiteral("Inter")));
     }
 
-    static void draw(const QString& name, const std::function<void(test::FaceWindow&)>& arrange,
-                     const QByteArray& content = {}) {
+    using Arrange = std::function<void(test::FaceWindow&)>;
+
+    static void draw(
+        const QString& name, const Arrange& arrange, const QByteArray& content = {},
+        const Arrange& act = [](test::FaceWindow&) {}) {
         for (const bool dark : {false, true}) {
             for (const bool highContrast : {false, true}) {
                 test::FaceWindow face;
@@ -37,6 +41,7 @@ protected:
                     face.open();
                 else
                     face.open(content);
+                act(face);
                 const QString file = QStringLiteral("%1-%2%3.png")
                                          .arg(name, dark ? QStringLiteral("dark") : QStringLiteral("light"),
                                               highContrast ? QStringLiteral("-contrast") : QString());
@@ -86,6 +91,48 @@ TEST_F(TimerFaceGallery, EveryStyleInEveryState) {
             run(face, 0.4);
         });
     }
+}
+
+TEST_F(TimerFaceGallery, Editors) {
+    const auto still = [](test::FaceWindow& face) { face.appearance.setReducesMotion(true); };
+    for (const TimerStyle style : allCases<TimerStyle>) {
+        const QString name = QString::fromUtf8(rawValue(style));
+        const auto chosen = [&](test::FaceWindow& face) {
+            still(face);
+            face.settings().timerStyle.set(style);
+        };
+        const auto type = [](const char* text) {
+            return [text](test::FaceWindow& face) {
+                face.click(QStringLiteral("25:00 remaining"));
+                face.type(QString::fromUtf8(text));
+            };
+        };
+        draw(name + QStringLiteral("-typing"), chosen, {}, type(""));
+        draw(name + QStringLiteral("-typing3"), chosen, {}, type("120"));
+        draw(name + QStringLiteral("-typing0"), chosen, {}, [](test::FaceWindow& face) {
+            face.click(QStringLiteral("25:00 remaining"));
+            QTest::keyClick(&face.window(), Qt::Key_Delete);
+        });
+        draw(name + QStringLiteral("-focus"), chosen, {}, [](test::FaceWindow& face) {
+            for (int step = 0; step < 4 && face.focusedName() != QStringLiteral("25:00 remaining"); ++step)
+                QTest::keyClick(&face.window(), Qt::Key_Tab);
+        });
+    }
+    draw(QStringLiteral("grid"), still, {}, [](test::FaceWindow& face) {
+        face.click(QStringLiteral("Focus icon"));
+        QCoreApplication::processEvents();
+    });
+}
+
+TEST_F(TimerFaceGallery, Roll) {
+    draw(
+        QStringLiteral("roll"), [](test::FaceWindow& face) { run(face, 0.42); }, {},
+        [](test::FaceWindow& face) {
+            (void)face.window().grabWindow();
+            face.harness.pass(Seconds{1});
+            (void)face.window().grabWindow();
+            QTest::qWait(90);
+        });
 }
 
 TEST_F(TimerFaceGallery, Choices) {

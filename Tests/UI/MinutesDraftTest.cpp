@@ -1,0 +1,132 @@
+#include "Selvane/UI/Timer/MinutesDraft.h"
+
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace selvane {
+namespace {
+
+struct CleanRow {
+    const char* name;
+    const char* text;
+    const char* kept;
+};
+
+class MinutesDraftKeeps : public testing::TestWithParam<CleanRow> {};
+
+TEST_P(MinutesDraftKeeps, TheFirstThreeNumbers) {
+    EXPECT_EQ(MinutesDraft::cleaned(QString::fromUtf8(GetParam().text)).toStdString(), GetParam().kept);
+}
+
+INSTANTIATE_TEST_SUITE_P(MinutesDraft, MinutesDraftKeeps,
+                         testing::Values(CleanRow{"nothing", "", ""}, CleanRow{"two", "25", "25"},
+                                         CleanRow{"three", "120", "120"}, CleanRow{"four", "1200", "120"},
+                                         CleanRow{"letterBetween", "12x34", "123"},
+                                         CleanRow{"lettersAlone", "abc", ""}, CleanRow{"sign", "-5", "5"},
+                                         CleanRow{"fraction", "2.5", "25"}, CleanRow{"spaces", " 4 5 ", "45"},
+                                         CleanRow{"arabicDigits", "٢٥ min", "٢٥"},
+                                         CleanRow{"half", "1½", "1½"},
+                                         CleanRow{"wide", "１２３４", "１２３"}),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+struct ParseRow {
+    const char* name;
+    const char* text;
+    std::optional<int> minutes;
+};
+
+class MinutesDraftParses : public testing::TestWithParam<ParseRow> {};
+
+TEST_P(MinutesDraftParses, DecimalNumbersAboveZero) {
+    EXPECT_EQ(MinutesDraft::minutes(QString::fromUtf8(GetParam().text)), GetParam().minutes);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    MinutesDraft, MinutesDraftParses,
+    testing::Values(ParseRow{"plain", "25", 25}, ParseRow{"one", "1", 1}, ParseRow{"most", "999", 999},
+                    ParseRow{"leadingZero", "007", 7}, ParseRow{"nothing", "", std::nullopt},
+                    ParseRow{"zero", "0", std::nullopt}, ParseRow{"zeros", "000", std::nullopt},
+                    ParseRow{"half", "1½", std::nullopt}, ParseRow{"arabicDigits", "٢٥", std::nullopt},
+                    ParseRow{"wide", "１２", std::nullopt}),
+    [](const auto& test) { return std::string(test.param.name); });
+
+class MinutesDraftTest : public testing::Test {
+protected:
+    MinutesDraftTest() { draft.setCanEdit(true); }
+
+    MinutesDraft draft;
+    QSignalSpy committed{&draft, &MinutesDraft::committed};
+};
+
+TEST_F(MinutesDraftTest, BeginsWithWholeMinutesAndRoundsHalvesUp) {
+    for (const auto& [seconds, text] :
+         {std::pair{1500.0, "25"}, {1529.9, "25"}, {1530.0, "26"}, {29.0, "0"}, {30.0, "1"}, {90.0, "2"}}) {
+        draft.startEditing(seconds);
+        EXPECT_EQ(draft.text().toStdString(), text) << seconds;
+        draft.cancel();
+    }
+}
+
+TEST_F(MinutesDraftTest, SavingCommitsTheNumberOnce) {
+    draft.startEditing(1500);
+    draft.setText(QStringLiteral("40"));
+    draft.save();
+    EXPECT_FALSE(draft.isEditing());
+    draft.save();
+    draft.focusChanged(false);
+    ASSERT_EQ(committed.count(), 1);
+    EXPECT_EQ(committed.at(0).at(0).toInt(), 40);
+}
+
+TEST_F(MinutesDraftTest, CancellingCommitsNothing) {
+    draft.startEditing(1500);
+    draft.setText(QStringLiteral("40"));
+    draft.cancel();
+    EXPECT_FALSE(draft.isEditing());
+    draft.focusChanged(false);
+    EXPECT_EQ(committed.count(), 0);
+}
+
+TEST_F(MinutesDraftTest, LosingTheKeyboardSavesAndGettingItDoesNot) {
+    draft.startEditing(1500);
+    draft.setText(QStringLiteral("40"));
+    draft.focusChanged(true);
+    EXPECT_TRUE(draft.isEditing());
+    draft.focusChanged(false);
+    EXPECT_FALSE(draft.isEditing());
+    EXPECT_EQ(committed.count(), 1);
+}
+
+TEST_F(MinutesDraftTest, NoNumberEndsTheTypingAndCommitsNothing) {
+    for (const char* text : {"", "0", "٢٥"}) {
+        draft.startEditing(1500);
+        draft.setText(QString::fromUtf8(text));
+        draft.save();
+        EXPECT_FALSE(draft.isEditing()) << text;
+    }
+    EXPECT_EQ(committed.count(), 0);
+}
+
+TEST_F(MinutesDraftTest, ViewHearsThatLettersWereLeftOut) {
+    draft.startEditing(1500);
+    const QSignalSpy text(&draft, &MinutesDraft::textChanged);
+    draft.setText(QStringLiteral("25x"));
+    EXPECT_EQ(text.count(), 1) << "though the draft is what it was";
+    EXPECT_EQ(draft.text(), QStringLiteral("25"));
+    draft.setText(QStringLiteral("25"));
+    EXPECT_EQ(text.count(), 1);
+}
+
+TEST_F(MinutesDraftTest, TimerThatStartsCancelsTheTyping) {
+    draft.startEditing(1500);
+    draft.setText(QStringLiteral("40"));
+    draft.setCanEdit(false);
+    EXPECT_FALSE(draft.isEditing());
+    EXPECT_EQ(committed.count(), 0);
+    draft.startEditing(1500);
+    EXPECT_FALSE(draft.isEditing());
+}
+
+} // namespace
+} // namespace selvane

@@ -1,0 +1,126 @@
+#include "Selvane/UI/Timer/Sweep.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace selvane {
+namespace {
+
+using Motion = Sweep::Motion;
+
+constexpr Seconds start{1000};
+/// The ring's arc at scale 1.
+constexpr double path = 502.65;
+
+/// The moments, in seconds, at which the sweep asks to be drawn, until it has arrived.
+std::vector<double> steps(const Sweep& sweep, Seconds from = start) {
+    std::vector<double> moments;
+    Seconds now = from;
+    while (const auto delay = sweep.untilNextStep(now)) {
+        now += *delay;
+        moments.push_back((now - from).count());
+        if (moments.size() > 1000)
+            break;
+    }
+    return moments;
+}
+
+TEST(Sweep, JumpsWithoutMotion) {
+    Sweep sweep;
+    sweep.aim(0.5, Motion::none, path, start);
+    EXPECT_DOUBLE_EQ(sweep.shown(start), 0.5);
+    EXPECT_TRUE(steps(sweep).empty());
+}
+
+TEST(Sweep, LongPhaseNeedsNoStepBetweenItsTicks) {
+    Sweep sweep;
+    for (int tick = 1; tick <= 3; ++tick) {
+        const Seconds now = start + Seconds{static_cast<double>(tick)};
+        sweep.aim(tick / 1500.0, Motion::linear, path, now);
+        EXPECT_DOUBLE_EQ(sweep.shown(now), tick / 1500.0);
+        EXPECT_TRUE(steps(sweep, now).empty());
+    }
+}
+
+TEST(Sweep, ShortPhaseStepsByHalfPixelsAndJoinsItsTicks) {
+    Sweep sweep;
+    sweep.aim(1.0 / 60, Motion::linear, path, start);
+    // 8.4 pixels to go: 17 steps, of which the first is made at once.
+    const auto moments = steps(sweep);
+    ASSERT_EQ(moments.size(), 16U);
+    double before = sweep.shown(start);
+    EXPECT_NEAR(before, 1.0 / 60 / 17, 1e-9);
+    for (const double moment : moments) {
+        const double shown = sweep.shown(start + Seconds{moment});
+        EXPECT_NEAR(shown - before, 1.0 / 60 / 17, 1e-9) << moment;
+        before = shown;
+    }
+    EXPECT_LT(moments.back(), 1.0) << "it has arrived when the next tick comes";
+    EXPECT_NEAR(before, 1.0 / 60, 1e-12);
+}
+
+TEST(Sweep, NeverStepsMoreThanTwentyTimesATick) {
+    Sweep sweep;
+    sweep.aim(1.0 / 60, Motion::linear, path * 3, start);
+    EXPECT_EQ(steps(sweep).size(), 19U);
+}
+
+TEST(Sweep, LateStepShowsWhereItShouldBe) {
+    Sweep sweep;
+    sweep.aim(1.0 / 60, Motion::linear, path, start);
+    EXPECT_NEAR(sweep.shown(start + Seconds{0.5}), 9.0 / 17 / 60, 1e-9);
+    EXPECT_NEAR(sweep.shown(start + Seconds{5}), 1.0 / 60, 1e-12);
+    EXPECT_EQ(sweep.untilNextStep(start + Seconds{5}), std::nullopt);
+}
+
+TEST(Sweep, JumpOfTheRunningTimerTakesASecondAndIsSmooth) {
+    Sweep sweep;
+    sweep.jump(0.6);
+    sweep.aim(0, Motion::linear, path, start);
+    const auto moments = steps(sweep);
+    EXPECT_NEAR(static_cast<double>(moments.size()), 59, 1);
+    EXPECT_NEAR(sweep.shown(start + Seconds{0.5}), 0.3, 0.01);
+    EXPECT_DOUBLE_EQ(sweep.shown(start + Seconds{1}), 0);
+}
+
+TEST(Sweep, SpringComesToRestWithoutPassingItsTarget) {
+    Sweep sweep;
+    sweep.jump(0.6);
+    sweep.aim(0, Motion::spring, path, start);
+    EXPECT_DOUBLE_EQ(sweep.shown(start), 0.6);
+    const auto moments = steps(sweep);
+    ASSERT_GT(moments.size(), 30U);
+    double before = 0.6;
+    for (const double moment : moments) {
+        const double shown = sweep.shown(start + Seconds{moment});
+        EXPECT_LE(shown, before);
+        EXPECT_GE(shown, 0);
+        before = shown;
+    }
+    EXPECT_DOUBLE_EQ(before, 0);
+}
+
+TEST(Sweep, ChangeThatCannotBeSeenIsMadeAtOnce) {
+    Sweep sweep;
+    sweep.jump(0.5);
+    sweep.aim(0.5005, Motion::spring, path, start);
+    EXPECT_DOUBLE_EQ(sweep.shown(start), 0.5005);
+    EXPECT_TRUE(steps(sweep).empty());
+}
+
+TEST(Sweep, NewTargetIsAimedAtFromWhereItIs) {
+    Sweep sweep;
+    sweep.aim(1, Motion::spring, path, start);
+    const Seconds now = start + Seconds{0.1};
+    const double shown = sweep.shown(now);
+    ASSERT_GT(shown, 0.1);
+    ASSERT_LT(shown, 0.9);
+    sweep.aim(0, Motion::spring, path, now);
+    EXPECT_DOUBLE_EQ(sweep.shown(now), shown);
+    sweep.jump(0.25);
+    EXPECT_DOUBLE_EQ(sweep.shown(now), 0.25);
+}
+
+} // namespace
+} // namespace selvane

@@ -1,0 +1,342 @@
+#include "FaceWindow.h"
+#include "Selvane/UI/Timer/CycleDashes.h"
+#include "Selvane/UI/Timer/RingArc.h"
+#include "Selvane/UI/Timer/TimeText.h"
+
+#include <QAccessible>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace selvane {
+namespace {
+
+class TimerFaceTest : public testing::Test {
+protected:
+    void startTyping() {
+        face.open();
+        face.click(QStringLiteral("25:00 remaining"));
+        ASSERT_EQ(face.focusedName(), QStringLiteral("Minutes"));
+    }
+
+    void key(Qt::Key key) { QTest::keyClick(&face.window(), key); }
+    [[nodiscard]] int minutes() { return face.settings().focusMinutes(); }
+    [[nodiscard]] bool isTyping() { return face.find(QStringLiteral("Minutes")) != nullptr; }
+
+    void openGrid() {
+        face.open();
+        face.click(QStringLiteral("Focus icon"));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return face.focusedName() == QStringLiteral("eye"); }));
+    }
+
+    [[nodiscard]] QAccessible::State stateOf(const QString& name) {
+        QQuickItem* const item = face.find(name);
+        return item ? QAccessible::queryAccessibleInterface(item)->state() : QAccessible::State();
+    }
+
+    [[nodiscard]] QAccessible::Role roleOf(const QString& name) {
+        QQuickItem* const item = face.find(name);
+        return item ? QAccessible::queryAccessibleInterface(item)->role() : QAccessible::NoRole;
+    }
+
+    [[nodiscard]] QString describe(const QString& name) {
+        QQuickItem* const item = face.find(name);
+        return item ? QAccessible::queryAccessibleInterface(item)->text(QAccessible::Description) : QString();
+    }
+
+    test::FaceWindow face;
+};
+
+TEST_F(TimerFaceTest, TypedMinutesAreCommittedByReturn) {
+    startTyping();
+    face.type(QStringLiteral("40"));
+    key(Qt::Key_Return);
+    EXPECT_EQ(minutes(), 40);
+    EXPECT_FALSE(isTyping());
+    EXPECT_NE(face.find(QStringLiteral("40:00 remaining")), nullptr);
+}
+
+TEST_F(TimerFaceTest, TypingBeginsWithTheWholeLengthSelected) {
+    startTyping();
+    QQuickItem* const field = face.window().activeFocusItem();
+    EXPECT_EQ(field->property("text").toString(), QStringLiteral("25"));
+    EXPECT_EQ(field->property("selectedText").toString(), QStringLiteral("25"));
+}
+
+TEST_F(TimerFaceTest, EscapeCancelsAndGoesNoFurther) {
+    startTyping();
+    face.type(QStringLiteral("40"));
+    key(Qt::Key_Escape);
+    EXPECT_EQ(minutes(), 25);
+    EXPECT_FALSE(isTyping());
+    EXPECT_EQ(face.escapes(), 0);
+    key(Qt::Key_Escape);
+    EXPECT_EQ(face.escapes(), 1);
+}
+
+TEST_F(TimerFaceTest, LosingTheKeyboardCommits) {
+    startTyping();
+    face.type(QStringLiteral("40"));
+    face.click(QStringLiteral("elsewhere"));
+    EXPECT_EQ(minutes(), 40);
+    EXPECT_FALSE(isTyping());
+}
+
+TEST_F(TimerFaceTest, ZeroAndNothingKeepTheLength) {
+    startTyping();
+    face.type(QStringLiteral("0"));
+    key(Qt::Key_Return);
+    EXPECT_EQ(minutes(), 25);
+    EXPECT_FALSE(isTyping());
+    face.click(QStringLiteral("25:00 remaining"));
+    key(Qt::Key_Delete);
+    key(Qt::Key_Return);
+    EXPECT_EQ(minutes(), 25);
+    EXPECT_FALSE(isTyping());
+}
+
+TEST_F(TimerFaceTest, LettersDontComeIntoTheField) {
+    startTyping();
+    QQuickItem* const field = face.window().activeFocusItem();
+    face.type(QStringLiteral("3x0"));
+    EXPECT_EQ(field->property("text").toString(), QStringLiteral("30"));
+    face.type(QStringLiteral("z"));
+    EXPECT_EQ(field->property("text").toString(), QStringLiteral("30"));
+}
+
+TEST_F(TimerFaceTest, PasteLeavesTheFirstThreeDigits) {
+    startTyping();
+    face.paste(QStringLiteral("12a34"));
+    EXPECT_EQ(face.window().activeFocusItem()->property("text").toString(), QStringLiteral("123"));
+    key(Qt::Key_Return);
+    EXPECT_EQ(minutes(), 120) << "the bounds are the settings'";
+}
+
+TEST_F(TimerFaceTest, TimeIsReachedByTabAndOpensWithSpaceAndReturn) {
+    face.open();
+    for (const Qt::Key opening : {Qt::Key_Space, Qt::Key_Return}) {
+        for (int step = 0; step < 4 && face.focusedName() != QStringLiteral("25:00 remaining"); ++step)
+            key(Qt::Key_Tab);
+        ASSERT_EQ(face.focusedName(), QStringLiteral("25:00 remaining"));
+        key(opening);
+        EXPECT_EQ(face.focusedName(), QStringLiteral("Minutes"));
+        key(Qt::Key_Escape);
+    }
+}
+
+TEST_F(TimerFaceTest, ScreenReaderOpensTheField) {
+    face.open();
+    EXPECT_EQ(roleOf(QStringLiteral("25:00 remaining")), QAccessible::Button);
+    EXPECT_EQ(describe(QStringLiteral("25:00 remaining")), QStringLiteral("Type a new length in minutes"));
+    face.press(QStringLiteral("25:00 remaining"));
+    EXPECT_EQ(roleOf(QStringLiteral("Minutes")), QAccessible::EditableText);
+}
+
+TEST_F(TimerFaceTest, RunningAndPausedTimesArePlainText) {
+    face.engine().start();
+    face.open();
+    EXPECT_EQ(roleOf(QStringLiteral("25:00 remaining")), QAccessible::StaticText);
+    face.click(QStringLiteral("25:00 remaining"));
+    EXPECT_FALSE(isTyping());
+    face.engine().pause();
+    EXPECT_EQ(roleOf(QStringLiteral("25:00 remaining")), QAccessible::StaticText);
+    face.engine().reset();
+    EXPECT_EQ(roleOf(QStringLiteral("25:00 remaining")), QAccessible::Button);
+}
+
+TEST_F(TimerFaceTest, TimerThatStartsEndsTheTypingWithoutCommitting) {
+    startTyping();
+    face.type(QStringLiteral("40"));
+    face.engine().start();
+    EXPECT_FALSE(isTyping());
+    EXPECT_EQ(minutes(), 25);
+}
+
+TEST_F(TimerFaceTest, NothingJumpsWhenTheTypingBegins) {
+    face.open();
+    const QRectF before = face.item<TimeText>()->mapRectToScene(face.item<TimeText>()->boundingRect());
+    face.click(QStringLiteral("25:00 remaining"));
+    QQuickItem* const field = face.window().activeFocusItem();
+    const QRectF typed = field->parentItem()->mapRectToScene(field->parentItem()->boundingRect());
+    EXPECT_NEAR(typed.center().x(), before.center().x(), 1);
+    EXPECT_NEAR(typed.center().y(), before.center().y(), 0.5);
+    EXPECT_GE(field->width(), 50);
+}
+
+TEST_F(TimerFaceTest, IconIsChosenWithTheMouse) {
+    openGrid();
+    face.click(QStringLiteral("leaf"));
+    EXPECT_EQ(face.settings().focusSymbol(), "leaf");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return face.find(QStringLiteral("leaf")) == nullptr; }));
+}
+
+TEST_F(TimerFaceTest, IconIsChosenWithTheKeys) {
+    openGrid();
+    key(Qt::Key_Down);
+    EXPECT_EQ(face.focusedName(), QStringLiteral("book"));
+    key(Qt::Key_Left);
+    key(Qt::Key_Left);
+    EXPECT_EQ(face.focusedName(), QStringLiteral("leaf"));
+    key(Qt::Key_Up);
+    EXPECT_EQ(face.focusedName(), QStringLiteral("No icon"));
+    key(Qt::Key_Right);
+    key(Qt::Key_Right);
+    key(Qt::Key_Return);
+    EXPECT_EQ(face.settings().focusSymbol(), "brain.head.profile");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return face.find(QStringLiteral("leaf")) == nullptr; }));
+}
+
+TEST_F(TimerFaceTest, NoIconLeavesTheSettingEmpty) {
+    openGrid();
+    face.press(QStringLiteral("No icon"));
+    EXPECT_EQ(face.settings().focusSymbol(), "");
+}
+
+TEST_F(TimerFaceTest, EscapeClosesTheGridAlone) {
+    openGrid();
+    key(Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return face.find(QStringLiteral("leaf")) == nullptr; }));
+    EXPECT_EQ(face.settings().focusSymbol(), "eye");
+    EXPECT_EQ(face.escapes(), 0);
+    key(Qt::Key_Escape);
+    EXPECT_EQ(face.escapes(), 1);
+}
+
+TEST_F(TimerFaceTest, GridTellsWhatIsSelected) {
+    openGrid();
+    EXPECT_TRUE(stateOf(QStringLiteral("eye")).selected);
+    EXPECT_FALSE(stateOf(QStringLiteral("leaf")).selected);
+    EXPECT_EQ(roleOf(QStringLiteral("leaf")), QAccessible::Button);
+}
+
+TEST_F(TimerFaceTest, GlyphOfABreakChoosesTheBreaksIcon) {
+    face.engine().select(Phase::shortBreak);
+    face.open();
+    EXPECT_EQ(describe(QStringLiteral("Break icon")), QStringLiteral("Choose a different icon"));
+    face.press(QStringLiteral("Break icon"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return face.find(QStringLiteral("BREAK ICON")) != nullptr; }));
+    face.press(QStringLiteral("moon"));
+    EXPECT_EQ(face.settings().breakSymbol(), "moon");
+    EXPECT_EQ(face.settings().focusSymbol(), "eye");
+}
+
+TEST_F(TimerFaceTest, ScreenReaderFindsEveryWordInEveryStyle) {
+    face.open();
+    for (const TimerStyle style : allCases<TimerStyle>) {
+        face.settings().timerStyle.set(style);
+        EXPECT_EQ(roleOf(QStringLiteral("Focus icon")), QAccessible::Button);
+        EXPECT_EQ(roleOf(QStringLiteral("25:00 remaining")), QAccessible::Button);
+        EXPECT_EQ(roleOf(QStringLiteral("Session 1 of 4")), QAccessible::StaticText);
+        EXPECT_EQ(describe(QStringLiteral("Session 1 of 4")),
+                  QStringLiteral("Session 1 of 4 before a long break"));
+        EXPECT_EQ(roleOf(QStringLiteral("FOCUS")), QAccessible::StaticText);
+    }
+}
+
+TEST_F(TimerFaceTest, StyleThatWasLeftGoesAway) {
+    face.appearance.setReducesMotion(true);
+    face.open();
+    EXPECT_NE(face.item<RingArc>(), nullptr);
+    face.settings().timerStyle.set(TimerStyle::bar);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return face.item<RingArc>() == nullptr; }));
+}
+
+TEST_F(TimerFaceTest, DashPulsesOnlyInAFocusPhaseThatRuns) {
+    face.open();
+    EXPECT_FALSE(face.item<CycleDashes>()->isPulsing());
+    face.engine().start();
+    EXPECT_TRUE(face.item<CycleDashes>()->isPulsing());
+    face.appearance.setReducesMotion(true);
+    EXPECT_FALSE(face.item<CycleDashes>()->isPulsing());
+    face.appearance.setReducesMotion(false);
+    face.engine().pause();
+    EXPECT_FALSE(face.item<CycleDashes>()->isPulsing());
+    face.engine().reset();
+    face.engine().select(Phase::shortBreak);
+    face.engine().start();
+    EXPECT_FALSE(face.item<CycleDashes>()->isPulsing());
+}
+
+TEST_F(TimerFaceTest, ArcOfAnOpenedWindowStandsAtThePresent) {
+    face.engine().start();
+    face.harness.pass(Seconds{750});
+    face.open();
+    EXPECT_DOUBLE_EQ(face.item<RingArc>()->shownProgress(), 0.5);
+    face.window().hide();
+    face.harness.pass(Seconds{375});
+    face.window().show();
+    EXPECT_DOUBLE_EQ(face.item<RingArc>()->shownProgress(), 0.75);
+}
+
+TEST_F(TimerFaceTest, NothingMovesUnderReducedMotion) {
+    face.appearance.setReducesMotion(true);
+    face.engine().start();
+    face.harness.pass(Seconds{750});
+    face.open();
+    face.engine().reset();
+    (void)face.window().grabWindow();
+    EXPECT_DOUBLE_EQ(face.item<RingArc>()->shownProgress(), 0);
+    EXPECT_DOUBLE_EQ(face.item<TimeText>()->rollPosition(), 1);
+}
+
+TEST_F(TimerFaceTest, ResetMovesTheArcAndTheDigits) {
+    face.engine().start();
+    face.harness.pass(Seconds{750});
+    face.open();
+    (void)face.window().grabWindow();
+    face.engine().reset();
+    (void)face.window().grabWindow();
+    EXPECT_GT(face.item<RingArc>()->shownProgress(), 0.1);
+    EXPECT_LT(face.item<TimeText>()->rollPosition(), 0.9);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return face.item<RingArc>()->shownProgress() == 0.0; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return face.item<TimeText>()->rollPosition() == 1.0; }));
+}
+
+TEST_F(TimerFaceTest, EveryDigitHasTheSameWidth) {
+    face.open();
+    TimeText* const time = face.item<TimeText>();
+    for (const char* text : {"11:11", "20:48", "1:02:05"}) {
+        time->setTime(QString::fromUtf8(text));
+        const auto& edges = time->edges();
+        ASSERT_EQ(edges.size(), time->time().size() + 1U);
+        for (std::size_t index = 0; index + 1 < edges.size(); ++index) {
+            if (text[index] == ':')
+                continue;
+            EXPECT_DOUBLE_EQ(edges[index + 1] - edges[index], edges[1] - edges[0]) << text << " " << index;
+        }
+    }
+}
+
+TEST_F(TimerFaceTest, HoursFitIntoTheRing) {
+    face.settings().focusMinutes.set(120);
+    face.open();
+    const TimeText* const time = face.item<TimeText>();
+    EXPECT_EQ(time->time(), QStringLiteral("2:00:00"));
+    EXPECT_LE(time->edges().back(), 126);
+    face.settings().timerStyle.set(TimerStyle::minimal);
+    EXPECT_DOUBLE_EQ(time->size(), 40) << "only what is drawn is smaller";
+}
+
+TEST_F(TimerFaceTest, PresetChipsTellAndChoose) {
+    face.open("PresetChips { active: 2; onSelect: preset => root.chosen = preset }");
+    const QString active = QStringLiteral("50 min focus, 10 min breaks, 30 min long break");
+    const QString other = QStringLiteral("25 min focus, 5 min breaks, 15 min long break");
+    EXPECT_TRUE(stateOf(active).selected);
+    EXPECT_FALSE(stateOf(other).selected);
+    face.press(other);
+    EXPECT_EQ(face.chosen(), QStringLiteral("0"));
+}
+
+TEST_F(TimerFaceTest, SymbolPickerButtonShowsAndChooses) {
+    face.open("SymbolPickerButton { x: 100; accessibleName: 'Focus'; selection: '';"
+              "    onSelected: name => root.chosen = name }");
+    EXPECT_NE(face.find(QStringLiteral("Focus")), nullptr);
+    face.click(QStringLiteral("Focus"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return face.focusedName() == QStringLiteral("No icon"); }));
+    face.press(QStringLiteral("heart"));
+    EXPECT_EQ(face.chosen(), QStringLiteral("heart"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return face.find(QStringLiteral("heart")) == nullptr; }));
+}
+
+} // namespace
+} // namespace selvane
