@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFont>
+#include <QGuiApplication>
 
 namespace selvane {
 namespace {

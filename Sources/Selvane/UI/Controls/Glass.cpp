@@ -71,6 +71,9 @@ CapsuleColors glassCapsule(const GlassMaterial& material, CapsuleState state, co
 
 std::optional<GlassMaterial> glassMaterial(Look::Glass level, CapsuleUse use, Palette::Scheme scheme) {
     const bool interactive = use == CapsuleUse::interactive;
+    // Glass would take from the contrast that was asked for.
+    if (scheme.isHighContrast)
+        return std::nullopt;
     switch (level) {
     case Look::Flat:
         return std::nullopt;
@@ -89,11 +92,7 @@ std::optional<GlassMaterial> glassMaterial(Look::Glass level, CapsuleUse use, Pa
 CapsuleColors capsuleColors(Look::Glass level, CapsuleUse use, CapsuleState state, Palette::Scheme scheme) {
     const Palette palette = Palette::of(scheme);
     const std::optional<GlassMaterial> material = glassMaterial(level, use, scheme);
-    CapsuleColors colors =
-        material ? glassCapsule(*material, state, palette, scheme.isDark) : flatCapsule(state, palette);
-    if (scheme.isHighContrast)
-        colors.edgeTop = colors.edgeBottom = palette.hairline;
-    return colors;
+    return material ? glassCapsule(*material, state, palette, scheme.isDark) : flatCapsule(state, palette);
 }
 
 } // namespace selvane

@@ -104,17 +104,16 @@ void HoverTip::show() {
     _bubble->setPosition(place(item->mapRectToScene(QRectF(0, 0, item->width(), item->height())),
                                _bubble->size(), window->size()));
     // A window or a menu that goes away with the pointer on it takes the words with it.
-    connect(item, &QQuickItem::visibleChanged, this, &HoverTip::hide);
-    connect(window, &QWindow::visibleChanged, this, &HoverTip::hide);
+    _withItem = connect(item, &QQuickItem::visibleChanged, this, &HoverTip::hide);
+    _withWindow = connect(window, &QWindow::visibleChanged, this, &HoverTip::hide);
 }
 
 void HoverTip::hide() {
     _timer.stop();
     if (!_bubble)
         return;
-    if (target())
-        target()->disconnect(this);
-    _bubble->window()->disconnect(this);
+    disconnect(_withItem);
+    disconnect(_withWindow);
     delete _bubble;
 }
 

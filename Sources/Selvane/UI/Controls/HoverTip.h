@@ -55,6 +55,8 @@ private:
     int _delay = 700;
     QBasicTimer _timer;
     QPointer<QQuickItem> _bubble;
+    QMetaObject::Connection _withItem;
+    QMetaObject::Connection _withWindow;
 };
 
 } // namespace selvane

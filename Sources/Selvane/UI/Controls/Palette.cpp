@@ -54,7 +54,7 @@ Palette dark() {
         .solidPrimary = grey(1),
         .onSolidPrimary = rgb(0.06, 0.06, 0.07),
         .primaryText = grey(1, 0.95),
-        .secondaryText = grey(1, 0.66),
+        .secondaryText = grey(1, 0.67),
         .tertiaryText = grey(1, 0.38),
     };
 }

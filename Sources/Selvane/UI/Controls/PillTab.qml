@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 import Selvane.Controls
 
 /// One of the choices of PillTabs. Its parent is the strip of them.
-T.AbstractButton {
+Item {
     id: root
 
     required property int index
@@ -11,23 +10,28 @@ T.AbstractButton {
 
     readonly property PillTabStrip strip: parent as PillTabStrip
     readonly property bool selected: strip !== null && strip.currentIndex === index
+    readonly property bool hovered: hover.hovered
 
     x: strip !== null ? index * strip.segment : 0
     width: strip !== null ? strip.segment : 0
     height: strip !== null ? strip.height : 0
-    text: modelData
-    focusPolicy: Qt.NoFocus
-    hoverEnabled: true
 
     Accessible.role: Accessible.PageTab
-    Accessible.name: text
+    Accessible.name: modelData
     Accessible.selectable: true
     Accessible.selected: selected
-    Accessible.onPressAction: root.clicked()
+    Accessible.onPressAction: root.strip.chosen(root.index)
 
-    onClicked: strip.chosen(index)
+    HoverHandler {
+        id: hover
+    }
 
-    contentItem: Loader {
+    TapHandler {
+        onTapped: root.strip.chosen(root.index)
+    }
+
+    Loader {
+        anchors.fill: parent
         sourceComponent: root.strip !== null ? root.strip.label : null
         onLoaded: (item as PillTabLabel).tab = root
     }

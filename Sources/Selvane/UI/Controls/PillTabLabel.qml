@@ -10,7 +10,7 @@ Text {
     readonly property bool selected: tab !== null && tab.selected
     readonly property bool hovered: tab !== null && tab.hovered
 
-    text: tab !== null ? tab.text : ""
+    text: tab !== null ? tab.modelData : ""
     color: selected || hovered ? Theme.primaryText : Theme.secondaryText
     font.pixelSize: 12
     font.weight: selected ? Font.DemiBold : Font.Medium

@@ -1,10 +1,9 @@
 import QtQuick
-import QtQuick.Templates as T
 import Selvane.Controls
 
 /// A row of choices on a capsule, one of them in force. `chosen` tells of a choice; the owner then sets
 /// `currentIndex`. The keyboard comes to the row as a whole, and the arrows choose.
-T.Control {
+KeyboardStop {
     id: root
 
     required property list<string> items
@@ -15,19 +14,12 @@ T.Control {
     /// Draws an item; PillTabLabel and what is made of it.
     property Component label: PillTabLabel {}
 
-    readonly property real segment: items.length > 0 ? availableWidth / items.length : 0
+    readonly property bool hovered: hover.hovered
 
     signal chosen(int index)
 
     implicitWidth: 200
-    implicitHeight: minHeight + topPadding + bottomPadding
-    padding: 3
-    topInset: -4
-    leftInset: -4
-    rightInset: -4
-    bottomInset: -4
-    focusPolicy: Qt.TabFocus
-    hoverEnabled: true
+    implicitHeight: minHeight + 6
 
     Keys.onLeftPressed: root.chosen(Math.max(root.currentIndex - 1, 0))
     Keys.onRightPressed: root.chosen(Math.min(root.currentIndex + 1, root.items.length - 1))
@@ -35,13 +27,21 @@ T.Control {
     Accessible.role: Accessible.PageTabList
     Accessible.name: accessibleName
     Accessible.description: tooltip
+    Accessible.focusable: true
+    Accessible.focused: activeFocus
 
-    background: CapsuleSurface {
+    CapsuleSurface {
+        anchors.fill: parent
+        anchors.margins: -4
         spread: 4
         ringed: root.visualFocus
     }
 
-    contentItem: PillTabStrip {
+    PillTabStrip {
+        id: strip
+
+        anchors.fill: parent
+        anchors.margins: 3
         count: root.items.length
         currentIndex: root.currentIndex
         label: root.label
@@ -50,10 +50,10 @@ T.Control {
         RoundedShape {
             // Room for the shadow.
             spread: 5
-            x: root.currentIndex * root.segment - 5
+            x: Math.round(root.currentIndex * strip.segment) - 5
             y: -5
-            width: root.segment + 10
-            height: root.availableHeight + 10
+            width: Math.round(strip.segment) + 10
+            height: strip.height + 10
             visible: root.currentIndex >= 0
             color: Theme.selectedSegment
             edgeColor: Theme.highContrast ? Theme.hairline : "transparent"
@@ -74,6 +74,10 @@ T.Control {
 
             PillTab {}
         }
+    }
+
+    HoverHandler {
+        id: hover
     }
 
     HoverTip {

@@ -24,7 +24,7 @@ T.MenuItem {
     enabled: !hint
     hoverEnabled: true
 
-    Accessible.role: hint ? Accessible.StaticText : Accessible.MenuItem
+    Accessible.role: Accessible.MenuItem
     Accessible.name: text
     Accessible.description: shortcut
     Accessible.checkable: markable
