@@ -61,7 +61,7 @@ TEST(DigitRoll, NothingRollsWithoutMotion) {
 TEST(DigitRoll, TickTakesFewStepsAndAThirdOfASecond) {
     const DigitRoll roll = changed("24:13", "24:12", Pace::tick);
     EXPECT_GT(roll.position(start), 0.05) << "the frame of the tick is the first step";
-    EXPECT_LE(countSteps(roll), 8);
+    EXPECT_LE(countSteps(roll), 5);
     EXPECT_LT(roll.position(start + Seconds{0.2}), 1);
     EXPECT_DOUBLE_EQ(roll.position(start + Seconds{0.32}), 1);
 }

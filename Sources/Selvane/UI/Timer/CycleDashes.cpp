@@ -15,8 +15,8 @@ namespace {
 constexpr double dashWidth = 7;
 constexpr double dashHeight = 3;
 constexpr double spacing = 4;
-/// A seventh of the way from one end of the pulse to the other; finer steps are hardly seen.
-constexpr Seconds pulseStep{0.2};
+/// A sixth of the way from one end of the pulse to the other; finer steps are hardly seen.
+constexpr Seconds pulseStep{1.4 / 6};
 
 CycleDash::Cycle cycle(TimerFaceModel::Phase phase) {
     switch (phase) {

@@ -13,8 +13,10 @@ constexpr double response = 0.5;
 constexpr double dampingFraction = 0.85;
 constexpr Seconds smoothStep{1.0 / 60};
 /// A tick's roll ends when the spring has come so near that the rest is not seen in a digit.
-constexpr Seconds tickStep{0.045};
-constexpr Seconds tickLength{0.315};
+constexpr Seconds tickStep{0.06};
+constexpr Seconds tickLength{0.3};
+/// Sums of steps miss the end by less.
+constexpr Seconds nothing{1e-6};
 
 } // namespace
 
@@ -53,7 +55,7 @@ Seconds DigitRoll::length() const {
 
 double DigitRoll::position(Seconds now) const {
     const Seconds passed = now - _start;
-    if (_before == _time || passed >= length())
+    if (_before == _time || passed >= length() - nothing)
         return 1;
     switch (_pace) {
     case Pace::none:
@@ -69,7 +71,7 @@ double DigitRoll::position(Seconds now) const {
 
 std::optional<Seconds> DigitRoll::untilNextStep(Seconds now) const {
     const Seconds left = _start + length() - now;
-    if (_before == _time || left <= Seconds{0})
+    if (_before == _time || left <= nothing)
         return std::nullopt;
     return std::min(_pace == Pace::tick ? tickStep : smoothStep, left);
 }

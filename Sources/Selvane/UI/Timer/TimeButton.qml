@@ -9,10 +9,10 @@ Pressable {
 
     Accessible.description: hint
 
-    topInset: -4
+    topInset: 2
     leftInset: -10
     rightInset: -10
-    bottomInset: -4
+    bottomInset: 2
 
     background: RoundedShape {
         visible: root.visualFocus
