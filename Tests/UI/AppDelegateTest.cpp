@@ -5,6 +5,7 @@
 #include "Support/FakePressMonitor.h"
 #include "Support/FakeStatusItemHost.h"
 #include "Support/ModelHarness.h"
+#include "Support/RecordingWindows.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,18 +20,22 @@ protected:
     AppDelegateTest() : delegate(harness.environment()) { harness.journal.clear(); }
 
     void finishLaunching() {
-        delegate.applicationDidFinishLaunching(
-            {&host, &appearance, &presses, [this](const PanelContext& context) {
-                 EXPECT_EQ(context.model, &delegate.model());
-                 EXPECT_EQ(context.appearance, &appearance);
-                 return std::make_unique<test::FakePanel>(harness.journal);
-             }});
+        delegate.applicationDidFinishLaunching({&host, &appearance, &presses,
+                                                [this](const PanelContext& context) {
+                                                    EXPECT_EQ(context.model, &delegate.model());
+                                                    EXPECT_EQ(context.appearance, &appearance);
+                                                    EXPECT_EQ(context.scheduler, &harness.scheduler);
+                                                    EXPECT_EQ(context.windows, &windows);
+                                                    return std::make_unique<test::FakePanel>(harness.journal);
+                                                },
+                                                &windows});
     }
 
     test::ModelHarness harness;
     test::FakeStatusItemHost host;
     test::FakeAppearance appearance;
     test::FakePressMonitor presses;
+    test::RecordingWindows windows{harness.journal};
     AppDelegate delegate;
 };
 
@@ -74,6 +79,7 @@ TEST_F(AppDelegateTest, NewsOfAnUpdateChooseTheirPane) {
     finishLaunching();
     delegate.model().showWhatsNewAfterUpdate();
     EXPECT_EQ(delegate.model().windowPane(), Pane::whatsNew);
+    EXPECT_EQ(harness.journal.count("windows.forward"), 1);
 }
 
 TEST_F(AppDelegateTest, QuitFromTheMenuReachesTheProgram) {

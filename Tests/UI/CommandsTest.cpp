@@ -1,5 +1,6 @@
 #include "Selvane/UI/Commands.h"
 
+#include "Selvane/UI/WindowCoordinator.h"
 #include "Support/ModelHarness.h"
 
 #include <gtest/gtest.h>
@@ -58,6 +59,35 @@ TEST(Commands, ResetOfThePopoverLeavesMusicThatTheUserStarted) {
     model.engine().start();
     Commands::resetFromPopover(model);
     EXPECT_FALSE(harness.journal.has("music.pause"));
+}
+
+TEST(Commands, PaneIsChosenBeforeTheWindowComesForward) {
+    test::ModelHarness harness;
+    AppModel& model = harness.launch();
+    Pane shown = Pane::statistics;
+    class Window final : public WindowCoordinator {
+    public:
+        Window(AppModel& model, Pane& shown) : _model(model), _shown(shown) {}
+        void showSettings() override {}
+        void bringForward() override { _shown = _model.windowPane(); }
+
+    private:
+        AppModel& _model;
+        Pane& _shown;
+    } window(model, shown);
+    int changes = 0;
+    const Subscription watch = model.windowPaneChanged.subscribe([&] { ++changes; });
+    Commands::openPane(model, &window, Pane::goals);
+    EXPECT_EQ(shown, Pane::goals);
+    Commands::openPane(model, &window, Pane::goals);
+    EXPECT_EQ(changes, 1);
+}
+
+TEST(Commands, WithoutAWindowNoPaneIsChosen) {
+    test::ModelHarness harness;
+    AppModel& model = harness.launch();
+    Commands::openPane(model, nullptr, Pane::goals);
+    EXPECT_EQ(model.windowPane(), Pane::statistics);
 }
 
 } // namespace

@@ -331,7 +331,7 @@ protected:
         property int escapes: 0
         property string chosen: ""
         function open() { menu.open(); }
-        function isMade(): bool { return menu.item !== null; }
+        function isMade(): bool { return menu.made !== null; }
         Shortcut { sequence: "Escape"; onActivated: owner.escapes += 1 }
         LazyMenu {
             id: menu
@@ -362,7 +362,7 @@ protected:
     }
     [[nodiscard]] QObject* menu() const {
         QObject* const loader = qmlContext(owner)->objectForName(QStringLiteral("menu"));
-        return loader->property("item").value<QObject*>();
+        return loader->property("made").value<QObject*>();
     }
     [[nodiscard]] bool isOpen() const { return menu() && menu()->property("visible").toBool(); }
     [[nodiscard]] std::string chosen() const { return owner->property("chosen").toString().toStdString(); }

@@ -1,5 +1,6 @@
 #include "Selvane/UI/Popover/PopoverModel.h"
 
+#include "Selvane/UI/PanelPlacement.h"
 #include "Support/FakeAppearance.h"
 #include "Support/ModelHarness.h"
 
@@ -10,87 +11,105 @@ namespace {
 
 class PopoverModelTest : public testing::Test {
 protected:
-    PopoverModelTest() { harness.launch(); }
+    PopoverModelTest() : popover(harness.launch(), appearance, harness.scheduler, nullptr) {}
 
     test::ModelHarness harness;
     test::FakeAppearance appearance;
+    PopoverModel popover;
 };
 
-TEST_F(PopoverModelTest, ShowsTheTimer) {
-    const PopoverModel popover(harness.model(), appearance);
-    EXPECT_EQ(popover.phaseTitle(), QStringLiteral("Focus"));
-    EXPECT_EQ(popover.time(), QStringLiteral("25:00"));
-    EXPECT_EQ(popover.primaryLabel(), QStringLiteral("Start"));
-    EXPECT_FALSE(popover.canReset());
-    EXPECT_FALSE(popover.isPaused());
-}
-
-TEST_F(PopoverModelTest, CommandsDriveTheTimerAndViewsHearOfIt) {
-    PopoverModel popover(harness.model(), appearance);
+TEST_F(PopoverModelTest, ControlsDriveTheTimerAndViewsHearOfIt) {
+    ControlsModel& controls = *popover.controls();
     int changes = 0;
-    QObject::connect(&popover, &PopoverModel::timerChanged, &popover, [&] { ++changes; });
-    popover.toggle();
+    QObject::connect(&controls, &ControlsModel::changed, &controls, [&] { ++changes; });
+    EXPECT_EQ(controls.primaryLabel(), QStringLiteral("Start"));
+    EXPECT_FALSE(controls.canReset());
+    controls.toggle();
     EXPECT_TRUE(harness.model().engine().isRunning());
-    popover.toggle();
-    EXPECT_TRUE(popover.isPaused());
-    popover.reset();
+    EXPECT_EQ(controls.primaryLabel(), QStringLiteral("Pause"));
+    EXPECT_TRUE(controls.canReset());
+    controls.toggle();
+    EXPECT_EQ(controls.primaryLabel(), QStringLiteral("Resume"));
+    controls.reset();
     EXPECT_TRUE(harness.model().engine().isIdle());
-    popover.skip();
-    EXPECT_EQ(popover.phaseTitle(), QStringLiteral("Short Break"));
+    EXPECT_TRUE(harness.journal.has("music.pause"));
+    EXPECT_EQ(controls.skipTooltip(), QStringLiteral("Skip to the break"));
+    controls.skip();
+    EXPECT_EQ(controls.skipTooltip(), QStringLiteral("Skip the break"));
+    EXPECT_EQ(controls.resetTooltip(), QStringLiteral("Reset this phase"));
     EXPECT_EQ(changes, 4);
 }
 
-TEST_F(PopoverModelTest, TodayIsCountedAnewWithEverySessionAndWhenShown) {
-    PopoverModel popover(harness.model(), appearance);
+TEST_F(PopoverModelTest, TicksChangeNoControl) {
     int changes = 0;
-    QObject::connect(&popover, &PopoverModel::footerChanged, &popover, [&] { ++changes; });
-    popover.toggle();
-    harness.pass(Seconds{61});
-    popover.reset();
-    EXPECT_EQ(popover.footer(), QStringLiteral("Today: 1m of your 50m goal"));
-    EXPECT_EQ(changes, 1);
+    popover.controls()->toggle();
+    QObject::connect(popover.controls(), &ControlsModel::changed, &popover, [&] { ++changes; });
+    QObject::connect(&popover, &PopoverModel::sessionStatusChanged, &popover, [&] { ++changes; });
+    harness.pass(Seconds{5});
+    EXPECT_EQ(changes, 0);
+}
+
+TEST_F(PopoverModelTest, StatusFollowsTheTimerAndTheSettings) {
+    EXPECT_EQ(popover.sessionStatus(), QStringLiteral("Session 1 of 4"));
+    harness.model().settings().sessionsBeforeLongBreak.set(3);
+    EXPECT_EQ(popover.sessionStatus(), QStringLiteral("Session 1 of 3"));
+    popover.controls()->toggle();
+    popover.controls()->toggle();
+    EXPECT_EQ(popover.sessionStatus(), QStringLiteral("Session 1 of 3 · paused"));
+}
+
+TEST_F(PopoverModelTest, TabsAreNamedWithTheirKeys) {
+    EXPECT_EQ(popover.tasksTitle(), QStringLiteral("Tasks"));
+    EXPECT_EQ(popover.progressTitle(), QStringLiteral("Progress"));
+    EXPECT_EQ(popover.tabTooltip(), QStringLiteral("Tasks Ctrl+1 · Progress Ctrl+2"));
+}
+
+TEST_F(PopoverModelTest, StreakIsCountedAnewWhenShown) {
+    harness.model().settings().dailyGoalMinutes.set(10);
+    popover.controls()->toggle();
+    harness.pass(Seconds{601});
+    popover.controls()->reset();
+    EXPECT_TRUE(popover.header()->isTodayMet());
     harness.now += std::chrono::days{1};
     popover.prepareToShow();
-    EXPECT_EQ(popover.footer(), QStringLiteral("Today: 0m of your 50m goal"));
-    EXPECT_EQ(changes, 2);
+    EXPECT_FALSE(popover.header()->isTodayMet());
+}
+
+TEST_F(PopoverModelTest, NoteKeepsUpWithTheClockOnlyWhileShown) {
+    harness.answers.nextEvent = CalendarEvent{"Design review", harness.now + std::chrono::minutes{40}};
+    const auto waiting = harness.scheduler.waiting();
     popover.prepareToShow();
-    EXPECT_EQ(changes, 2);
+    EXPECT_EQ(harness.scheduler.waiting(), waiting + 1);
+    popover.didHide();
+    EXPECT_EQ(harness.scheduler.waiting(), waiting);
 }
 
-TEST_F(PopoverModelTest, TodayFollowsTheGoal) {
-    const PopoverModel popover(harness.model(), appearance);
-    harness.model().settings().dailyGoalMinutes.set(90);
-    EXPECT_EQ(popover.footer(), QStringLiteral("Today: 0m of your 1h 30m goal"));
-}
-
-TEST_F(PopoverModelTest, FailureToSaveTakesThePlaceOfToday) {
-    PopoverModel popover(harness.model(), appearance);
-    harness.folder.write("Selvane", "a file where the folder should be");
-    popover.toggle();
-    harness.pass(Seconds{61});
-    popover.reset();
-    EXPECT_TRUE(popover.hasProblem());
-    EXPECT_TRUE(popover.footer().startsWith(QStringLiteral("Selvane couldn't save sessions.json: ")));
-}
-
-TEST_F(PopoverModelTest, CompositorIsAskedForWhenShown) {
-    PopoverModel popover(harness.model(), appearance);
+TEST_F(PopoverModelTest, ShadowNeedsADesktopWithClearWindowsAndIsAskedForWhenShown) {
     int changes = 0;
-    QObject::connect(&popover, &PopoverModel::appearanceChanged, &popover, [&] { ++changes; });
+    QObject::connect(&popover, &PopoverModel::shadowMarginChanged, &popover, [&] { ++changes; });
+    popover.prepareToShow();
+    EXPECT_EQ(popover.shadowMargin(), 0);
     appearance.setComposited(true);
     popover.prepareToShow();
+    EXPECT_EQ(popover.shadowMargin(), PanelPlacement::shadowMargin);
+    popover.prepareToShow();
     EXPECT_EQ(changes, 1);
-    EXPECT_TRUE(popover.isComposited());
 }
 
 TEST_F(PopoverModelTest, AppearanceIsTheDesktops) {
-    PopoverModel popover(harness.model(), appearance);
     int changes = 0;
     QObject::connect(popover.look(), &Look::changed, &popover, [&] { ++changes; });
     EXPECT_FALSE(popover.look()->isDark());
     appearance.setDark(true);
     EXPECT_TRUE(popover.look()->isDark());
     EXPECT_EQ(changes, 1);
+}
+
+TEST_F(PopoverModelTest, QuitOfTheMenuReachesThePanel) {
+    int quits = 0;
+    QObject::connect(&popover, &PopoverModel::quitRequested, &popover, [&] { ++quits; });
+    popover.header()->quit();
+    EXPECT_EQ(quits, 1);
 }
 
 } // namespace

@@ -58,10 +58,5 @@ TEST_F(PopoverTextTest, PositionFollowsTheCycle) {
     EXPECT_EQ(status(), "Session 2 of 3");
 }
 
-TEST(PopoverText, TodayIsToldAgainstTheGoal) {
-    EXPECT_EQ(PopoverText::today(0, 50), QStringLiteral("Today: 0m of your 50m goal"));
-    EXPECT_EQ(PopoverText::today(75, 120), QStringLiteral("Today: 1h 15m of your 2h goal"));
-}
-
 } // namespace
 } // namespace selvane

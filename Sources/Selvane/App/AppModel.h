@@ -121,6 +121,8 @@ public:
     /// True if there were tasks or sessions at launch, after recovery.
     [[nodiscard]] bool hadDataAtLaunch() const { return _hadDataAtLaunch; }
     [[nodiscard]] bool unrecoveredData() const { return _unrecoveredData; }
+    /// What the wall clock says.
+    [[nodiscard]] Date now() const { return _environment.clock(); }
     /// The calendar in the zone in force now.
     [[nodiscard]] Calendar localCalendar() const { return _environment.calendar(); }
 

@@ -6,6 +6,7 @@
 #include "Selvane/Platform/StatusItemHost.h"
 #include "Selvane/UI/Panel.h"
 #include "Selvane/UI/StatusItemController.h"
+#include "Selvane/UI/WindowCoordinator.h"
 #include "SelvaneCore/Lifetime.h"
 
 #include <functional>
@@ -27,6 +28,8 @@ public:
         Appearance* appearance;
         PressMonitor* presses;
         std::function<std::unique_ptr<Panel>(const PanelContext&)> makePanel;
+        /// May be null.
+        WindowCoordinator* windows = nullptr;
     };
 
     /// The launch sequence.

@@ -11,6 +11,8 @@ namespace selvane {
 
 class AppModel;
 class Appearance;
+class Scheduler;
+class WindowCoordinator;
 
 /// The floating window that shows the popover. Main thread.
 class Panel {
@@ -35,6 +37,9 @@ public:
 struct PanelContext {
     AppModel* model;
     Appearance* appearance;
+    Scheduler* scheduler;
+    /// May be null: what the main window would show is out of reach then.
+    WindowCoordinator* windows = nullptr;
 };
 
 /// Makes panels. Implemented by the plugin that holds the views, so that the program at rest doesn't carry

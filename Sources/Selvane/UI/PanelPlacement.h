@@ -9,6 +9,8 @@ namespace selvane::PanelPlacement {
 inline constexpr int edgeMargin = 8;
 /// The distance between the panel and the status item.
 inline constexpr int itemGap = 6;
+/// The room that a panel's shadow takes on each side of it.
+inline constexpr int shadowMargin = 32;
 
 /// The top left corner of a panel of `width` times `height` that belongs to `anchor`, on a screen whose area
 /// free of docks is `available`. Centred on the item, on the side of it that has the room. With no anchor the

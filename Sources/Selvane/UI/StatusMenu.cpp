@@ -27,7 +27,7 @@ std::vector<StatusMenuEntry> entries(const TimerEngine& engine) {
         line(Command::reset, Commands::resetLabel, Commands::canReset(engine)),
         line(Command::skip, Commands::skipLabel),
         separator(2),
-        line(Command::quit, Commands::quitDescription),
+        line(Command::quit, Commands::quitLabel),
     };
 }
 

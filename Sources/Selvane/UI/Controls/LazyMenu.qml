@@ -9,25 +9,31 @@ import Selvane.Controls
 ///         PopupMenu { PopupMenuItem { text: "Rename" } }
 ///     }
 ///     onClicked: menu.open()
-Loader {
+///
+/// A Loader would do, but that of Qt 6.4 can't make components that are bound to their file.
+Item {
     id: root
 
-    default property alias menu: root.sourceComponent
-
-    readonly property bool isOpen: item !== null && (item as PopupMenu).visible
+    default property Component menu
+    property PopupMenu made: null
+    readonly property bool isOpen: made !== null && made.visible
 
     /// Below the button.
     function open() {
-        root.active = true;
-        (root.item as PopupMenu).open();
+        make();
+        made.open();
     }
 
     /// At the pointer.
     function popup() {
-        root.active = true;
-        (root.item as PopupMenu).popup();
+        make();
+        made.popup();
+    }
+
+    function make() {
+        if (made === null)
+            made = menu.createObject(root) as PopupMenu;
     }
 
     anchors.fill: parent
-    active: false
 }

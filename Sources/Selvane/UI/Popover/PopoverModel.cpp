@@ -3,9 +3,9 @@
 #include "Selvane/App/AppModel.h"
 #include "Selvane/Platform/Appearance.h"
 #include "Selvane/UI/Commands.h"
+#include "Selvane/UI/PanelPlacement.h"
 #include "Selvane/UI/Popover/PopoverText.h"
 #include "Selvane/UI/QtText.h"
-#include "SelvaneCore/TimeFormat.h"
 
 #include <QLocale>
 
@@ -13,124 +13,78 @@
 
 namespace selvane {
 
-PopoverModel::PopoverModel(AppModel& model, Appearance& appearance, QObject* parent)
-    : QObject(parent), _model(model), _appearance(appearance), _look(model.settings(), appearance) {
-    const auto follow = [this](auto& signal, auto notify) {
-        _subscriptions.push_back(signal.subscribe([this, notify] { notify(*this); }));
-    };
-    follow(model.engine().changed, [](PopoverModel& self) { Q_EMIT self.timerChanged(); });
-    follow(model.sessionsChanged, [](PopoverModel& self) { self.refresh(); });
-    follow(model.settings().changed, [](PopoverModel& self) {
-        Q_EMIT self.timerChanged();
-        self.refresh();
-    });
-    follow(model.saveErrorChanged, [](PopoverModel& self) { Q_EMIT self.footerChanged(); });
-    refresh();
+PopoverModel::PopoverModel(AppModel& model, Appearance& appearance, Scheduler& scheduler,
+                           WindowCoordinator* windows, QObject* parent)
+    : QObject(parent),
+      _model(model),
+      _appearance(appearance),
+      _look(model.settings(), appearance),
+      _header(model, windows),
+      _phaseMenu(model),
+      _face(model),
+      _taskPicker(model),
+      _note(model, scheduler, windows),
+      _controls(model),
+      _music(model),
+      _tasks(model),
+      _progress(model) {
+    for (Signal<>* const signal : {&model.engine().changed, &model.settings().changed})
+        _subscriptions.push_back(signal->subscribe([this] { refreshSessionStatus(); }));
+    connect(&_header, &HeaderModel::quitRequested, this, &PopoverModel::quitRequested);
+    refreshSessionStatus();
 }
 
-void PopoverModel::refresh() {
-    const QString text = PopoverText::today(_model.todayMinutes(), _model.settings().dailyGoalMinutes());
-    if (std::exchange(_today, text) != text)
-        Q_EMIT footerChanged();
+void PopoverModel::refreshSessionStatus() {
+    const QString status = PopoverText::sessionStatus(_model.engine(), _model.localCalendar(), QLocale());
+    if (std::exchange(_sessionStatus, status) != status)
+        Q_EMIT sessionStatusChanged();
 }
 
 void PopoverModel::prepareToShow() {
-    refresh();
-    Q_EMIT timerChanged();
-    Q_EMIT appearanceChanged();
+    refreshSessionStatus();
+    _header.refresh();
+    _note.willShow();
+    _progress.refresh();
+    const int margin = _appearance.isComposited() ? PanelPlacement::shadowMargin : 0;
+    if (std::exchange(_shadowMargin, margin) != margin)
+        Q_EMIT shadowMarginChanged();
     Q_EMIT aboutToShow();
 }
 
-QString PopoverModel::phaseTitle() const {
-    return qtText(title(_model.engine().phase()));
-}
-
-QString PopoverModel::sessionStatus() const {
-    return PopoverText::sessionStatus(_model.engine(), _model.localCalendar(), QLocale());
-}
-
-QString PopoverModel::time() const {
-    return QString::fromStdString(TimeFormat::clock(_model.engine().remaining()));
-}
-
-QString PopoverModel::timeDescription() const {
-    return time() + QStringLiteral(" remaining");
-}
-
-bool PopoverModel::isPaused() const {
-    return _model.engine().isPaused();
-}
-
-QString PopoverModel::primaryLabel() const {
-    return qtText(Commands::primaryLabel(_model.engine()));
-}
-
-QString PopoverModel::resetLabel() const {
-    return qtText(Commands::resetLabel);
-}
-
-QString PopoverModel::resetTooltip() const {
-    return qtText(Commands::resetTooltip);
-}
-
-bool PopoverModel::canReset() const {
-    return Commands::canReset(_model.engine());
-}
-
-QString PopoverModel::skipLabel() const {
-    return qtText(Commands::skipLabel);
-}
-
-QString PopoverModel::skipTooltip() const {
-    return qtText(Commands::skipTooltip(_model.engine()));
-}
-
-QString PopoverModel::quitLabel() const {
-    return qtText(Commands::quitLabel);
-}
-
-QString PopoverModel::quitTooltip() const {
-    return qtText(Commands::quitTooltip);
-}
-
-QString PopoverModel::quitDescription() const {
-    return qtText(Commands::quitDescription);
+void PopoverModel::didHide() {
+    _note.didHide();
 }
 
 QString PopoverModel::name() const {
     return QStringLiteral("Selvane");
 }
 
-QString PopoverModel::footer() const {
-    return hasProblem() ? QString::fromStdString(*_model.saveError()) : _today;
+QString PopoverModel::tasksTitle() const {
+    return QStringLiteral("Tasks");
 }
 
-bool PopoverModel::hasProblem() const {
-    return _model.saveError().has_value();
+QString PopoverModel::progressTitle() const {
+    return QStringLiteral("Progress");
 }
 
-bool PopoverModel::isComposited() const {
-    return _appearance.isComposited();
+QString PopoverModel::tabTooltip() const {
+    return QStringLiteral("Tasks %1 · Progress %2").arg(tasksShortcut(), progressShortcut());
 }
 
-void PopoverModel::toggle() {
-    _model.engine().toggle();
+QString PopoverModel::tasksShortcut() const {
+    return qtText(Commands::tasksShortcut);
 }
 
-void PopoverModel::reset() {
-    Commands::resetFromPopover(_model);
-}
-
-void PopoverModel::skip() {
-    _model.engine().skip();
+QString PopoverModel::progressShortcut() const {
+    return qtText(Commands::progressShortcut);
 }
 
 void PopoverModel::cancel() {
     Q_EMIT cancelled();
 }
 
-void PopoverModel::quit() {
-    Q_EMIT quitRequested();
+void PopoverModel::turnAway() {
+    Q_EMIT turnedAway();
 }
 
 } // namespace selvane

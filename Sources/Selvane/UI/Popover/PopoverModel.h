@@ -1,6 +1,15 @@
 #pragma once
 
 #include "Selvane/UI/Controls/Look.h"
+#include "Selvane/UI/Popover/ControlsModel.h"
+#include "Selvane/UI/Popover/CurrentTaskPickerModel.h"
+#include "Selvane/UI/Popover/HeaderModel.h"
+#include "Selvane/UI/Popover/MusicRowModel.h"
+#include "Selvane/UI/Popover/PhaseMenuModel.h"
+#include "Selvane/UI/Popover/SessionNoteModel.h"
+#include "Selvane/UI/Progress/ProgressModel.h"
+#include "Selvane/UI/Tasks/TaskListModel.h"
+#include "Selvane/UI/Timer/TimerFaceModel.h"
 #include "SelvaneCore/Subscription.h"
 
 #include <QObject>
@@ -13,89 +22,106 @@ namespace selvane {
 
 class AppModel;
 class Appearance;
+class Scheduler;
+class WindowCoordinator;
 
-/// What the popover shows of the model, ready for display, and the commands of its controls. Main thread.
+/// What the popover shows of the model, part by part, and what concerns it as a whole. Main thread.
 class PopoverModel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The program makes the one model of its popover.")
 
-    Q_PROPERTY(QString phaseTitle READ phaseTitle NOTIFY timerChanged FINAL)
-    Q_PROPERTY(QString sessionStatus READ sessionStatus NOTIFY timerChanged FINAL)
-    /// The countdown's text: "24:13".
-    Q_PROPERTY(QString time READ time NOTIFY timerChanged FINAL)
-    /// The same for a screen reader.
-    Q_PROPERTY(QString timeDescription READ timeDescription NOTIFY timerChanged FINAL)
-    Q_PROPERTY(bool isPaused READ isPaused NOTIFY timerChanged FINAL)
-    Q_PROPERTY(QString primaryLabel READ primaryLabel NOTIFY timerChanged FINAL)
-    Q_PROPERTY(QString resetLabel READ resetLabel CONSTANT FINAL)
-    Q_PROPERTY(QString resetTooltip READ resetTooltip CONSTANT FINAL)
-    Q_PROPERTY(bool canReset READ canReset NOTIFY timerChanged FINAL)
-    Q_PROPERTY(QString skipLabel READ skipLabel CONSTANT FINAL)
-    Q_PROPERTY(QString skipTooltip READ skipTooltip NOTIFY timerChanged FINAL)
-    Q_PROPERTY(QString quitLabel READ quitLabel CONSTANT FINAL)
-    Q_PROPERTY(QString quitTooltip READ quitTooltip CONSTANT FINAL)
-    Q_PROPERTY(QString quitDescription READ quitDescription CONSTANT FINAL)
     Q_PROPERTY(QString name READ name CONSTANT FINAL)
-    /// How far the day has come; while something can't be saved, what and why.
-    Q_PROPERTY(QString footer READ footer NOTIFY footerChanged FINAL)
-    Q_PROPERTY(bool hasProblem READ hasProblem NOTIFY footerChanged FINAL)
     Q_PROPERTY(selvane::Look* look READ look CONSTANT FINAL)
-    Q_PROPERTY(bool isComposited READ isComposited NOTIFY appearanceChanged FINAL)
+    /// The room around the card for its shadow, in pixels of the window; 0 where a window can't be clear.
+    Q_PROPERTY(int shadowMargin READ shadowMargin NOTIFY shadowMarginChanged FINAL)
+
+    Q_PROPERTY(int cornerRadius READ cornerRadius CONSTANT FINAL)
+
+    Q_PROPERTY(selvane::HeaderModel* header READ header CONSTANT FINAL)
+    Q_PROPERTY(selvane::PhaseMenuModel* phaseMenu READ phaseMenu CONSTANT FINAL)
+    Q_PROPERTY(QString sessionStatus READ sessionStatus NOTIFY sessionStatusChanged FINAL)
+    Q_PROPERTY(selvane::TimerFaceModel* face READ face CONSTANT FINAL)
+    Q_PROPERTY(selvane::CurrentTaskPickerModel* taskPicker READ taskPicker CONSTANT FINAL)
+    Q_PROPERTY(selvane::SessionNoteModel* note READ note CONSTANT FINAL)
+    Q_PROPERTY(selvane::ControlsModel* controls READ controls CONSTANT FINAL)
+    Q_PROPERTY(selvane::MusicRowModel* music READ music CONSTANT FINAL)
+
+    Q_PROPERTY(selvane::TaskListModel* tasks READ tasks CONSTANT FINAL)
+    Q_PROPERTY(selvane::ProgressModel* progress READ progress CONSTANT FINAL)
+
+    Q_PROPERTY(QString tasksTitle READ tasksTitle CONSTANT FINAL)
+    Q_PROPERTY(QString progressTitle READ progressTitle CONSTANT FINAL)
+    Q_PROPERTY(QString tabTooltip READ tabTooltip CONSTANT FINAL)
+    Q_PROPERTY(QString tasksShortcut READ tasksShortcut CONSTANT FINAL)
+    Q_PROPERTY(QString progressShortcut READ progressShortcut CONSTANT FINAL)
 
 public:
-    /// Both arguments outlive the popover's model.
-    PopoverModel(AppModel& model, Appearance& appearance, QObject* parent = nullptr);
+    /// What the lower part of the popover shows.
+    enum Tab { Tasks, Progress };
+    Q_ENUM(Tab)
+
+    /// What is given outlives the popover's model; `windows` may be null.
+    PopoverModel(AppModel& model, Appearance& appearance, Scheduler& scheduler, WindowCoordinator* windows,
+                 QObject* parent = nullptr);
 
     /// Takes over what may have changed unheard since the popover was last seen: the day, the zone, the
     /// desktop.
     void prepareToShow();
+    /// The user doesn't see the popover any more.
+    void didHide();
 
-    [[nodiscard]] QString phaseTitle() const;
-    [[nodiscard]] QString sessionStatus() const;
-    [[nodiscard]] QString time() const;
-    [[nodiscard]] QString timeDescription() const;
-    [[nodiscard]] bool isPaused() const;
-    [[nodiscard]] QString primaryLabel() const;
-    [[nodiscard]] QString resetLabel() const;
-    [[nodiscard]] QString resetTooltip() const;
-    [[nodiscard]] bool canReset() const;
-    [[nodiscard]] QString skipLabel() const;
-    [[nodiscard]] QString skipTooltip() const;
-    [[nodiscard]] QString quitLabel() const;
-    [[nodiscard]] QString quitTooltip() const;
-    [[nodiscard]] QString quitDescription() const;
     [[nodiscard]] QString name() const;
-    [[nodiscard]] QString footer() const;
-    [[nodiscard]] bool hasProblem() const;
     [[nodiscard]] Look* look() { return &_look; }
-    [[nodiscard]] bool isComposited() const;
+    [[nodiscard]] int shadowMargin() const { return _shadowMargin; }
+    [[nodiscard]] int cornerRadius() const { return 14; }
+    [[nodiscard]] HeaderModel* header() { return &_header; }
+    [[nodiscard]] PhaseMenuModel* phaseMenu() { return &_phaseMenu; }
+    [[nodiscard]] QString sessionStatus() const { return _sessionStatus; }
+    [[nodiscard]] TimerFaceModel* face() { return &_face; }
+    [[nodiscard]] CurrentTaskPickerModel* taskPicker() { return &_taskPicker; }
+    [[nodiscard]] SessionNoteModel* note() { return &_note; }
+    [[nodiscard]] ControlsModel* controls() { return &_controls; }
+    [[nodiscard]] MusicRowModel* music() { return &_music; }
+    [[nodiscard]] TaskListModel* tasks() { return &_tasks; }
+    [[nodiscard]] ProgressModel* progress() { return &_progress; }
+    [[nodiscard]] QString tasksTitle() const;
+    [[nodiscard]] QString progressTitle() const;
+    [[nodiscard]] QString tabTooltip() const;
+    [[nodiscard]] QString tasksShortcut() const;
+    [[nodiscard]] QString progressShortcut() const;
 
-    Q_INVOKABLE void toggle();
-    Q_INVOKABLE void reset();
-    Q_INVOKABLE void skip();
     /// The user wants the popover gone.
     Q_INVOKABLE void cancel();
-    /// The user wants the program gone.
-    Q_INVOKABLE void quit();
+    /// The user pressed a button of the mouse beside the card, where the window is clear.
+    Q_INVOKABLE void turnAway();
 
 Q_SIGNALS:
-    void timerChanged();
-    void footerChanged();
-    void appearanceChanged();
+    void shadowMarginChanged();
+    void sessionStatusChanged();
     /// The popover comes before the user, perhaps again.
     void aboutToShow();
     void cancelled();
+    void turnedAway();
     void quitRequested();
 
 private:
-    void refresh();
+    void refreshSessionStatus();
 
     AppModel& _model;
     Appearance& _appearance;
     Look _look;
-    /// Kept, since counting it reads the whole history.
-    QString _today;
+    HeaderModel _header;
+    PhaseMenuModel _phaseMenu;
+    TimerFaceModel _face;
+    CurrentTaskPickerModel _taskPicker;
+    SessionNoteModel _note;
+    ControlsModel _controls;
+    MusicRowModel _music;
+    TaskListModel _tasks;
+    ProgressModel _progress;
+    QString _sessionStatus;
+    int _shadowMargin = 0;
     std::vector<Subscription> _subscriptions;
 };
 

@@ -4,9 +4,13 @@
 #include "Selvane/UI/Popover/ViewTypes.h"
 #include "SelvaneCore/Log.h"
 
+#include <QBitmap>
 #include <QGuiApplication>
+#include <QPainter>
 #include <QQmlEngine>
 #include <QQmlError>
+#include <QQuickItem>
+#include <QRegion>
 #include <QScreen>
 #include <QSurfaceFormat>
 
@@ -30,6 +34,18 @@ QScreen* screenOf(const StatusItemAnchor& anchor) {
     return QGuiApplication::primaryScreen();
 }
 
+/// What a window of that size keeps when its corners are rounded off.
+QRegion roundedRegion(QSize size, int radius) {
+    QBitmap mask(size);
+    mask.fill(Qt::color0);
+    QPainter painter(&mask);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::color1);
+    painter.drawRoundedRect(QRect(QPoint(), size), radius, radius);
+    painter.end();
+    return QRegion(mask);
+}
+
 } // namespace
 
 void PopoverPanel::prepare() {
@@ -38,7 +54,8 @@ void PopoverPanel::prepare() {
     registerViewTypes();
 }
 
-PopoverPanel::PopoverPanel(const PanelContext& context) : _model(*context.model, *context.appearance) {
+PopoverPanel::PopoverPanel(const PanelContext& context)
+    : _model(*context.model, *context.appearance, *context.scheduler, context.windows) {
     QObject::connect(&_model, &PopoverModel::cancelled, &_view, [this] {
         if (onCancel)
             onCancel();
@@ -47,7 +64,21 @@ PopoverPanel::PopoverPanel(const PanelContext& context) : _model(*context.model,
         if (onQuit)
             onQuit();
     });
+    QObject::connect(&_model, &PopoverModel::turnedAway, &_view, [this] {
+        if (onTurnedAway)
+            onTurnedAway();
+    });
     QObject::connect(&_view, &QWindow::activeChanged, &_view, [this] { activeChanged(); });
+
+    // A menu that closes leaves the keyboard with nothing; the control that had it before gets it back.
+    QObject::connect(
+        &_view, &QQuickWindow::activeFocusItemChanged, &_view,
+        [this] {
+            const QQuickItem* const focused = _view.activeFocusItem();
+            if (_view.rootObject() && (!focused || focused == _view.contentItem()))
+                _view.rootObject()->forceActiveFocus(Qt::OtherFocusReason);
+        },
+        Qt::QueuedConnection);
 
     QSurfaceFormat format = _view.format();
     format.setAlphaBufferSize(8);
@@ -61,14 +92,26 @@ PopoverPanel::PopoverPanel(const PanelContext& context) : _model(*context.model,
     _view.setSource(QUrl(QStringLiteral("qrc:/qt-project.org/imports/Selvane/Popover/Popover.qml")));
     for (const QQmlError& error : _view.errors())
         Log::line("the popover doesn't load: " + error.toString().toStdString());
-
-    // Equal bounds make tiling compositors let the window float.
-    _view.setMinimumSize(_view.size());
-    _view.setMaximumSize(_view.size());
+    // The timer's face may be given another style, and with it another height.
+    if (const QQuickItem* const root = _view.rootObject())
+        QObject::connect(root, &QQuickItem::heightChanged, &_view, [this] { fitWindow(); });
+    fitWindow();
 }
 
 bool PopoverPanel::isReady() const {
     return _view.status() == QQuickView::Ready;
+}
+
+void PopoverPanel::fitWindow() {
+    const QQuickItem* const root = _view.rootObject();
+    if (!root)
+        return;
+    const QSize size(qRound(root->width()), qRound(root->height()));
+    // Equal bounds make tiling compositors let the window float.
+    _view.setMinimumSize(size);
+    _view.setMaximumSize(size);
+    _view.resize(size);
+    _view.setMask(_model.shadowMargin() > 0 ? QRegion() : roundedRegion(size, _model.cornerRadius()));
 }
 
 void PopoverPanel::show(const StatusItemAnchor& anchor) {
@@ -76,6 +119,7 @@ void PopoverPanel::show(const StatusItemAnchor& anchor) {
     // A panel that was just hidden counts as active until the window system has taken the keyboard from it;
     // that loss is not the user's turning away from the panel shown now.
     _hadKeyboard = _view.isVisible() && _view.isActive();
+    fitWindow();
     place(anchor);
     _view.show();
     _view.raise();
@@ -84,6 +128,7 @@ void PopoverPanel::show(const StatusItemAnchor& anchor) {
 
 void PopoverPanel::hide() {
     _view.hide();
+    _model.didHide();
 }
 
 bool PopoverPanel::isVisible() const {
@@ -95,11 +140,13 @@ void PopoverPanel::place(const StatusItemAnchor& anchor) {
     if (!screen)
         return;
     const QRect free = screen->availableGeometry();
-    const ScreenPoint corner =
-        PanelPlacement::origin(PanelPlacement::scaled(anchor, describe(*screen)), _view.width(),
-                               _view.height(), {free.x(), free.y(), free.width(), free.height()});
+    // It is the card that has its place; the shadow may reach over the edge of the screen.
+    const int margin = _model.shadowMargin();
+    const ScreenPoint corner = PanelPlacement::origin(PanelPlacement::scaled(anchor, describe(*screen)),
+                                                      _view.width() - 2 * margin, _view.height() - 2 * margin,
+                                                      {free.x(), free.y(), free.width(), free.height()});
     _view.setScreen(screen);
-    _view.setPosition(corner.x, corner.y);
+    _view.setPosition(corner.x - margin, corner.y - margin);
 }
 
 void PopoverPanel::activeChanged() {

@@ -10,6 +10,9 @@
 namespace selvane {
 
 /// The panel as a Qt Quick window. Made at the first opening, hidden and shown again afterwards.
+///
+/// The window is a card and, where the desktop lets windows be clear, a margin around it for the card's
+/// shadow. Without that the card is all of the window, and the window is cut to its rounded corners.
 class PopoverPanel final : public Panel {
 public:
     /// Makes the views known and chooses how they are drawn. Once, before the first window of the process.
@@ -25,6 +28,7 @@ public:
     [[nodiscard]] bool isVisible() const override;
 
 private:
+    void fitWindow();
     void place(const StatusItemAnchor& anchor);
     void activeChanged();
 

@@ -2,7 +2,6 @@
 
 #include "Selvane/App/DateText.h"
 #include "Selvane/UI/QtText.h"
-#include "SelvaneCore/TimeFormat.h"
 
 namespace selvane::PopoverText {
 
@@ -17,12 +16,6 @@ QString sessionStatus(const TimerEngine& engine, const Calendar& calendar, const
         text += QStringLiteral(" · ends ") +
                 timeOfDay(adding(engine.remaining(), engine.now()), calendar, locale);
     return text;
-}
-
-QString today(int minutes, int goalMinutes) {
-    return QStringLiteral("Today: %1 of your %2 goal")
-        .arg(QString::fromStdString(TimeFormat::duration(minutes)),
-             QString::fromStdString(TimeFormat::duration(goalMinutes)));
 }
 
 } // namespace selvane::PopoverText

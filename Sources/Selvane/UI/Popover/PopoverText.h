@@ -14,7 +14,4 @@ namespace selvane::PopoverText {
 [[nodiscard]] QString sessionStatus(const TimerEngine& engine, const Calendar& calendar,
                                     const QLocale& locale);
 
-/// How far the day has come: "Today: 25m of your 50m goal".
-[[nodiscard]] QString today(int minutes, int goalMinutes);
-
 } // namespace selvane::PopoverText

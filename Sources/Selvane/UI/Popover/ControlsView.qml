@@ -1,0 +1,56 @@
+import QtQuick
+import Selvane.Controls
+import Selvane.Popover
+
+/// The three buttons that drive the timer.
+Row {
+    id: root
+
+    required property ControlsModel model
+
+    function focusPrimaryButton() {
+        primaryButton.forceActiveFocus(Qt.OtherFocusReason);
+    }
+
+    spacing: 10
+
+    PillButton {
+        anchors.verticalCenter: parent.verticalCenter
+        text: root.model.resetLabel
+        tooltip: root.model.resetTooltip
+        enabled: root.model.canReset
+        onClicked: {
+            root.model.reset();
+            // This button is out of use now and would keep the keyboard.
+            root.focusPrimaryButton();
+        }
+    }
+
+    PillButton {
+        id: primaryButton
+
+        anchors.verticalCenter: parent.verticalCenter
+        prominent: true
+        focus: true
+        text: root.model.primaryLabel
+        onClicked: root.model.toggle()
+
+        contentItem: CrossFadeText {
+            words: root.model.primaryLabel
+            response: 0.2
+            color: Theme.textOnSolidPrimary
+            font.pixelSize: 14
+            font.weight: Font.DemiBold
+            horizontalAlignment: Text.AlignHCenter
+            verticalAlignment: Text.AlignVCenter
+            Accessible.ignored: true
+        }
+    }
+
+    PillButton {
+        anchors.verticalCenter: parent.verticalCenter
+        text: root.model.skipLabel
+        tooltip: root.model.skipTooltip
+        onClicked: root.model.skip()
+    }
+}

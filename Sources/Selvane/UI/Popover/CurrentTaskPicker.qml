@@ -1,0 +1,91 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Selvane.Controls
+import Selvane.Popover
+
+/// Shows and chooses the task that focus sessions count toward.
+Pressable {
+    id: root
+
+    required property CurrentTaskPickerModel model
+
+    implicitWidth: Math.min(Math.ceil(implicitContentWidth) + leftPadding + rightPadding, 316)
+    implicitHeight: 22
+    leftPadding: 8
+    rightPadding: 8
+    tooltip: menu.isOpen ? "" : model.tooltip
+    accessibleName: model.title
+    onClicked: menu.open()
+
+    background: RoundedShape {
+        radius: 6
+        color: Theme.ink(root.pressed ? 0.12 : root.hovered ? 0.07 : 0)
+        ringed: root.visualFocus
+        ringColor: Theme.focusRing
+    }
+
+    contentItem: Text {
+        text: root.model.title
+        textFormat: Text.PlainText
+        color: Theme.ink(root.model.hasTask ? 0.85 : 0.6)
+        font.pixelSize: Theme.callout
+        maximumLineCount: 1
+        elide: Text.ElideRight
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+    }
+
+    LazyMenu {
+        id: menu
+
+        PopupMenu {
+            title: root.model.tooltip
+            width: Math.min(implicitWidth, 316)
+
+            Repeater {
+                model: root.model.tasks
+
+                PopupMenuItem {
+                    required property string title
+                    required property bool isChecked
+                    required property int index
+
+                    text: title
+                    markable: true
+                    marked: isChecked
+                    onTriggered: root.model.choose(index)
+                }
+            }
+
+            Repeater {
+                model: root.model.hints
+
+                PopupMenuItem {
+                    required property string modelData
+
+                    text: modelData
+                    hint: true
+                }
+            }
+
+            Repeater {
+                model: root.model.noTaskLabels
+
+                PopupMenuSeparator {}
+            }
+
+            Repeater {
+                model: root.model.noTaskLabels
+
+                PopupMenuItem {
+                    required property string modelData
+
+                    text: modelData
+                    markable: true
+                    onTriggered: root.model.chooseNone()
+                }
+            }
+        }
+    }
+}

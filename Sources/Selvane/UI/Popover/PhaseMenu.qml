@@ -1,0 +1,93 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Selvane.Controls
+import Selvane.Popover
+
+/// Shows the phase and, while the timer is idle, selects another.
+Pressable {
+    id: root
+
+    required property PhaseMenuModel model
+
+    implicitHeight: 26
+    leftPadding: 12
+    rightPadding: 12
+    topInset: -4
+    leftInset: -4
+    rightInset: -4
+    bottomInset: -4
+    tooltip: menu.isOpen ? "" : model.tooltip
+    accessibleName: model.accessibleName
+    onClicked: menu.open()
+
+    background: CapsuleSurface {
+        spread: 4
+        interactive: true
+        hovered: root.hovered
+        pressed: root.pressed
+        ringed: root.visualFocus
+    }
+
+    contentItem: Row {
+        spacing: 6
+
+        CrossFadeText {
+            anchors.verticalCenter: parent.verticalCenter
+            words: root.model.title
+            color: Theme.primaryText
+            font.pixelSize: 12
+            font.weight: Font.DemiBold
+            Accessible.ignored: true
+        }
+
+        Symbol {
+            anchors.verticalCenter: parent.verticalCenter
+            name: "chevron.down"
+            size: 8
+            weight: Symbol.Bold
+            color: Theme.secondaryText
+        }
+    }
+
+    LazyMenu {
+        id: menu
+
+        PopupMenu {
+            title: root.model.pickerLabel
+
+            Repeater {
+                model: root.model.phases
+
+                PopupMenuItem {
+                    required property string title
+                    required property bool isChecked
+                    required property int index
+
+                    text: title
+                    markable: true
+                    marked: isChecked
+                    enabled: root.model.canSelect
+                    onTriggered: root.model.select(index)
+                }
+            }
+
+            Repeater {
+                model: root.model.hints
+
+                PopupMenuSeparator {}
+            }
+
+            Repeater {
+                model: root.model.hints
+
+                PopupMenuItem {
+                    required property string modelData
+
+                    text: modelData
+                    hint: true
+                }
+            }
+        }
+    }
+}

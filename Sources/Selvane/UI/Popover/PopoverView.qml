@@ -1,0 +1,136 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Selvane.Popover
+import Selvane.Progress
+import Selvane.Tasks
+
+/// What opens from the status area: a column that holds everything needed during a working day. Its height is always
+/// the same.
+Item {
+    id: root
+
+    required property PopoverModel model
+    property int tab: PopoverModel.Tasks
+
+    function focusPrimaryButton() {
+        controls.focusPrimaryButton();
+    }
+
+    implicitWidth: 348
+    implicitHeight: column.implicitHeight
+    width: implicitWidth
+    height: implicitHeight
+
+    Shortcut {
+        sequence: root.model.tasksShortcut
+        onActivated: root.tab = PopoverModel.Tasks
+    }
+
+    Shortcut {
+        sequence: root.model.progressShortcut
+        onActivated: root.tab = PopoverModel.Progress
+    }
+
+    Shortcut {
+        sequence: root.model.header.statisticsShortcut
+        onActivated: root.model.header.openStatistics()
+    }
+
+    Shortcut {
+        sequence: root.model.header.settingsShortcut
+        onActivated: root.model.header.openSettings()
+    }
+
+    Shortcut {
+        sequence: root.model.header.quitShortcut
+        onActivated: root.model.header.quit()
+    }
+
+    // A press beside the controls ends what is being typed.
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.AllButtons
+        onPressed: controls.focusPrimaryButton()
+    }
+
+    ColumnLayout {
+        id: column
+
+        anchors.fill: parent
+        spacing: 0
+
+        HeaderView {
+            Layout.fillWidth: true
+            Layout.leftMargin: 16
+            Layout.rightMargin: 16
+            Layout.topMargin: 20
+            model: root.model.header
+            phaseMenu: root.model.phaseMenu
+        }
+
+        SessionStatusRow {
+            Layout.alignment: Qt.AlignHCenter
+            Layout.topMargin: 12
+            words: root.model.sessionStatus
+        }
+
+        TimerSection {
+            Layout.alignment: Qt.AlignHCenter
+            Layout.topMargin: 12
+            model: root.model
+        }
+
+        ControlsView {
+            id: controls
+
+            Layout.alignment: Qt.AlignHCenter
+            Layout.topMargin: 20
+            model: root.model.controls
+        }
+
+        MusicRow {
+            Layout.fillWidth: true
+            Layout.leftMargin: 16
+            Layout.rightMargin: 16
+            Layout.topMargin: 20
+            model: root.model.music
+        }
+
+        TabSwitcher {
+            Layout.fillWidth: true
+            Layout.leftMargin: 16
+            Layout.rightMargin: 16
+            Layout.topMargin: 12
+            items: [root.model.tasksTitle, root.model.progressTitle]
+            currentIndex: root.tab
+            tooltip: root.model.tabTooltip
+            onChosen: tab => root.tab = tab
+        }
+
+        Item {
+            Layout.fillWidth: true
+            Layout.preferredHeight: 236
+
+            TabPage {
+                selected: root.tab === PopoverModel.Tasks
+
+                TaskListView {
+                    anchors.fill: parent
+                    tasks: root.model.tasks
+                    onReleased: controls.focusPrimaryButton()
+                }
+            }
+
+            TabPage {
+                selected: root.tab === PopoverModel.Progress
+
+                ProgressTab {
+                    anchors.fill: parent
+                    model: root.model.progress
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,11 @@
+import QtQuick
+import Selvane.Controls
+
+/// Where the timer is in its cycle.
+CrossFadeText {
+    id: root
+
+    color: Theme.secondaryText
+    font.pixelSize: 12
+    font.weight: Font.Medium
+}

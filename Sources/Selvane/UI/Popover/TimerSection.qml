@@ -1,0 +1,36 @@
+import QtQuick
+import Selvane.Popover
+import Selvane.Timer
+
+/// The timer's face, the task that it counts for, and the one line that says what matters now.
+Item {
+    id: root
+
+    required property PopoverModel model
+
+    implicitWidth: 316
+    implicitHeight: note.y + note.height
+
+    TimerFace {
+        id: face
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        model: root.model.face
+    }
+
+    CurrentTaskPicker {
+        id: picker
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: face.height + 4
+        model: root.model.taskPicker
+    }
+
+    SessionNote {
+        id: note
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: picker.y + picker.height + 2
+        model: root.model.note
+    }
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+namespace selvane {
+
+/// The main window, as the rest of the program commands it. Main thread.
+class WindowCoordinator {
+public:
+    virtual ~WindowCoordinator() = default;
+
+    /// Opens the window at the settings.
+    virtual void showSettings() = 0;
+    /// Opens the window at the model's pane, in front of everything and with the keyboard.
+    virtual void bringForward() = 0;
+};
+
+} // namespace selvane
