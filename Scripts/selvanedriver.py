@@ -143,30 +143,21 @@ class Selvane:
         time.sleep(seconds)
         return not self.panel
 
-    def click_control(self, number):
-        """Clicks one of the three controls with the mouse: 0 is Reset, 1 the primary button, 2 Skip."""
-        panel = self.panel
-        picture = self.desktop.picture(panel).convert("L")
-        ground = picture.getpixel((panel.width // 2, panel.height - 4))
+    # What it shows, as assistive technology is told. Needs a desktop that is accessible.
 
-        def is_ink(x, y):
-            return abs(picture.getpixel((x, y)) - ground) > 128
+    def control(self, name, role=None):
+        """What the program shows under that accessible name, once it does."""
+        return wait(f"a control named {name!r}", lambda: self._check_alive() and self.find_control(name, role))
 
-        # The primary button is the lowest thing in the panel that is solid for more than the height of a letter.
-        x = panel.width // 2 - 45
-        solid = 0
-        for y in range(panel.height - 4, 0, -1):
-            solid = solid + 1 if is_ink(x, y) else 0
-            if solid == 24:
-                break
-        else:
-            raise Failure("the panel shows no primary button")
-        middle = y + 8
-        left = x
-        while is_ink(left - 1, middle):
-            left -= 1
-        offset = (-40, panel.width // 2 - left, panel.width - 2 * left + 40)[number]
-        self.desktop.click(panel.x + left + offset, panel.y + middle)
+    def find_control(self, name, role=None):
+        """The same, or None if there is nothing of that name now."""
+        shown = self.desktop.shown(self.process)
+        return shown and shown.find(name, role)
+
+    def click_control(self, name, role=None, button=1):
+        """Clicks it with the mouse, in its middle."""
+        x, y, width, height = self.control(name, role).area
+        self.desktop.click(x + width // 2, y + height // 2, button)
 
     def press_primary(self):
         """Presses the primary button, which has the keyboard in a panel just opened."""
