@@ -26,11 +26,11 @@ T.AbstractButton {
 
     Accessible.role: Accessible.CheckBox
     Accessible.name: accessibleName
-    Accessible.description: tooltip
+    Accessible.description: enabled ? tooltip : Theme.unavailable
     Accessible.checkable: true
     Accessible.checked: checked
-    Accessible.onPressAction: root.flip()
-    Accessible.onToggleAction: root.flip()
+    Accessible.onPressAction: if (root.enabled) root.flip()
+    Accessible.onToggleAction: if (root.enabled) root.flip()
 
     contentItem: Text {
         text: root.text

@@ -10,7 +10,7 @@ KeyboardStop {
     required property int currentIndex
     property real minHeight: 24
     property string tooltip: ""
-    property string accessibleName: ""
+    property string accessibleName: items[currentIndex] ?? ""
     /// Draws an item; PillTabLabel and what is made of it.
     property Component label: PillTabLabel {}
 

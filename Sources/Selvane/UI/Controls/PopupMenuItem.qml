@@ -26,10 +26,10 @@ T.MenuItem {
 
     Accessible.role: Accessible.MenuItem
     Accessible.name: text
-    Accessible.description: shortcut
+    Accessible.description: enabled || hint ? shortcut : Theme.unavailable
     Accessible.checkable: markable
     Accessible.checked: marked
-    Accessible.onPressAction: root.clicked()
+    Accessible.onPressAction: if (root.enabled) root.clicked()
 
     contentItem: PopupMenuLabel {
         text: root.text

@@ -20,8 +20,8 @@ T.AbstractButton {
 
     Accessible.role: Accessible.Button
     Accessible.name: accessibleName
-    Accessible.description: tooltip
-    Accessible.onPressAction: root.clicked()
+    Accessible.description: enabled ? tooltip : Theme.unavailable
+    Accessible.onPressAction: if (root.enabled) root.clicked()
 
     HoverTip {
         text: root.tooltip

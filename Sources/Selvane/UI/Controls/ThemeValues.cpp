@@ -20,6 +20,10 @@ void ThemeValues::setLook(Look* look) {
     lookChanged();
 }
 
+QString ThemeValues::unavailable() const {
+    return QStringLiteral("Not available now");
+}
+
 bool ThemeValues::dark() const {
     return _look && _look->isDark();
 }

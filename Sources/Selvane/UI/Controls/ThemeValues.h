@@ -26,6 +26,8 @@ class ThemeValues : public QObject {
     /// What capsules are made of.
     Q_PROPERTY(selvane::Look::Glass glass READ glass NOTIFY changed FINAL)
 
+    /// What a screen reader says of a control that can't be used now. Qt 6.4 has no state for that in views.
+    Q_PROPERTY(QString unavailable READ unavailable CONSTANT FINAL)
     /// The program's font, for what would take the desktop's instead.
     Q_PROPERTY(QString fontFamily READ fontFamily NOTIFY changed FINAL)
 
@@ -57,6 +59,7 @@ public:
     [[nodiscard]] Look* look() const { return _look; }
     void setLook(Look* look);
 
+    [[nodiscard]] QString unavailable() const;
     [[nodiscard]] bool dark() const;
     [[nodiscard]] bool highContrast() const;
     [[nodiscard]] bool reducesMotion() const;
