@@ -34,6 +34,8 @@ Pressable {
 
         CrossFadeText {
             anchors.verticalCenter: parent.verticalCenter
+            // At scale 2 half a pixel is one.
+            anchors.alignWhenCentered: false
             words: root.model.title
             color: Theme.primaryText
             font.pixelSize: 12
