@@ -12,8 +12,8 @@ T.TextField {
     implicitHeight: Math.ceil(Math.max(contentHeight, placeholder.implicitHeight) + topPadding + bottomPadding)
     color: enabled ? Theme.primaryText : Theme.tertiaryText
     placeholderTextColor: Theme.secondaryText
-    selectionColor: Theme.solidPrimary
-    selectedTextColor: Theme.textOnSolidPrimary
+    selectionColor: Theme.ink(0.18)
+    selectedTextColor: Theme.primaryText
     selectByMouse: true
     // Controls take the desktop's font, text the program's.
     font.family: Theme.fontFamily

@@ -40,6 +40,7 @@ IconButton {
 
         PopupMenu {
             title: root.model.moreLabel
+            x: root.width - width
 
             PopupMenuItem {
                 text: root.model.statisticsLabel

@@ -25,7 +25,7 @@ Pressable {
         spread: 4
         interactive: true
         hovered: root.hovered
-        pressed: root.pressed
+        pressed: root.pressed || menu.isOpen
         ringed: root.visualFocus
     }
 

@@ -183,6 +183,17 @@ FocusScope {
             }
         }
 
+        EdgeFade {
+            anchors.top: list.top
+            visible: list.visible && !list.atYBeginning
+            rotation: 180
+        }
+
+        EdgeFade {
+            anchors.bottom: list.bottom
+            visible: list.visible && !list.atYEnd
+        }
+
         // Each menu exists only while it is open.
         Repeater {
             model: input.menu === TaskListInput.OpenTaskMenu ? 1 : 0

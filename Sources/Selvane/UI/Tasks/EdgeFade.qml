@@ -1,0 +1,23 @@
+import QtQuick
+import Selvane.Controls
+
+/// Lets rows fade at the lower edge of a list that goes on beyond it.
+Rectangle {
+    id: root
+
+    width: parent.width
+    height: 16
+    Accessible.ignored: true
+
+    gradient: Gradient {
+        GradientStop {
+            position: 0
+            color: Qt.alpha(Theme.surface, 0)
+        }
+
+        GradientStop {
+            position: 1
+            color: Theme.surface
+        }
+    }
+}
