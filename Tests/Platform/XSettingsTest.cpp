@@ -5,6 +5,8 @@
 #include "Support/XServer.h"
 #include "XSettingsBytes.h"
 
+#include <QtCore/QAbstractEventDispatcher>
+
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -102,6 +104,22 @@ TEST_F(XSettingsTest, WithTheServerGoTheSettings) {
     _server.stop();
     EXPECT_TRUE(becomes({}));
     EXPECT_EQ(_changes, 1);
+}
+
+TEST_F(XSettingsTest, AfterTheServerNothingIsLeftToDo) {
+    open();
+    _server.stop();
+    // A turn of the main loop that finds nothing to do.
+    auto& loop = *QAbstractEventDispatcher::instance();
+    EXPECT_TRUE(waitUntil(
+        [&] {
+            int turns = 0;
+            while (loop.processEvents(QEventLoop::AllEvents) && turns < 100)
+                ++turns;
+            return turns < 100;
+        },
+        std::chrono::seconds{2}));
+    EXPECT_EQ(_changes, 0);
 }
 
 TEST(XSettingsWithoutServer, AreNone) {

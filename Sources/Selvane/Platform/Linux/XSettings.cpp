@@ -106,11 +106,8 @@ private:
             valuesChanged = valuesChanged || isOfNewValues(*event);
         }
         if (xcb_connection_has_error(_xcb) != 0) {
-            if (_notifier != nullptr)
-                _notifier->setEnabled(false);
-            _window = nothing;
-            managerChanged = false;
-            valuesChanged = true;
+            lose();
+            return;
         }
         if (managerChanged)
             findManager();
@@ -118,6 +115,18 @@ private:
             return;
         XSettingValues values = read();
         handleLater();
+        take(std::move(values));
+    }
+
+    /// Nothing comes through a lost connection any more, not even its end a second time.
+    void lose() {
+        if (_notifier != nullptr)
+            _notifier->setEnabled(false);
+        _window = nothing;
+        take({});
+    }
+
+    void take(XSettingValues values) {
         if (std::exchange(_values, std::move(values)) != _values && _owner.onChange)
             _owner.onChange();
     }
