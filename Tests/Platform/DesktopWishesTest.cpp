@@ -85,6 +85,8 @@ INSTANTIATE_TEST_SUITE_P(
         Desktop{"ThemeEndsInDark", {}, theme("Greybird-dark"), Palette::light, dark},
         Desktop{"ThemeEndsInCapitalDark", {}, theme("Arc-Dark"), Palette::light, dark},
         Desktop{"ThemeVariantDark", {}, theme("Adwaita:dark"), Palette::light, dark},
+        Desktop{"ThemeIsDarkWithAnAccent", {}, theme("Mint-Y-Dark-Aqua"), Palette::light, dark},
+        Desktop{"ThemeIsDarkerWithAnAccent", {}, theme("Arc-Darker-solid"), Palette::light, none},
         Desktop{"ThemeBeginsWithDark", {}, theme("dark-Adwaita"), Palette::light, none},
         Desktop{"ThemeEndsInDarker", {}, theme("Arc-Darker"), Palette::light, none},
         Desktop{"ThemeCalledDark", {}, theme("dark"), Palette::light, none},

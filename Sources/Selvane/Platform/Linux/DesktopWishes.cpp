@@ -66,7 +66,8 @@ std::string lowerCase(std::string text) {
 
 bool isDarkTheme(const std::string& name) {
     const std::string lower = lowerCase(name);
-    return lower.ends_with("-dark") || lower.ends_with(":dark") || name == darkHighContrastTheme;
+    return lower.ends_with("-dark") || lower.ends_with(":dark") ||
+           lower.find("-dark-") != std::string::npos || name == darkHighContrastTheme;
 }
 
 bool isDark(const PortalValues& portal, const XSettingValues& xsettings, DesktopWishes::Palette palette) {

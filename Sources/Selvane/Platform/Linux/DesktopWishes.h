@@ -20,20 +20,25 @@ struct DesktopWishes {
     /// The groups of the portal's settings that `from` looks at.
     static QStringList portalGroups();
 
-    /// What the desktop wishes, put together from all that it tells, in this order:
+    /// What the desktop wishes, put together from all that it tells. Of each wish the first source that says
+    /// something counts.
     ///
-    /// | wish     | settings portal                                  | XSETTINGS                            |
-    /// else |
-    /// |----------|--------------------------------------------------|--------------------------------------|------|
-    /// | dark     | org.freedesktop.appearance color-scheme          | Net/ThemeName "...-dark", "...:dark" |
-    /// the  | |          | 1: yes, 2: no                                    | or "HighContrastInverse", |
-    /// pal- | |          |                                                  | Gtk/ApplicationPreferDarkTheme
-    /// 1     | ette | | contrast | org.freedesktop.appearance contrast 1            | Net/ThemeName
-    /// "HighContrast" or      | no   | |          | org.gnome.desktop.a11y.interface high-contrast   |
-    /// "HighContrastInverse"                |      | | less     | org.freedesktop.appearance reduced-motion 1
-    /// | Gtk/EnableAnimations 0               | no   | | motion   | org.gnome.desktop.interface
-    /// enable-animations no |                                      |      | |          |
-    /// org.kde.kdeglobals.KDE AnimationDurationFactor 0 |                                      |      |
+    /// Dark:
+    /// 1. portal, org.freedesktop.appearance color-scheme: 1 is yes, 2 is no;
+    /// 2. XSETTINGS, Net/ThemeName: "...-dark", "...-dark-...", "...:dark" and "HighContrastInverse" are yes;
+    /// 3. XSETTINGS, Gtk/ApplicationPreferDarkTheme: 1 is yes;
+    /// 4. the palette.
+    ///
+    /// High contrast, otherwise no:
+    /// 1. portal, org.freedesktop.appearance contrast: 1 is yes;
+    /// 2. portal, org.gnome.desktop.a11y.interface high-contrast: true is yes;
+    /// 3. XSETTINGS, Net/ThemeName: "HighContrast" and "HighContrastInverse" are yes.
+    ///
+    /// Less motion, otherwise no:
+    /// 1. portal, org.freedesktop.appearance reduced-motion: 1 is yes;
+    /// 2. portal, org.gnome.desktop.interface enable-animations: false is yes;
+    /// 3. portal, org.kde.kdeglobals.KDE AnimationDurationFactor: 0 is yes;
+    /// 4. XSETTINGS, Gtk/EnableAnimations: 0 is yes.
     ///
     /// All that isn't named here says nothing, neither yes nor no: the next source is asked. So does a value
     /// of a type other than the portal documents.
