@@ -1,5 +1,6 @@
 """Uses Selvane on a virtual desktop as a person would: looks for the dial, clicks it, presses keys in the panel."""
 
+import datetime
 import json
 import pathlib
 import signal
@@ -32,6 +33,44 @@ class Selvane:
     def sessions(self):
         """The recorded history; empty as long as there is no file."""
         return json.loads(self.sessions_file.read_text()) if self.sessions_file.exists() else []
+
+    # What the user did before; to be told before a start
+
+    def have_sessions(self, sessions):
+        """Writes a history of focus sessions, each a moment and a number of minutes."""
+        records = []
+        for number, (start, minutes) in enumerate(sorted(sessions)):
+            end = start + datetime.timedelta(minutes=minutes)
+            records.append({"id": f"00000000-0000-0000-0000-{number:012}", "phase": "focus", "completed": True,
+                            "start": self._moment(start), "end": self._moment(end), "plannedSeconds": minutes * 60,
+                            "actualSeconds": minutes * 60})
+        self._write("sessions.json", records)
+
+    def have_tasks(self, tasks):
+        """Writes a list of tasks, each a title, whether it is done, the sessions it takes and those it got. Gives
+        their ids."""
+        now = datetime.datetime.now(datetime.timezone.utc)
+        items = [{"id": f"00000000-0000-0000-0001-{number:012}", "title": title, "isDone": is_done,
+                  "createdAt": self._moment(now), "estimatedPomodoros": estimate, "completedPomodoros": credited}
+                 | ({"completedAt": self._moment(now)} if is_done else {})
+                 for number, (title, is_done, estimate, credited) in enumerate(tasks)]
+        self._write("tasks.json", {"items": items})
+        return [item["id"] for item in items]
+
+    def have_settings(self, **values):
+        """Writes settings, whole numbers, truths and texts."""
+        names = {bool: "bool", int: "int", str: "string"}
+        file = self.desktop.home / ".config/com.lorbin.selvane.json"
+        file.write_text(json.dumps({key: {"type": names[type(value)], "value": value}
+                                    for key, value in values.items()}))
+
+    @staticmethod
+    def _moment(moment):
+        return f"{moment:%Y-%m-%dT%H:%M:%SZ}"
+
+    def _write(self, name, value):
+        self.data_folder.mkdir(mode=0o700, parents=True, exist_ok=True)
+        (self.data_folder / name).write_text(json.dumps(value))
 
     # The process
 

@@ -25,7 +25,7 @@ import time
 
 import dbus
 import dbus.bus
-from PIL import ImageChops, ImageGrab
+from PIL import Image, ImageChops, ImageGrab
 import Xlib.display
 import Xlib.error
 import Xlib.ext.xtest
@@ -162,7 +162,8 @@ class Desktop:
     def __init__(self, tray=None, *, dark=None, scale=1, size=(1280, 800), folder=None, background="#5b6773",
                  accessible=False, compositor=False):
         """`tray` is "notifier" (a host of status notifier items), "xembed" (a tray that embeds windows) or None.
-        `dark` None means a desktop that doesn't say whether it is dark; otherwise a settings portal says so. With
+        `dark` None means a desktop that doesn't say whether it is dark; otherwise a settings portal says so.
+        `background` is a colour, or a picture that is repeated. With
         `compositor` windows can be translucent. With `accessible` programs tell the accessibility bus what they
         show, and `texts` can be asked for it."""
         self.tray = tray
@@ -345,10 +346,11 @@ class Desktop:
         self._display.sync()
 
     def _paint_background(self):
-        colour = self._screen.default_colormap.alloc_named_color(self.background)
-        pixmap = self._root.create_pixmap(1, 1, self._screen.root_depth)
-        context = pixmap.create_gc(foreground=colour.pixel)
-        pixmap.fill_rectangle(context, 0, 0, 1, 1)
+        picture = self.background
+        if isinstance(picture, str):
+            picture = Image.new("RGB", (1, 1), picture)
+        pixmap = self._root.create_pixmap(*picture.size, self._screen.root_depth)
+        pixmap.put_pil_image(pixmap.create_gc(), 0, 0, picture)
         self._root.change_attributes(background_pixmap=pixmap)
         self._root.clear_area()
         # Compositors and translucent trays look for the background here.
