@@ -1,11 +1,12 @@
 import QtQuick
 import Selvane.Controls
 
-/// Lets rows fade at the lower edge of a list that goes on beyond it.
+/// Lets rows fade at the lower edge of a list that goes on beyond it. The edge of the card beside them stays.
 Rectangle {
     id: root
 
-    width: parent.width
+    x: 1
+    width: parent.width - 2
     height: 16
     Accessible.ignored: true
 
