@@ -1,0 +1,160 @@
+#include "PictureComparison.h"
+#include "Scenes.h"
+#include "Stage.h"
+
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQmlListReference>
+#include <QQuickItem>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <set>
+
+namespace selvane::test {
+namespace {
+
+using std::filesystem::path;
+
+const path keptFolder = SELVANE_KEPT_PICTURES;
+const path differingFolder = SELVANE_DIFFERING_PICTURES;
+
+int scaleOfProcess() {
+    return std::max(1, qEnvironmentVariableIntValue("QT_SCALE_FACTOR"));
+}
+
+QImage load(const path& file) {
+    return QImage(QString::fromStdString(file.string()));
+}
+
+path save(const QImage& picture, const path& folder, const std::string& name) {
+    std::filesystem::create_directories(folder);
+    const path file = folder / name;
+    EXPECT_TRUE(picture.save(QString::fromStdString(file.string()))) << file;
+    return file;
+}
+
+/// Those of which a picture is kept at the scale of this process.
+std::vector<Scene> scenesOfProcess() {
+    std::vector<Scene> wanted = scenes();
+    if (scaleOfProcess() != 1)
+        std::erase_if(wanted, [](const Scene& scene) { return scene.scales == Scene::Scales::one; });
+    return wanted;
+}
+
+class PictureTest : public testing::TestWithParam<Scene> {};
+
+/// With the folder that `SELVANE_KEEP_PICTURES` names, the picture is written there instead.
+TEST_P(PictureTest, LooksAsKept) {
+    const int scale = scaleOfProcess();
+    Stage stage;
+    play(GetParam(), stage);
+    if (HasFatalFailure())
+        return;
+    const QImage actual = stage.picture();
+    ASSERT_EQ(actual.size(), stage.window().size() * scale);
+    const std::string name = fileName(GetParam(), scale);
+
+    if (const QByteArray keep = qgetenv("SELVANE_KEEP_PICTURES"); !keep.isEmpty()) {
+        save(actual, keep.toStdString(), name);
+        return;
+    }
+    const QImage kept = load(keptFolder / name);
+    ASSERT_FALSE(kept.isNull()) << "there is no kept picture of it; it looks as in "
+                                << save(actual, differingFolder, name);
+    const PictureDifference difference(kept, actual, scale);
+    if (!difference.passes()) {
+        const std::string stem = path(name).stem().string();
+        ADD_FAILURE() << name << ' ' << difference.text()
+                      << "\n  now:        " << save(actual, differingFolder, name) << "\n  difference: "
+                      << save(difference.picture(), differingFolder, stem + "-difference.png");
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Popover, PictureTest, testing::ValuesIn(scenesOfProcess()), [](const auto& scene) {
+    std::string name = scene.param.name;
+    std::ranges::replace(name, '-', '_');
+    return name;
+});
+
+TEST(KeptPicturesTest, EachIsOfAScene) {
+    std::set<std::string> wanted;
+    for (const Scene& scene : scenes()) {
+        wanted.insert(fileName(scene, 1));
+        if (scene.scales == Scene::Scales::both)
+            wanted.insert(fileName(scene, 2));
+    }
+    std::set<std::string> found;
+    for (const auto& file : std::filesystem::directory_iterator(keptFolder))
+        found.insert(file.path().filename().string());
+    EXPECT_EQ(found, wanted);
+}
+
+/// That a view which is a little off makes its picture differ.
+class SpoiledPictureTest : public testing::Test {
+protected:
+    SpoiledPictureTest() {
+        const auto scene = std::ranges::find(scenes(), "ring-running", &Scene::name);
+        play(*scene, stage);
+        right = stage.picture();
+        collectTexts(stage.window().contentItem());
+    }
+
+    void collectTexts(QQuickItem* item) {
+        if (!item->isVisible() || item->opacity() == 0)
+            return;
+        if (item->inherits("QQuickText") && item->width() > 0 &&
+            !item->property("text").toString().trimmed().isEmpty())
+            texts.push_back(item);
+        for (QQuickItem* const child : item->childItems())
+            collectTexts(child);
+    }
+
+    /// What moves the item from the place that its anchors or its layout give it.
+    std::unique_ptr<QObject> shiftOf(QQuickItem* item) {
+        QQmlComponent component(stage.window().engine());
+        component.setData("import QtQuick; Translate {}", {});
+        std::unique_ptr<QObject> shift(component.create());
+        EXPECT_TRUE(QQmlListReference(item, "transform").append(shift.get()));
+        return shift;
+    }
+
+    /// Whether the picture differs now.
+    [[nodiscard]] bool isSeen() {
+        return !PictureDifference(right, stage.picture(), scaleOfProcess()).passes();
+    }
+
+    Stage stage;
+    QImage right;
+    std::vector<QQuickItem*> texts;
+};
+
+TEST_F(SpoiledPictureTest, AnyTextThatMovedByAPixelIsSeen) {
+    ASSERT_GE(texts.size(), 10U);
+    for (QQuickItem* const text : texts) {
+        const auto shift = shiftOf(text);
+        for (const char* const axis : {"x", "y"}) {
+            shift->setProperty(axis, 1);
+            EXPECT_TRUE(isSeen()) << axis << " of " << text->property("text").toString().toStdString();
+            shift->setProperty(axis, 0);
+        }
+    }
+    EXPECT_FALSE(isSeen()) << "all is back in its place";
+}
+
+TEST_F(SpoiledPictureTest, AnyTextThatFadedByATenthIsSeen) {
+    ASSERT_GE(texts.size(), 10U);
+    for (QQuickItem* const text : texts) {
+        const double opacity = text->opacity();
+        text->setOpacity(opacity * 0.9);
+        EXPECT_TRUE(isSeen()) << text->property("text").toString().toStdString();
+        text->setOpacity(opacity);
+    }
+    EXPECT_FALSE(isSeen()) << "all is as it was";
+}
+
+} // namespace
+} // namespace selvane::test

@@ -1,0 +1,78 @@
+#include "Stage.h"
+
+#include "Selvane/App/AppSettings.h"
+#include "Selvane/UI/Popover/PopoverPanel.h"
+
+#include <QAccessible>
+#include <QGuiApplication>
+#include <QTest>
+
+namespace selvane::test {
+
+namespace {
+
+QAccessibleInterface* find(QAccessibleInterface* item, const QString& name) {
+    if (item->text(QAccessible::Name) == name && item->actionInterface())
+        return item;
+    for (int index = 0; index < item->childCount(); ++index) {
+        if (QAccessibleInterface* const found = find(item->child(index), name))
+            return found;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+Stage::Stage() {
+    harness.launch();
+    appearance.setReducesMotion(true);
+    appearance.setComposited(true);
+}
+
+Stage::~Stage() = default;
+
+AppSettings& Stage::settings() {
+    return model().settings();
+}
+
+TimerEngine& Stage::engine() {
+    return model().engine();
+}
+
+void Stage::open() {
+    _panel = std::make_unique<PopoverPanel>(PanelContext{&model(), &appearance, &harness.scheduler});
+    ASSERT_TRUE(_panel->isReady());
+    _window = qobject_cast<QQuickView*>(QGuiApplication::topLevelWindows().constFirst());
+    ASSERT_NE(_window, nullptr);
+    // What is clear shows what lies behind: a plain desktop.
+    _window->setColor(appearance.isDark() ? QColor(0x40, 0x40, 0x40) : QColor(0xca, 0xca, 0xca));
+    _panel->show({});
+    ASSERT_TRUE(QTest::qWaitForWindowActive(_window));
+}
+
+void Stage::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(_window, key, modifiers);
+}
+
+void Stage::pressControl(const std::string& name) {
+    QAccessibleInterface* const control =
+        find(QAccessible::queryAccessibleInterface(_window), QString::fromStdString(name));
+    ASSERT_NE(control, nullptr) << name;
+    control->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+}
+
+QImage Stage::picture() {
+    constexpr int enough = 3;
+    int same = 0;
+    QImage last = _window->grabWindow();
+    const bool rested = QTest::qWaitFor([&] {
+        const QImage now = _window->grabWindow();
+        same = now == last ? same + 1 : 0;
+        last = now;
+        return same == enough;
+    });
+    EXPECT_TRUE(rested) << "the popover doesn't come to rest";
+    return last;
+}
+
+} // namespace selvane::test
