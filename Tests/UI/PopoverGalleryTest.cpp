@@ -14,11 +14,11 @@
 namespace selvane {
 namespace {
 
-/// Draws the popover in its states into the folder that SELVANE_POPOVER_PICTURES names, to be looked at.
+/// Draws the popover in its states into the folder that SELVANE_GALLERY names, to be looked at.
 TEST(PopoverGallery, DrawsEveryState) {
-    const QString folder = qEnvironmentVariable("SELVANE_POPOVER_PICTURES");
+    const QString folder = qEnvironmentVariable("SELVANE_GALLERY");
     if (folder.isEmpty())
-        GTEST_SKIP() << "SELVANE_POPOVER_PICTURES names no folder";
+        GTEST_SKIP() << "SELVANE_GALLERY names no folder";
     QGuiApplication::setFont(QFont(QStringLiteral("Inter")));
 
     struct Scene {
