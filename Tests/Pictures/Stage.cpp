@@ -11,6 +11,9 @@ namespace selvane::test {
 
 namespace {
 
+/// How long something may take, in milliseconds, with sanitizers and on a machine that has much else to do.
+constexpr int patience = 60'000;
+
 QAccessibleInterface* find(QAccessibleInterface* item, const QString& name) {
     if (item->text(QAccessible::Name) == name && item->actionInterface())
         return item;
@@ -47,7 +50,7 @@ void Stage::open() {
     // What is clear shows what lies behind: a plain desktop.
     _window->setColor(appearance.isDark() ? QColor(0x40, 0x40, 0x40) : QColor(0xca, 0xca, 0xca));
     _panel->show({});
-    ASSERT_TRUE(QTest::qWaitForWindowActive(_window));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(_window, patience));
 }
 
 void Stage::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
@@ -65,12 +68,14 @@ QImage Stage::picture() {
     constexpr int enough = 3;
     int same = 0;
     QImage last = _window->grabWindow();
-    const bool rested = QTest::qWaitFor([&] {
-        const QImage now = _window->grabWindow();
-        same = now == last ? same + 1 : 0;
-        last = now;
-        return same == enough;
-    });
+    const bool rested = QTest::qWaitFor(
+        [&] {
+            const QImage now = _window->grabWindow();
+            same = now == last ? same + 1 : 0;
+            last = now;
+            return same == enough;
+        },
+        patience);
     EXPECT_TRUE(rested) << "the popover doesn't come to rest";
     return last;
 }
