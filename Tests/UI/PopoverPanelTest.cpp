@@ -446,12 +446,14 @@ TEST_F(PopoverPanelTest, CardStandsAtTheSamePlaceWithAndWithoutItsShadow) {
     EXPECT_EQ(window->position() + QPoint(1, 1) * PanelPlacement::shadowMargin, card);
 }
 
-TEST_F(PopoverPanelTest, PressInTheClearMarginTurnsAway) {
+TEST_F(PopoverPanelTest, ClickInTheClearMarginTurnsAwayOnceItIsReleased) {
     appearance.setComposited(true);
     panel.hide();
     panel.show({});
     ASSERT_TRUE(QTest::qWaitForWindowActive(window));
-    QTest::mouseClick(window, Qt::LeftButton, {}, QPoint(5, 200));
+    QTest::mousePress(window, Qt::LeftButton, {}, QPoint(5, 200));
+    EXPECT_EQ(turnedAway, 0);
+    QTest::mouseRelease(window, Qt::LeftButton, {}, QPoint(5, 200));
     EXPECT_EQ(turnedAway, 1);
     QTest::mouseClick(window, Qt::LeftButton, {},
                       QPoint(PanelPlacement::shadowMargin + 5, PanelPlacement::shadowMargin + 5));

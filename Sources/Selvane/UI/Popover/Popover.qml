@@ -33,10 +33,12 @@ FocusScope {
         }
     }
 
+    // The shadow may lie over the status area. Closed by the press alone, the panel would leave the release to the
+    // status item below, which takes that for a click and opens it again.
     MouseArea {
         anchors.fill: parent
         acceptedButtons: Qt.AllButtons
-        onPressed: root.model.turnAway()
+        onReleased: root.model.turnAway()
     }
 
     PopoverBackdrop {
