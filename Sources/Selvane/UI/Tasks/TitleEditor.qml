@@ -12,7 +12,8 @@ PlainTextField {
     placeholderText: tasks.titlePlaceholder
     text: tasks.draft
 
-    onTextEdited: tasks.draft = text
+    // Assistive technology sets a text without typing it.
+    onTextChanged: tasks.draft = text
     onAccepted: tasks.commitRename()
     onActiveFocusChanged: if (!activeFocus) tasks.commitRename()
 

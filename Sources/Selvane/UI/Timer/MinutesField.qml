@@ -38,7 +38,8 @@ Item {
         Accessible.role: Accessible.EditableText
         Accessible.name: root.draft.label
 
-        onTextEdited: root.draft.text = text
+        // Assistive technology sets a text without typing it.
+        onTextChanged: root.draft.text = text
         onAccepted: root.draft.save()
         onActiveFocusChanged: root.draft.focusChanged(activeFocus)
         Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape
