@@ -51,6 +51,8 @@ FocusScope {
     Accessible.name: title
     Accessible.description: description
     Accessible.focusable: true
+    // A row that waits isn't drawn, but would be told.
+    Accessible.ignored: !inUse
     Accessible.onPressAction: root.input.requestMenu(root.index)
 
     Item {
@@ -60,6 +62,7 @@ FocusScope {
         y: root.isLifted ? root.input.liftedY - root.y : 0
         width: root.width
         height: root.height
+        visible: root.inUse
 
         RoundedShape {
             anchors.fill: parent
