@@ -84,6 +84,21 @@ class Node:
         return [Node(self._tree, owner, path) for owner, path in self._call(ACCESSIBLE, "GetChildren")]
 
     @property
+    def shown_children(self):
+        """Those that aren't hidden; none of something that is gone."""
+        try:
+            return [child for child in self.children if child.is_shown]
+        except Gone:
+            return []
+
+    @property
+    def is_shown(self):
+        try:
+            return "showing" in self.states
+        except Gone:
+            return False
+
+    @property
     def area(self):
         """Where it lies on the screen: x, y, width, height."""
         return tuple(int(number) for number in self._call(COMPONENT, "GetExtents", "u", SCREEN))
@@ -124,13 +139,10 @@ class Node:
         return bool(self._call(COMPONENT, "GrabFocus"))
 
     def all(self):
-        """It and everything inside of it, from the outside in. Leaves out what goes meanwhile."""
+        """It and everything shown inside of it, from the outside in. Programs also tell of what is hidden, with the
+        state saying so; screen readers skip that, and so does this, with what goes meanwhile."""
         yield self
-        try:
-            children = self.children
-        except Gone:
-            return
-        for child in children:
+        for child in self.shown_children:
             yield from child.all()
 
     def find_all(self, name=None, role=None):
@@ -159,14 +171,15 @@ class Node:
         return found[0] if found else None
 
     def focused(self):
-        """What has the keyboard, or None."""
+        """What has the keyboard, or None. What it lies in has it too, so this is the innermost."""
+        innermost = None
         for node in self.all():
             try:
-                if "focused" in node.states and node.role not in ("frame", "application", "window", "dialog"):
-                    return node
+                if "focused" in node.states:
+                    innermost = node
             except Gone:
                 continue
-        return None
+        return innermost
 
     def outline(self, indent=0):
         """Lines that show everything inside of it."""
@@ -175,10 +188,9 @@ class Node:
             if self.description:
                 line += f" ({self.description})"
             lines = [f"{line} {' '.join(sorted(self.states))} {self.actions}"]
-            children = self.children
         except Gone:
             return []
-        for child in children:
+        for child in self.shown_children:
             lines += child.outline(indent + 1)
         return lines
 
@@ -229,5 +241,6 @@ class Tree:
         """Lets events come in for a while."""
         deadline = time.monotonic() + seconds
         while time.monotonic() < deadline:
-            GLib.MainContext.default().iteration(False)
+            while GLib.MainContext.default().iteration(False):
+                pass
             time.sleep(0.01)

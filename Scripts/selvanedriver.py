@@ -6,10 +6,12 @@ import pathlib
 import signal
 import time
 
-from virtualdesktop import Failure, changed_area, wait
+from virtualdesktop import Area, Failure, changed_area, wait
 
 TITLE = "Selvane"
 BUS_NAME = "com.lorbin.selvane"
+# How wide the panel's card is. Its window is wider where the desktop can show the shadow around it.
+CARD_WIDTH = 348
 
 
 class Selvane:
@@ -160,6 +162,13 @@ class Selvane:
         """Where the panel is, None while it is closed."""
         return self.desktop.window(TITLE)
 
+    @property
+    def card(self):
+        """Where its card is, without the shadow."""
+        panel = self.panel
+        margin = (panel.width - CARD_WIDTH * self.desktop.scale) // 2
+        return Area(panel.x + margin, panel.y + margin, panel.width - 2 * margin, panel.height - 2 * margin)
+
     def open_panel(self):
         """Opens the panel by the dial, or by a second start where there is no tray; gives its area."""
         if self.desktop.tray:
@@ -181,6 +190,15 @@ class Selvane:
         """Whether the panel is still closed after a moment in which a wrong reopening would have happened."""
         time.sleep(seconds)
         return not self.panel
+
+    def today(self):
+        """What the panel, which must be open, tells of today's minutes. Shows the tasks afterwards."""
+        self.desktop.key("ctrl+2")
+        line = wait("a line about today",
+                    lambda: [text for text in self.desktop.texts(self.process) if text.startswith("Today: ")])
+        self.desktop.key("ctrl+1")
+        wait("the tasks", lambda: "Add a task…" in self.desktop.texts(self.process))
+        return line[0]
 
     # What it shows, as assistive technology is told. Needs a desktop that is accessible.
 

@@ -223,7 +223,7 @@ class Desktop:
         connection = getattr(self, "_display", None)
         if connection:
             connection.close()
-        for name in ("_tree", "bus"):
+        for name in ("accessibility", "bus"):
             bus = getattr(self, name, None)
             if bus:
                 bus.close()
@@ -399,7 +399,7 @@ class Desktop:
         self.start("accessibility", [ACCESSIBILITY_BUS, "--launch-immediately"])
         wait("the accessibility bus", lambda: self.owner("org.a11y.Bus"))
         address = self.bus.call_blocking("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", "", ())
-        self._tree = Tree(address)
+        self.accessibility = Tree(address)
 
     def _start_notifications(self):
         self.start("dunst", ["dunst"])
@@ -490,7 +490,7 @@ class Desktop:
 
     def shown(self, process):
         """What a process tells assistive technology that it shows; None as long as it tells nothing."""
-        return self._tree.root(process.pid)
+        return self.accessibility.root(process.pid)
 
     def texts(self, process):
         """The accessible names of everything that a process shows now, from the outside in."""
