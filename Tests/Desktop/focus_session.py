@@ -7,27 +7,18 @@ import time
 
 import harness
 from harness import check, check_equal
-from virtualdesktop import Failure, changed_area, wait
+from virtualdesktop import changed_area, wait
 
 # A run is recorded from a minute on.
 RECORDED_AFTER = 60
-
-
-def today(desktop, selvane):
-    """The line of the panel that tells of today's minutes."""
-    texts = desktop.texts(selvane.process)
-    lines = [text for text in texts if text.startswith("Today: ")]
-    if len(lines) != 1:
-        raise Failure(f"the panel has no line about today: {texts}")
-    return lines[0]
 
 
 def test(desktop, selvane):
     selvane.start()
     check(not selvane.sessions_file.exists(), "a first start writes no history")
     idle_panel_area = selvane.open_panel()
+    check(selvane.today().startswith("Today: 0m of "), "the panel tells that there was no focus today")
     idle_panel = desktop.settled_picture(idle_panel_area)
-    check(today(desktop, selvane).startswith("Today: 0m of "), "the panel tells that there was no focus today")
     idle_dial = selvane.dial and selvane.dial_picture()
 
     selvane.press_primary()
@@ -69,7 +60,7 @@ def test(desktop, selvane):
 
     selvane.start()
     selvane.open_panel()
-    check(today(desktop, selvane).startswith("Today: 1m of "), "after a restart the panel tells of today's minute")
+    check(selvane.today().startswith("Today: 1m of "), "after a restart the panel tells of today's minute")
     check_equal(selvane.sessions_file.read_bytes(), written, "the history after a restart, byte for byte")
     check_equal(selvane.quit(), 0, "exit status of the second run")
     check_equal(selvane.sessions_file.read_bytes(), written, "the history after the second run")

@@ -17,7 +17,8 @@ def test(desktop, selvane):
     selvane.start()
     check(selvane.stays_closed(), "a start by itself opens nothing")
 
-    panel = selvane.open_panel()
+    selvane.open_panel()
+    panel = selvane.card
     check(inside(panel, Area(0, 0, *desktop.size)), f"the panel lies on the screen: {panel}")
     if selvane.dial:
         check(panel.y >= selvane.dial.y + selvane.dial.height, "the panel lies below the dial")
