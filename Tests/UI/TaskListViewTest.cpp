@@ -312,6 +312,39 @@ TEST_F(TaskListView, KeysRenameAndTheRowHasTheKeyboardAfterwards) {
     }
 }
 
+TEST_F(TaskListView, KeysAfterARenameByMouseAreForThatRow) {
+    showThree();
+    for (const Qt::Key end : {Qt::Key_Return, Qt::Key_Escape}) {
+        doubleClick(inRow(2));
+        key(end);
+        EXPECT_EQ(focused(), "Sketch");
+        key(Qt::Key_F2);
+        EXPECT_EQ(tasks->draft(), QStringLiteral("Sketch"));
+        key(Qt::Key_Escape);
+        key(Qt::Key_Space);
+        EXPECT_TRUE(model->tasks().find(id("Sketch"))->isDone);
+        EXPECT_FALSE(model->tasks().find(id("Write"))->isDone);
+        key(Qt::Key_Delete, Qt::ControlModifier);
+        EXPECT_THAT(titles(), ElementsAre("Write", "Reply"));
+        add({"Sketch"});
+        key(Qt::Key_Home);
+    }
+}
+
+TEST_F(TaskListView, KeysAfterARenameByMenuAreForThatRow) {
+    showThree();
+    click(inRow(1), Qt::RightButton);
+    choose(QStringLiteral("Rename"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return focused() == "Task"; }, 1000));
+    key(Qt::Key_Return);
+    EXPECT_EQ(focused(), "Reply");
+    key(Qt::Key_Down);
+    EXPECT_EQ(focused(), "Sketch");
+    key(Qt::Key_Up);
+    key(Qt::Key_Delete, Qt::ControlModifier);
+    EXPECT_THAT(titles(), ElementsAre("Write", "Sketch"));
+}
+
 TEST_F(TaskListView, OtherRowsEditorTakesOverWhatIsTyped) {
     showThree();
     doubleClick(inRow(1));

@@ -381,6 +381,11 @@ bool TaskListInput::perform(const QKeyEvent& event) {
     }
 }
 
+void TaskListInput::enterRow(int row) {
+    if (row != _currentRow)
+        Q_EMIT rowRequested(row);
+}
+
 void TaskListInput::goTo(int row) {
     Q_EMIT rowRequested(std::clamp(row, 0, rowCount() - 1));
 }

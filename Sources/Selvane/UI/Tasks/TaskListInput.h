@@ -68,6 +68,9 @@ public:
     [[nodiscard]] double restY() const;
     [[nodiscard]] bool isByKeyboard() const { return _isByKeyboard; }
 
+    /// The keyboard has come to that row.
+    Q_INVOKABLE void enterRow(int row);
+
     /// The row that was let go has come to its place.
     Q_INVOKABLE void settle();
 
@@ -98,7 +101,7 @@ Q_SIGNALS:
     void rowAdded(int row);
     /// The last row went, and it had the keyboard.
     void emptied();
-    /// The keyboard goes to another row.
+    /// That row is to be the current one.
     void rowRequested(int row);
     /// The list is to scroll so that this is its `contentY`.
     void scrollRequested(double contentY);

@@ -41,6 +41,9 @@ FocusScope {
     // One stop of the list; it can't end while the keyboard is still there.
     activeFocusOnTab: ListView.isCurrentItem || activeFocus
 
+    // Keys are for the current row; it is the one that has the keyboard, also where the mouse brought it.
+    onActiveFocusChanged: if (activeFocus) input.enterRow(index)
+
     ListView.onPooled: inUse = false
     ListView.onReused: {
         opacity = 1;
