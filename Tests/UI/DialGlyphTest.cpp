@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <filesystem>
 #include <iterator>
 
@@ -111,15 +112,20 @@ TEST(DialGlyph, DrawsAtEverySizeAndToTheEdgeOfNone) {
     EXPECT_TRUE(image->pixmap(0, Ink::dark).argb.empty());
 }
 
-// A dial is drawn several times a minute while a phase runs, and each thread that helps is woken for it.
-TEST(DialGlyph, ADialThatMovesIsDrawnInOneThread) {
+// A dial is drawn several times a minute while a phase runs, and each thread that helps is woken for it. The
+// threads that help stay for a while, so that only a process in which nothing else was drawn shows new ones.
+TEST(DialGlyphDeathTest, ADialThatMovesIsDrawnInOneThread) {
     const auto threads = [] {
         return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
     };
-    const auto before = threads();
-    for (const Style style : {Style::running, Style::onBreak})
-        draw({0.5, style, true});
-    EXPECT_EQ(threads(), before);
+    const auto drawAndExit = [&] {
+        const auto before = threads();
+        for (const Style style : {Style::running, Style::onBreak})
+            draw({0.5, style, true});
+        std::_Exit(threads() == before ? 0 : 1);
+    };
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(drawAndExit(), testing::ExitedWithCode(0), "");
 }
 
 } // namespace

@@ -131,6 +131,40 @@ TEST_P(SpringTable, DurationIsTheTimeUntilItHasSettled) {
 INSTANTIATE_TEST_SUITE_P(Springs, SpringTable, testing::ValuesIn(motions),
                          [](const auto& row) { return std::string(row.param.name); });
 
+// Numbers worked out by hand, so that the table can't share a mistake with the code.
+TEST(Spring, MovesByTheNumbersOfItsResponse) {
+    // After one radian of its frequency, a critically damped mass has 2/e of the way to go.
+    EXPECT_NEAR(Spring::position(0.5, 1, 0.5 / 6.283185307179586), 0.26424111765711533, 1e-12);
+    EXPECT_NEAR(Spring::position(2, 1, 2 / 6.283185307179586), 0.26424111765711533, 1e-12);
+    // Half a damped period after its release a swinging mass is as far beyond its target as it gets.
+    EXPECT_NEAR(Spring::position(0.5, 0.85, 0.4745789), 1.006287603784958, 1e-9);
+    EXPECT_NEAR(Spring::velocity(0.5, 0.85, 0.4745789), 0, 1e-5);
+}
+
+TEST(Spring, TellsItsDurationInMilliseconds) {
+    Spring spring;
+    spring.setResponse(0.5);
+    spring.setDampingFraction(1);
+    EXPECT_EQ(spring.duration(), 673);
+    spring.setResponse(0.25);
+    spring.setDampingFraction(0.85);
+    EXPECT_EQ(spring.duration(), 321);
+}
+
+TEST(Spring, TellsTheResponseAndDampingThatItWasGiven) {
+    Spring spring;
+    EXPECT_EQ(spring.response(), 0.5);
+    EXPECT_EQ(spring.dampingFraction(), 1);
+    int changes = 0;
+    QObject::connect(&spring, &Spring::changed, &spring, [&] { ++changes; });
+    spring.setResponse(0.25);
+    spring.setDampingFraction(0.85);
+    spring.setResponse(0.25);
+    EXPECT_EQ(spring.response(), 0.25);
+    EXPECT_EQ(spring.dampingFraction(), 0.85);
+    EXPECT_EQ(changes, 2);
+}
+
 class SpringMotionTest : public test::ControlsFixture {};
 
 TEST_F(SpringMotionTest, TakesNoTimeWhereTheUserWantsNoMotion) {
