@@ -17,7 +17,7 @@ protected:
 
     ProgressModel& progress() {
         if (!_progress)
-            _progress = std::make_unique<ProgressModel>(harness.model());
+            _progress = std::make_unique<ProgressModel>(harness.model(), harness.scheduler);
         return *_progress;
     }
     AppSettings& settings() { return harness.model().settings(); }
@@ -138,6 +138,31 @@ TEST_F(ProgressModelTest, NoticesTheNewDayWhileThePhaseRuns) {
     harness.pass(Seconds{120});
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(progress().todayMinutes(), 0);
+}
+
+TEST_F(ProgressModelTest, NoticesTheNewDayWhileNothingRuns) {
+    settings().dayStartHour.set(4);
+    progress().setShown(true);
+    changes = 0;
+    harness.pass(std::chrono::hours{18} - Seconds{1});
+    EXPECT_EQ(changes, 0);
+    harness.pass(Seconds{2});
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(progress().heatmap().days()->today, (DayKey{2026, 3, 6}));
+    harness.pass(std::chrono::hours{24});
+    EXPECT_EQ(progress().heatmap().days()->today, (DayKey{2026, 3, 7}));
+    EXPECT_EQ(changes, 2);
+}
+
+TEST_F(ProgressModelTest, WaitsForNoDayWhileNobodyLooks) {
+    progress();
+    const auto before = harness.scheduler.waiting();
+    progress().setShown(true);
+    EXPECT_EQ(harness.scheduler.waiting(), before + 1);
+    settings().dailyGoalMinutes.set(90);
+    EXPECT_EQ(harness.scheduler.waiting(), before + 1);
+    progress().setShown(false);
+    EXPECT_EQ(harness.scheduler.waiting(), before);
 }
 
 TEST_F(ProgressModelTest, SameHistoryIsTheSameHeatmap) {

@@ -1,3 +1,4 @@
+#include "Selvane/UI/Controls/HoverTip.h"
 #include "Selvane/UI/Progress/ProgressModel.h"
 #include "Support/ModelHarness.h"
 
@@ -11,13 +12,15 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <string>
+#include <vector>
 
 namespace selvane {
 namespace {
 
 class ProgressTabTest : public testing::Test {
 protected:
-    ProgressTabTest() : progress(harness.launch()) {
+    ProgressTabTest() : progress(harness.launch(), harness.scheduler) {
         view.setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(&progress)}});
         view.setSource(QUrl(QStringLiteral("qrc:/qt-project.org/imports/Selvane/Progress/ProgressTab.qml")));
         for (const QQmlError& error : view.errors())
@@ -64,7 +67,7 @@ TEST_F(ProgressTabTest, ScreenReaderHearsEveryFigure) {
                  "0 freezes",
                  {QAccessible::StaticText,
                   "Earn a streak freeze every 7 days (hold up to 2). A missed day uses one automatically."}},
-             Entry{"Today: 0m of your 50m goal", {QAccessible::ProgressBar, ""}},
+             Entry{"Today: 0m of your 50m goal", {QAccessible::StaticText, ""}},
              Entry{"Last 18 weeks: focus on 0 days, goal met on 0", {QAccessible::Chart, ""}}}));
 }
 
@@ -86,14 +89,49 @@ TEST_F(ProgressTabTest, ScoreIsThereOnlyIfThereIsOne) {
     EXPECT_EQ(spoken().count("Today: 20m of your 50m goal"), 1U);
 }
 
-TEST_F(ProgressTabTest, KeyboardReachesTheDaysOfTheHeatmap) {
+TEST_F(ProgressTabTest, KeyboardReachesEveryFigureThatExplainsItself) {
+    std::vector<std::string> names;
+    for (int stop = 0; stop < 4; ++stop) {
+        QTest::keyClick(&view, Qt::Key_Tab);
+        ASSERT_NE(view.activeFocusItem(), nullptr);
+        const QAccessibleInterface* const item = QAccessible::queryAccessibleInterface(view.activeFocusItem());
+        ASSERT_NE(item, nullptr);
+        EXPECT_TRUE(item->state().focusable);
+        names.push_back(item->text(QAccessible::Name).toStdString());
+    }
+    EXPECT_THAT(names, testing::ElementsAre("0 day streak", "Today: 0m of your 50m goal", "0 freezes",
+                                            "Last 18 weeks: focus on 0 days, goal met on 0"));
+}
+
+TEST_F(ProgressTabTest, KeyboardBringsUpTheWordsOfAFigure) {
+    const auto words = [this] {
+        const QQuickItem* const item = view.activeFocusItem();
+        const auto* const tip = item ? item->findChild<HoverTip*>() : nullptr;
+        return tip && tip->isVisible() ? tip->text() : QString();
+    };
     QTest::keyClick(&view, Qt::Key_Tab);
+    EXPECT_EQ(words(), QStringLiteral("7 days to your 7-day milestone"));
+    QTest::keyClick(&view, Qt::Key_Tab);
+    EXPECT_EQ(words(), QStringLiteral("Today: 0m of your 50m goal"));
+    const QQuickItem* const ring = view.activeFocusItem();
+    QTest::keyClick(&view, Qt::Key_Tab);
+    EXPECT_EQ(words(), progress.freezesTooltip());
+    EXPECT_FALSE(ring->findChild<HoverTip*>()->isVisible());
+}
+
+TEST_F(ProgressTabTest, KeyboardReachesTheDaysOfTheHeatmap) {
+    QTest::keyClick(&view, Qt::Key_Backtab, Qt::ShiftModifier);
     ASSERT_NE(view.activeFocusItem(), nullptr);
     EXPECT_EQ(view.activeFocusItem()->property("weeks").toInt(), 18);
     QTest::keyClick(&view, Qt::Key_Up);
     const auto chart = spoken().at("Last 18 weeks: focus on 0 days, goal met on 0");
     EXPECT_NE(chart.second.find("no focus"), std::string::npos);
     EXPECT_EQ(chart.second, view.activeFocusItem()->property("cursorTip").toString().toStdString());
+}
+
+TEST_F(ProgressTabTest, TabThatIsGoneIsNotSeen) {
+    delete view.rootObject();
+    EXPECT_FALSE(progress.isShown());
 }
 
 TEST_F(ProgressTabTest, ModelKnowsWhetherTheTabIsSeen) {

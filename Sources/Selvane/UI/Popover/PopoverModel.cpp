@@ -27,7 +27,7 @@ PopoverModel::PopoverModel(AppModel& model, Appearance& appearance, Scheduler& s
       _controls(model),
       _music(model),
       _tasks(model),
-      _progress(model) {
+      _progress(model, scheduler) {
     for (Signal<>* const signal : {&model.engine().changed, &model.settings().changed})
         _subscriptions.push_back(signal->subscribe([this] { refreshSessionStatus(); }));
     connect(&_header, &HeaderModel::quitRequested, this, &PopoverModel::quitRequested);

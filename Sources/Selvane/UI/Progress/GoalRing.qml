@@ -11,9 +11,6 @@ GoalRingCanvas {
     textInk: Theme.primaryText
     captionInk: Theme.secondaryText
 
-    Accessible.role: Accessible.ProgressBar
-    Accessible.name: tooltip
-
     Behavior on fraction {
         SpringMotion {
             response: 0.5
@@ -21,8 +18,11 @@ GoalRingCanvas {
         }
     }
 
+    // The words tell the amount and the goal, as no single value could.
     TipArea {
         anchors.fill: parent
+        name: root.tooltip
         tip: root.tooltip
+        Accessible.description: ""
     }
 }

@@ -27,7 +27,9 @@ constexpr int numberSize = 13;
 constexpr int captionSize = 8;
 constexpr int smallestSize = 6;
 
-/// The program's font in the largest size, up to `size`, in which the text is no wider than its room.
+/// The program's font in the largest size, up to `size`, in which the text is no wider than its room. Its own
+/// figures, not rounded ones: no rounded family can be counted on, and one that some desktops have would make
+/// the ring look foreign beside the rest.
 template <typename Width>
 QFont fitting(int size, QFont::Weight weight, double room, Width widthOf) {
     QFont font = QGuiApplication::font();

@@ -2,39 +2,31 @@ import QtQuick
 import Selvane.Controls
 
 /// A small figure with its symbol.
-Row {
+TipArea {
     id: root
 
     required property string symbol
-    required property string text
-    property string tooltip: ""
 
-    spacing: 4
+    implicitWidth: row.width
+    implicitHeight: row.height
 
-    Accessible.role: Accessible.StaticText
-    Accessible.name: text
-    Accessible.description: tooltip
+    Row {
+        id: row
 
-    Symbol {
-        anchors.verticalCenter: parent.verticalCenter
-        name: root.symbol
-        size: 9
-        weight: Symbol.Semibold
-        color: Theme.secondaryText
-    }
+        spacing: 4
 
-    Text {
-        id: words
+        Symbol {
+            anchors.verticalCenter: parent.verticalCenter
+            name: root.symbol
+            size: 9
+            weight: Symbol.Semibold
+            color: Theme.secondaryText
+        }
 
-        text: root.text
-        color: Theme.secondaryText
-        font.pixelSize: Theme.caption
-
-        TipArea {
-            x: -words.x
-            width: root.width
-            height: parent.height
-            tip: root.tooltip
+        Text {
+            text: root.name
+            color: Theme.secondaryText
+            font.pixelSize: Theme.caption
         }
     }
 }

@@ -4,6 +4,7 @@
 #include "Selvane/UI/Progress/HeatmapDays.h"
 #include "Selvane/UI/Progress/ProgressText.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -18,7 +19,8 @@ struct ProgressModel::Figures {
     HeatmapData heatmap;
 };
 
-ProgressModel::ProgressModel(AppModel& model, QObject* parent) : QObject(parent), _model(model) {
+ProgressModel::ProgressModel(AppModel& model, Scheduler& scheduler, QObject* parent)
+    : QObject(parent), _model(model), _scheduler(scheduler) {
     _subscriptions.push_back(model.sessionsChanged.subscribe([this] { historyChanged(); }));
     _subscriptions.push_back(model.settings().changed.subscribe([this] { refresh(); }));
     // A day that begins while the timer runs is noticed by its tick.
@@ -45,8 +47,21 @@ void ProgressModel::noticeDay() {
 }
 
 void ProgressModel::refresh() {
-    if (_isShown && bringUpToDate())
+    _nextDay.end();
+    if (!_isShown)
+        return;
+    const bool isNew = bringUpToDate();
+    awaitNextDay();
+    if (isNew)
         Q_EMIT changed();
+}
+
+void ProgressModel::awaitNextDay() {
+    const Calendar calendar = _model.localCalendar();
+    const Date start = _model.today().adding(1, calendar).start(_model.settings().dayStartHour(), calendar);
+    // A clock that was set while we waited makes us wait again, but never without a pause.
+    const Seconds delay = std::max(Seconds{1}, elapsed(_model.now(), start));
+    _nextDay = _scheduler.after(delay, [this] { refresh(); });
 }
 
 bool ProgressModel::bringUpToDate() const {

@@ -13,6 +13,7 @@
 namespace selvane {
 
 class AppModel;
+class Scheduler;
 
 /// What the progress tab shows: the streak, today's goal, and the focus of the last days. Counted when it is
 /// asked for, and anew only when the history, the settings or the day have changed; while nobody looks, not
@@ -40,8 +41,8 @@ class ProgressModel : public QObject {
     Q_PROPERTY(selvane::HeatmapData heatmap READ heatmap NOTIFY changed FINAL)
 
 public:
-    /// The model outlives this one.
-    explicit ProgressModel(AppModel& model, QObject* parent = nullptr);
+    /// The model and the scheduler outlive this one.
+    ProgressModel(AppModel& model, Scheduler& scheduler, QObject* parent = nullptr);
     ~ProgressModel() override;
 
     [[nodiscard]] bool isShown() const { return _isShown; }
@@ -74,12 +75,16 @@ private:
     [[nodiscard]] const Figures& figures() const;
     void historyChanged();
     void noticeDay();
+    void awaitNextDay();
 
     AppModel& _model;
+    Scheduler& _scheduler;
     mutable std::unique_ptr<Figures> _figures;
     /// The history has changed since the figures were counted.
     mutable bool _isHistoryNew = true;
     bool _isShown = false;
+    /// Only while the tab is seen.
+    Subscription _nextDay;
     std::vector<Subscription> _subscriptions;
 };
 

@@ -11,13 +11,15 @@ Item {
     implicitWidth: 348
     implicitHeight: 236
 
+    Component.onDestruction: model.isShown = false
+
     Binding {
         target: root.model
         property: "isShown"
         value: root.visible && root.Window.visibility !== Window.Hidden
     }
 
-    Item {
+    TipArea {
         id: streak
 
         x: 16
@@ -25,9 +27,8 @@ Item {
         width: streakLabel.x + streakLabel.width
         height: 40
 
-        Accessible.role: Accessible.StaticText
-        Accessible.name: root.model.streakDescription
-        Accessible.description: root.model.milestone
+        name: root.model.streakDescription
+        tip: root.model.milestone
 
         Symbol {
             id: flame
@@ -63,11 +64,6 @@ Item {
             color: Theme.secondaryText
             font.pixelSize: Theme.callout
         }
-
-        TipArea {
-            anchors.fill: parent
-            tip: root.model.milestone
-        }
     }
 
     GoalRing {
@@ -85,20 +81,20 @@ Item {
 
         MetaStat {
             symbol: "trophy"
-            text: root.model.best
+            name: root.model.best
         }
 
         MetaStat {
             symbol: "snowflake"
-            text: root.model.freezes
-            tooltip: root.model.freezesTooltip
+            name: root.model.freezes
+            tip: root.model.freezesTooltip
         }
 
         MetaStat {
             visible: root.model.score !== ""
             symbol: "scope"
-            text: root.model.score
-            tooltip: root.model.scoreTooltip
+            name: root.model.score
+            tip: root.model.scoreTooltip
         }
     }
 

@@ -1,11 +1,30 @@
 import QtQuick
 import Selvane.Controls
 
-/// The place where the pointer brings up words of explanation.
-Item {
+/// A figure in words, for assistive technology. If it has words of explanation, the pointer and the keyboard bring
+/// them up.
+KeyboardStop {
     id: root
 
+    required property string name
     property string tip: ""
+
+    activeFocusOnTab: tip !== ""
+
+    Accessible.role: Accessible.StaticText
+    Accessible.name: name
+    Accessible.description: tip
+    Accessible.focusable: activeFocusOnTab
+
+    Rectangle {
+        anchors.fill: parent
+        anchors.margins: -4
+        visible: root.visualFocus
+        radius: 6
+        color: "transparent"
+        border.width: 2
+        border.color: Theme.focusRing
+    }
 
     HoverHandler {
         id: hover
@@ -13,6 +32,6 @@ Item {
 
     HoverTip {
         text: root.tip
-        visible: hover.hovered
+        visible: hover.hovered || root.visualFocus
     }
 }
