@@ -12,7 +12,8 @@ namespace {
 /// between one of numbers and one of full words.
 QString abbreviatedFormat(const QLocale& locale) {
     static const QRegularExpression weekday(
-        QStringLiteral("^dddd?[,.،]?\\s*(?:'[^']*'\\s*|ที่\\s*)?|\\s*[,.(]?\\s*dddd?\\)?$"));
+        QStringLiteral("^dddd?\\s*[,.،፣]?\\s*(?:'[^']*'[^\\sdMy]*\\s*|ที่\\s*)?"
+                       "|\\s*[,.(]?\\s*dddd?(?:'[^']*'|[^'dMy])*$"));
     QString format = locale.dateFormat(QLocale::LongFormat);
     format.remove(weekday);
     return format.replace(QStringLiteral("MMMM"), QStringLiteral("MMM"));
