@@ -157,7 +157,7 @@ TEST_F(LinuxStatusItemTest, WithoutAnImageTheLastOneStaysInATray) {
     EXPECT_TRUE(isInTray());
 }
 
-TEST_F(LinuxStatusItemTest, TheInkFollowsTheColoursOfTheDesktop) {
+TEST_F(LinuxStatusItemTest, TheInkFollowsTheColorsOfTheDesktop) {
     _panel.appear();
     make();
     ASSERT_TRUE(isRegistered(_panel));

@@ -93,7 +93,7 @@ TEST(DialGlyph, DotStandsInTheMiddleWhileDrifting) {
     EXPECT_EQ(opacityInTheMiddle(draw({0.5, Style::running, false})), 0);
 }
 
-TEST(DialGlyph, InkColoursEveryPixel) {
+TEST(DialGlyph, InkColorsEveryPixel) {
     for (const std::uint32_t pixel : draw({0.5, Style::running, true}, Ink::light).argb)
         EXPECT_EQ(pixel & 0xffffffU, 0xffffffU);
     for (const std::uint32_t pixel : draw({0.5, Style::running, true}, Ink::dark).argb)

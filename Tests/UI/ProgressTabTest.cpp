@@ -94,7 +94,8 @@ TEST_F(ProgressTabTest, KeyboardReachesEveryFigureThatExplainsItself) {
     for (int stop = 0; stop < 4; ++stop) {
         QTest::keyClick(&view, Qt::Key_Tab);
         ASSERT_NE(view.activeFocusItem(), nullptr);
-        const QAccessibleInterface* const item = QAccessible::queryAccessibleInterface(view.activeFocusItem());
+        const QAccessibleInterface* const item =
+            QAccessible::queryAccessibleInterface(view.activeFocusItem());
         ASSERT_NE(item, nullptr);
         EXPECT_TRUE(item->state().focusable);
         names.push_back(item->text(QAccessible::Name).toStdString());

@@ -252,7 +252,7 @@ TEST(SymbolImages, WhiteTakesInkAway) {
     EXPECT_EQ(opacity(mask, middle, middle + 12), 255);
 }
 
-TEST(SymbolImages, TintKeepsTheShapeAndTakesTheColour) {
+TEST(SymbolImages, TintKeepsTheShapeAndTakesTheColor) {
     SymbolImages images;
     const SymbolStyle style{24, SymbolWeight::bold, 2};
     const QImage mask = images.mask(QStringLiteral("flame.fill"), style);
@@ -262,12 +262,12 @@ TEST(SymbolImages, TintKeepsTheShapeAndTakesTheColour) {
     EXPECT_EQ(tinted.devicePixelRatio(), 2.0);
     for (int y = 0; y < mask.height(); ++y)
         for (int x = 0; x < mask.width(); ++x) {
-            const QColor colour = tinted.pixelColor(x, y);
-            EXPECT_NEAR(colour.alpha(), opacity(mask, x, y) * 128 / 255.0, 1);
+            const QColor color = tinted.pixelColor(x, y);
+            EXPECT_NEAR(color.alpha(), opacity(mask, x, y) * 128 / 255.0, 1);
             if (opacity(mask, x, y) == 255) {
-                EXPECT_NEAR(colour.red(), 200, 2);
-                EXPECT_NEAR(colour.green(), 100, 2);
-                EXPECT_NEAR(colour.blue(), 50, 2);
+                EXPECT_NEAR(color.red(), 200, 2);
+                EXPECT_NEAR(color.green(), 100, 2);
+                EXPECT_NEAR(color.blue(), 50, 2);
             }
         }
 }

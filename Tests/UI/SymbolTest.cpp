@@ -55,14 +55,14 @@ protected:
     [[nodiscard]] QImage shown() { return _window.grabWindow().convertToFormat(QImage::Format_RGB32); }
 
     /// A window that shows the picture of the style with its middle at `middle`.
-    [[nodiscard]] QImage window(const QString& name, SymbolStyle style, QColor colour, QPointF middle) const {
+    [[nodiscard]] QImage window(const QString& name, SymbolStyle style, QColor color, QPointF middle) const {
         const double ratio = _window.effectiveDevicePixelRatio();
         style.pixelRatio = ratio;
         QImage image(QSize(side, side) * ratio, QImage::Format_RGB32);
         image.setDevicePixelRatio(ratio);
         image.fill(Qt::white);
         SymbolImages images;
-        const QImage picture = images.tinted(name, style, colour);
+        const QImage picture = images.tinted(name, style, color);
         const QSizeF extent = picture.deviceIndependentSize();
         QPainter painter(&image);
         painter.drawImage(middle - QPointF(extent.width(), extent.height()) / 2, picture);
@@ -152,7 +152,7 @@ TEST_F(SymbolItem, TellsOfChangesOnce) {
     QSignalSpy names(&symbol, &Symbol::nameChanged);
     QSignalSpy sizes(&symbol, &Symbol::sizeChanged);
     QSignalSpy weights(&symbol, &Symbol::weightChanged);
-    QSignalSpy colours(&symbol, &Symbol::colorChanged);
+    QSignalSpy colors(&symbol, &Symbol::colorChanged);
     QSignalSpy levels(&symbol, &Symbol::levelChanged);
     for (int time = 0; time < 2; ++time) {
         symbol.setName(QStringLiteral("waveform"));
@@ -161,7 +161,7 @@ TEST_F(SymbolItem, TellsOfChangesOnce) {
         symbol.setColor(Qt::blue);
         symbol.setLevel(2);
     }
-    for (const QSignalSpy* const spy : {&names, &sizes, &weights, &colours, &levels})
+    for (const QSignalSpy* const spy : {&names, &sizes, &weights, &colors, &levels})
         EXPECT_EQ(spy->count(), 1);
     EXPECT_EQ(symbol.parts(), 5);
 }

@@ -168,7 +168,7 @@ TEST_F(ThemeTest, DarkPaletteIsTheSpecifiedOne) {
     EXPECT_EQ(theme().segmentShadow().alpha(), 0);
 }
 
-TEST_F(ThemeTest, ChangedAppearanceChangesAllColoursAtOnce) {
+TEST_F(ThemeTest, ChangedAppearanceChangesAllColorsAtOnce) {
     QQuickItem* const item = show(R"(Rectangle {
         width: 60; height: 60; color: Theme.solidPrimary
         property color text: Theme.textOnSolidPrimary

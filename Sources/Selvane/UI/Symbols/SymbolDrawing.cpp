@@ -40,9 +40,9 @@ public:
         if (!fills && !strokes)
             return;
         const QTransform onGrid = painter()->deviceTransform();
-        const QColor colour = fills ? painter()->brush().color() : pen.color();
+        const QColor color = fills ? painter()->brush().color() : pen.color();
         const double widths = strokes ? pen.widthF() / SymbolDrawing::strokeWidth : 0;
-        const SymbolDrawing::Shape shape{onGrid.map(path), fills, widths, colour == QColor(Qt::white)};
+        const SymbolDrawing::Shape shape{onGrid.map(path), fills, widths, color == QColor(Qt::white)};
         // An element that is filled and stroked comes as its inside first, then as its outline.
         if (!shapes.empty() && shapes.back().filled && shapes.back().strokes <= 0 && !fills &&
             shapes.back().path == shape.path)

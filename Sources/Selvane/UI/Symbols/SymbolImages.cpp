@@ -131,13 +131,13 @@ QImage SymbolImages::mask(const QString& name, const SymbolStyle& style) {
     return mask;
 }
 
-QImage SymbolImages::tinted(const QString& name, const SymbolStyle& style, const QColor& colour) {
+QImage SymbolImages::tinted(const QString& name, const SymbolStyle& style, const QColor& color) {
     const QImage opacities = mask(name, style);
     if (opacities.isNull())
         return {};
     QImage image(opacities.size(), QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(style.pixelRatio);
-    const QRgb ink = colour.rgba();
+    const QRgb ink = color.rgba();
     for (int y = 0; y < image.height(); ++y) {
         const uchar* const from = opacities.constScanLine(y);
         auto* const to = reinterpret_cast<QRgb*>(image.scanLine(y));

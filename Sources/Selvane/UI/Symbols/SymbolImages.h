@@ -53,7 +53,7 @@ public:
     [[nodiscard]] QImage mask(const QString& name, const SymbolStyle& style);
 
     /// The symbol in one colour, of Format_ARGB32_Premultiplied.
-    [[nodiscard]] QImage tinted(const QString& name, const SymbolStyle& style, const QColor& colour);
+    [[nodiscard]] QImage tinted(const QString& name, const SymbolStyle& style, const QColor& color);
 
     /// How many parts of the symbol can light up one after another; 0 for a name without a drawing.
     [[nodiscard]] int parts(const QString& name);
