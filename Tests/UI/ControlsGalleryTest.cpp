@@ -96,11 +96,11 @@ protected:
                 PopupMenuItem { text: "White noise"; markable: true }
                 PopupMenuItem { text: "Pink noise"; markable: true; enabled: false }
                 PopupMenuSeparator {}
-                PopupMenuItem { text: "Statistics"; markable: true; shortcut: "Ctrl+S" }
+                PopupMenuItem { text: "Statistics"; shortcut: "Ctrl+S" }
                 PopupMenu { title: "Estimate"; PopupMenuItem { text: "1 session" } }
-                PopupMenuItem { text: "Reset the timer to switch"; markable: true; hint: true }
+                PopupMenuItem { text: "Reset the timer to switch"; hint: true }
                 PopupMenuSeparator {}
-                PopupMenuItem { text: "Delete"; markable: true; destructive: true }
+                PopupMenuItem { text: "Delete"; destructive: true }
             }
             Item {
                 id: anchor

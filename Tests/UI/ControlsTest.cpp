@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 namespace selvane {
 namespace {
 
@@ -16,6 +18,20 @@ protected:
 
     /// Light and dark of a point of the window now, from 0 to 255.
     [[nodiscard]] int lightness(QPoint place) { return window.grabWindow().pixelColor(place).lightness(); }
+
+    /// As a keyboard reports a key that is held: release and press again and again.
+    void hold(Qt::Key which) {
+        const auto send = [&](QEvent::Type type, bool repeats) {
+            QKeyEvent event(type, which, Qt::NoModifier, QString(), repeats);
+            QCoreApplication::sendEvent(&window, &event);
+        };
+        send(QEvent::KeyPress, false);
+        for (int times = 0; times < 3; ++times) {
+            send(QEvent::KeyRelease, true);
+            send(QEvent::KeyPress, true);
+        }
+        send(QEvent::KeyRelease, false);
+    }
 
     static QObject* child(const QQuickItem* item, const char* name) {
         return item->findChild<QObject*>(QString::fromLatin1(name));
@@ -65,9 +81,43 @@ TEST_P(ButtonTable, DoesNothingWhileDisabled) {
     QQuickItem* const button = showButton("enabled: false");
     const QSignalSpy clicks(button, SIGNAL(clicked()));
     clickOn(button);
+    pressAccessibly(QStringLiteral("Add"));
     key(Qt::Key_Tab);
     EXPECT_FALSE(button->hasActiveFocus());
     EXPECT_EQ(clicks.count(), 0);
+    EXPECT_EQ(accessible(QStringLiteral("Add"))->text(QAccessible::Description), theme().unavailable());
+}
+
+TEST_P(ButtonTable, HeldKeyPressesOnce) {
+    QQuickItem* const button = showButton();
+    const QSignalSpy clicks(button, SIGNAL(clicked()));
+    button->forceActiveFocus(Qt::TabFocusReason);
+    int expected = 0;
+    for (const Qt::Key which : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+        hold(which);
+        EXPECT_EQ(clicks.count(), ++expected) << which;
+    }
+}
+
+TEST_P(ButtonTable, ReturnWithOtherKeysIsForOthers) {
+    QQuickItem* const button = showButton();
+    const QSignalSpy clicks(button, SIGNAL(clicked()));
+    button->forceActiveFocus(Qt::TabFocusReason);
+    for (const Qt::KeyboardModifier modifier :
+         {Qt::ControlModifier, Qt::AltModifier, Qt::ShiftModifier, Qt::MetaModifier}) {
+        QTest::keyClick(&window, Qt::Key_Return, modifier);
+        QTest::keyClick(&window, Qt::Key_Enter, modifier | Qt::KeypadModifier);
+    }
+    EXPECT_EQ(clicks.count(), 0);
+    QTest::keyClick(&window, Qt::Key_Enter, Qt::KeypadModifier);
+    EXPECT_EQ(clicks.count(), 1);
+}
+
+TEST_P(ButtonTable, LooksPressedWhileItIsHeldDown) {
+    QQuickItem* const button = showButton();
+    const QImage resting = window.grabWindow();
+    button->setProperty("down", true);
+    EXPECT_NE(window.grabWindow(), resting);
 }
 
 TEST_P(ButtonTable, ShowsTheRingForTheKeyboardOnly) {
@@ -188,6 +238,14 @@ TEST_F(Controls, EdgeIsOneCrispPixel) {
     EXPECT_EQ(at(94), 251);
 }
 
+TEST_F(Controls, GroupIsAsLargeAsItsContent) {
+    const QQuickItem* const group = show(R"(GlassGroup {
+        FlatCapsule { width: 80; height: 34 }
+        FlatCapsule { x: 90; width: 60; height: 24 }
+    })");
+    EXPECT_EQ(group->size(), QSizeF(150, 34));
+}
+
 // Tabs
 
 class TabsTest : public Controls {
@@ -256,6 +314,38 @@ TEST_F(TabsTest, HighlightLiesBehindTheChosenOne) {
     EXPECT_LT(segment(120), 250);
 }
 
+TEST_F(TabsTest, HighlightIsThereAtOnceInAWiderRow) {
+    appearance.setReducesMotion(false);
+    ASSERT_FALSE(theme().reducesMotion());
+    const auto shapes = tabs->findChildren<QQuickItem*>();
+    const auto highlight = std::ranges::find_if(shapes, [](const QQuickItem* shape) {
+        return shape->property("place").isValid();
+    });
+    ASSERT_NE(highlight, shapes.end());
+    const double before = (*highlight)->x();
+    tabs->setWidth(tabs->width() + 30);
+    EXPECT_DOUBLE_EQ((*highlight)->x(), before + 10) << "the second of three";
+}
+
+TEST_F(TabsTest, NothingIsChosenWhileDisabled) {
+    tabs->setEnabled(false);
+    clickAt(20);
+    key(Qt::Key_Tab);
+    key(Qt::Key_Left);
+    pressAccessibly(QStringLiteral("Year"));
+    EXPECT_THAT(choices(), testing::IsEmpty());
+    EXPECT_EQ(accessible(QStringLiteral("Pages"))->text(QAccessible::Description), theme().unavailable());
+}
+
+TEST_F(TabsTest, NothingIsChosenWhereThereIsNothing) {
+    tabs->setProperty("items", QStringList());
+    tabs->setProperty("currentIndex", -1);
+    key(Qt::Key_Tab);
+    key(Qt::Key_Right);
+    key(Qt::Key_Left);
+    EXPECT_THAT(choices(), testing::IsEmpty());
+}
+
 TEST_F(TabsTest, ItemsAreAtLeastAsHighAsToldInsideThePadding) {
     EXPECT_EQ(tabs->height(), 30);
     tabs->setProperty("minHeight", 34);
@@ -299,12 +389,26 @@ TEST_F(SwitchTest, TellsAssistiveTechnologyItsState) {
     EXPECT_TRUE(control->state().checked);
 }
 
+TEST_F(SwitchTest, HeldKeyTogglesOnceAndReturnOnlyAlone) {
+    toggle->forceActiveFocus(Qt::TabFocusReason);
+    hold(Qt::Key_Return);
+    EXPECT_EQ(toggled.count(), 1);
+    hold(Qt::Key_Space);
+    EXPECT_EQ(toggled.count(), 2);
+    QTest::keyClick(&window, Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_EQ(toggled.count(), 2);
+}
+
 TEST_F(SwitchTest, DoesNothingWhileDisabled) {
     toggle->setEnabled(false);
     clickOn(toggle);
     key(Qt::Key_Tab);
     key(Qt::Key_Space);
+    pressAccessibly(QStringLiteral("Sound"));
+    QAccessibleActionInterface* const actions = accessible(QStringLiteral("Sound"))->actionInterface();
+    actions->doAction(QAccessibleActionInterface::toggleAction());
     EXPECT_FALSE(isOn());
+    EXPECT_EQ(toggled.count(), 0);
     EXPECT_EQ(toggle->property("indicator").value<QQuickItem*>()->opacity(), 0.4);
 }
 
@@ -363,6 +467,11 @@ protected:
     [[nodiscard]] QObject* menu() const {
         QObject* const loader = qmlContext(owner)->objectForName(QStringLiteral("menu"));
         return loader->property("made").value<QObject*>();
+    }
+    [[nodiscard]] static QQuickItem* row(QObject* menu, int index) {
+        QQuickItem* found = nullptr;
+        QMetaObject::invokeMethod(menu, "itemAt", Q_RETURN_ARG(QQuickItem*, found), Q_ARG(int, index));
+        return found;
     }
     [[nodiscard]] bool isOpen() const { return menu() && menu()->property("visible").toBool(); }
     [[nodiscard]] std::string chosen() const { return owner->property("chosen").toString().toStdString(); }
@@ -469,6 +578,29 @@ TEST_F(MenuTest, ScrollsWhereTheWindowIsLower) {
         key(Qt::Key_Down);
     EXPECT_TRUE(QTest::qWaitFor([&] { return rows->property("contentY").toDouble() > 0; }))
         << "the last row comes into sight";
+}
+
+TEST_F(MenuTest, WordsOfAllRowsStandBelowEachOther) {
+    open();
+    for (const int index : {0, 1, 2, 4, 5})
+        EXPECT_EQ(row(menu(), index)->property("leftPadding").toDouble(), 26) << index;
+    QObject* const submenu = row(menu(), 5)->property("subMenu").value<QObject*>();
+    ASSERT_NE(submenu, nullptr);
+    EXPECT_EQ(row(submenu, 0)->property("leftPadding").toDouble(), 10) << "no row there bears a checkmark";
+}
+
+TEST_F(MenuTest, AssistiveTechnologyCantChooseWhatCantBeChosen) {
+    open();
+    for (const char* const name : {"Off", "Why it is off"}) {
+        QAccessibleInterface* const row = accessible(QString::fromLatin1(name));
+        ASSERT_NE(row, nullptr);
+        if (row->actionInterface())
+            row->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    }
+    EXPECT_EQ(chosen(), "");
+    EXPECT_TRUE(isOpen());
+    EXPECT_EQ(accessible(QStringLiteral("Off"))->text(QAccessible::Description), theme().unavailable());
+    EXPECT_EQ(accessible(QStringLiteral("Why it is off"))->role(), QAccessible::StaticText);
 }
 
 TEST_F(MenuTest, AssistiveTechnologyKnowsTheRows) {
@@ -603,6 +735,30 @@ TEST_F(TipTest, GoesWithItsItem) {
     bubble = other->bubble();
     delete other->parent();
     EXPECT_TRUE(bubble.isNull());
+}
+
+TEST_F(TipTest, MovesWithItsItem) {
+    HoverTip* const tip = showTip("Words", 100, 100);
+    ASSERT_TRUE(comes(tip));
+    const QRectF before = place(tip);
+    QQuickItem* const item = qobject_cast<QQuickItem*>(tip->parent());
+    item->setPosition({120, 130});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return place(tip) == before.translated(20, 30); }));
+}
+
+TEST_F(TipTest, StandsApartFromWhatIsAsBright) {
+    for (const bool dark : {false, true}) {
+        appearance.setDark(dark);
+        HoverTip* const tip = showTip("Words", 100, 100);
+        ASSERT_TRUE(comes(tip));
+        window.setColor(theme().solidPrimary());
+        const QPointF middle = place(tip).center();
+        const QPoint rim(static_cast<int>(middle.x()), static_cast<int>(place(tip).top()));
+        EXPECT_NEAR(lightness(rim), theme().surface().lightness(), 1);
+        EXPECT_NEAR(lightness(rim + QPoint(0, 1)), theme().solidPrimary().lightness(), 1);
+        EXPECT_NEAR(lightness(rim - QPoint(0, 1)), theme().solidPrimary().lightness(), 1);
+        tip->setVisible(false);
+    }
 }
 
 TEST_F(TipTest, TakesNoClickAndNoKeyFromOthers) {

@@ -51,7 +51,11 @@ protected:
     /// The least contrast that text may have here.
     [[nodiscard]] double demanded() const { return GetParam().isHighContrast ? 7 : 4.5; }
 
-    [[nodiscard]] QColor ink(double opacity) const { return Palette::of(GetParam()).ink(opacity); }
+    [[nodiscard]] QColor ink(double opacity) {
+        QColor shade = theme().primary();
+        shade.setAlphaF(static_cast<float>(opacity));
+        return shade;
+    }
 
     void expectReadable(const QColor& text, const QColor& ground, const std::string& what) const {
         EXPECT_GE(contrast(text, ground), demanded()) << what;

@@ -22,7 +22,7 @@ constexpr double margin = 6;
 constexpr double top = 2'000'000;
 
 /// Above the item, in its middle; below it where there is no room above.
-QPointF place(const QRectF& item, const QSizeF& bubble, const QSizeF& window) {
+QPointF beside(const QRectF& item, const QSizeF& bubble, const QSizeF& window) {
     const double x = std::clamp(item.center().x() - bubble.width() / 2, margin,
                                 std::max(margin, window.width() - margin - bubble.width()));
     const double above = item.top() - gap - bubble.height();
@@ -101,11 +101,21 @@ void HoverTip::show() {
     _bubble->setParent(window->contentItem());
     _bubble->setParentItem(window->contentItem());
     _bubble->setZ(top);
-    _bubble->setPosition(place(item->mapRectToScene(QRectF(0, 0, item->width(), item->height())),
-                               _bubble->size(), window->size()));
+    place();
     // A window or a menu that goes away with the pointer on it takes the words with it.
     _withItem = connect(item, &QQuickItem::visibleChanged, this, &HoverTip::hide);
     _withWindow = connect(window, &QWindow::visibleChanged, this, &HoverTip::hide);
+    // An item moves with everything that it lies in, and only a frame shows that.
+    _withFrames = connect(window, &QQuickWindow::afterAnimating, this, &HoverTip::place);
+}
+
+void HoverTip::place() {
+    const QQuickItem* const item = target();
+    const QQuickWindow* const window = item ? item->window() : nullptr;
+    if (!_bubble || !window)
+        return;
+    _bubble->setPosition(beside(item->mapRectToScene(QRectF(0, 0, item->width(), item->height())),
+                                _bubble->size(), window->size()));
 }
 
 void HoverTip::hide() {
@@ -114,6 +124,7 @@ void HoverTip::hide() {
         return;
     disconnect(_withItem);
     disconnect(_withWindow);
+    disconnect(_withFrames);
     delete _bubble;
 }
 

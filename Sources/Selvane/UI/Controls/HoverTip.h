@@ -48,6 +48,8 @@ protected:
 private:
     [[nodiscard]] QQuickItem* target() const;
     void show();
+    /// Where the item is now.
+    void place();
     void hide();
 
     QString _text;
@@ -57,6 +59,7 @@ private:
     QPointer<QQuickItem> _bubble;
     QMetaObject::Connection _withItem;
     QMetaObject::Connection _withWindow;
+    QMetaObject::Connection _withFrames;
 };
 
 } // namespace selvane

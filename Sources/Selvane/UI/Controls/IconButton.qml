@@ -25,7 +25,7 @@ Pressable {
 
     background: RoundedShape {
         radius: 6
-        color: Theme.ink(root.pressed ? 0.12 : root.hovered ? 0.07 : 0)
+        color: Theme.ink(root.down ? 0.12 : root.hovered ? 0.07 : 0)
         ringed: root.visualFocus
         ringColor: Theme.focusRing
     }

@@ -25,15 +25,20 @@ void MenuMeasure::setMenu(QObject* menu) {
 void MenuMeasure::measure() {
     const int count = _menu ? _menu->property("count").toInt() : 0;
     double widest = 0;
+    bool markable = false;
     for (int index = 0; index < count; ++index) {
         const QQuickItem* const item = row(index);
         if (!item)
             continue;
+        markable = markable || item->property("markable").toBool();
         widest = std::max(widest, item->implicitWidth());
         connect(item, &QQuickItem::implicitWidthChanged, this, &MenuMeasure::measure, Qt::UniqueConnection);
     }
     if (std::exchange(_width, widest) != widest)
         Q_EMIT widthChanged();
+    // Where this changes the rows' widths, they bring us here again.
+    if (std::exchange(_markable, markable) != markable)
+        Q_EMIT markableChanged();
 }
 
 QQuickItem* MenuMeasure::row(int index) const {

@@ -8,7 +8,8 @@ class QQuickItem;
 
 namespace selvane {
 
-/// How wide the rows of a menu want to be: as the widest of them. Main thread.
+/// What the rows of a menu have in common: as wide as the widest of them, and with room for checkmarks if one
+/// of them can bear one, so that their words stand below each other. Main thread.
 class MenuMeasure : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -16,6 +17,7 @@ class MenuMeasure : public QObject {
     /// A Menu of QtQuick.Templates.
     Q_PROPERTY(QObject* menu READ menu WRITE setMenu NOTIFY menuChanged FINAL)
     Q_PROPERTY(double width READ width NOTIFY widthChanged FINAL)
+    Q_PROPERTY(bool markable READ isMarkable NOTIFY markableChanged FINAL)
 
 public:
     explicit MenuMeasure(QObject* parent = nullptr) : QObject(parent) {}
@@ -23,10 +25,12 @@ public:
     [[nodiscard]] QObject* menu() const { return _menu; }
     void setMenu(QObject* menu);
     [[nodiscard]] double width() const { return _width; }
+    [[nodiscard]] bool isMarkable() const { return _markable; }
 
 Q_SIGNALS:
     void menuChanged();
     void widthChanged();
+    void markableChanged();
 
 private Q_SLOTS:
     void measure();
@@ -36,6 +40,7 @@ private:
 
     QPointer<QObject> _menu;
     double _width = 0;
+    bool _markable = false;
 };
 
 } // namespace selvane

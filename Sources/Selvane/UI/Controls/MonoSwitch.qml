@@ -21,9 +21,6 @@ T.AbstractButton {
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
 
-    Keys.onReturnPressed: root.flip()
-    Keys.onEnterPressed: root.flip()
-
     Accessible.role: Accessible.CheckBox
     Accessible.name: accessibleName
     Accessible.description: enabled ? tooltip : Theme.unavailable
@@ -60,6 +57,10 @@ T.AbstractButton {
                 dampingFraction: 0.85
             }
         }
+    }
+
+    PressKeys {
+        onPressed: root.flip()
     }
 
     HoverTip {

@@ -85,10 +85,4 @@ Palette Palette::of(Scheme scheme) {
     return scheme.isHighContrast ? strong(palette, scheme.isDark) : palette;
 }
 
-QColor Palette::ink(double opacity) const {
-    QColor shade = primary;
-    shade.setAlphaF(static_cast<float>(opacity));
-    return shade;
-}
-
 } // namespace selvane

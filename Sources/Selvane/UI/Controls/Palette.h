@@ -18,9 +18,6 @@ struct Palette {
 
     [[nodiscard]] static Palette of(Scheme scheme);
 
-    /// The primary ink at an opacity from 0 to 1.
-    [[nodiscard]] QColor ink(double opacity) const;
-
     // Grounds
 
     /// Windows.
@@ -51,7 +48,7 @@ struct Palette {
 
     // Inks
 
-    /// What every other ink is a shade of.
+    /// What `Theme.ink` makes shades of: darker than text, so that small text at 0.6 of it can be read.
     QColor primary;
     /// Filled shapes that bear text: the prominent button, a switch that is on.
     QColor solidPrimary;

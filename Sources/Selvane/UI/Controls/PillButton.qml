@@ -8,7 +8,7 @@ Pressable {
     property bool prominent: false
 
     readonly property color plainText: root.enabled ? Theme.primaryText : Theme.tertiaryText
-    readonly property color solid: Qt.alpha(Theme.solidPrimary, root.pressed ? 0.82 : 1)
+    readonly property color solid: Qt.alpha(Theme.solidPrimary, root.down ? 0.82 : 1)
 
     implicitWidth: Math.max(prominent ? 116 : 0, Math.ceil(implicitContentWidth + leftPadding + rightPadding))
     implicitHeight: Math.max(prominent ? 38 : 34, Math.ceil(implicitContentHeight))
@@ -18,7 +18,7 @@ Pressable {
     leftInset: -4
     rightInset: -4
     bottomInset: -4
-    scale: pressed ? 0.96 : 1
+    scale: down ? 0.96 : 1
 
     Behavior on scale {
         SpringMotion {
@@ -42,7 +42,7 @@ Pressable {
         color: root.prominent ? root.solid : "transparent"
         interactive: root.enabled
         hovered: root.hovered
-        pressed: root.pressed
+        pressed: root.down
         ringed: root.visualFocus
     }
 }

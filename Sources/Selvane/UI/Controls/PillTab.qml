@@ -20,7 +20,7 @@ Item {
     Accessible.name: modelData
     Accessible.selectable: true
     Accessible.selected: selected
-    Accessible.onPressAction: root.strip.chosen(root.index)
+    Accessible.onPressAction: if (root.enabled) root.strip.chosen(root.index)
 
     HoverHandler {
         id: hover

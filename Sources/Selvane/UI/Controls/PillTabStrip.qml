@@ -11,4 +11,10 @@ Item {
     readonly property real segment: count > 0 ? width / count : 0
 
     signal chosen(int index)
+
+    /// The nearest choice that there is.
+    function choose(index: int) {
+        if (count > 0)
+            chosen(Math.max(0, Math.min(index, count - 1)));
+    }
 }

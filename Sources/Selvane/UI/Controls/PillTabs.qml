@@ -21,12 +21,12 @@ KeyboardStop {
     implicitWidth: 200
     implicitHeight: minHeight + 6
 
-    Keys.onLeftPressed: root.chosen(Math.max(root.currentIndex - 1, 0))
-    Keys.onRightPressed: root.chosen(Math.min(root.currentIndex + 1, root.items.length - 1))
+    Keys.onLeftPressed: strip.choose(root.currentIndex - 1)
+    Keys.onRightPressed: strip.choose(root.currentIndex + 1)
 
     Accessible.role: Accessible.PageTabList
     Accessible.name: accessibleName
-    Accessible.description: tooltip
+    Accessible.description: enabled ? tooltip : Theme.unavailable
     Accessible.focusable: true
     Accessible.focused: activeFocus
 
@@ -48,9 +48,12 @@ KeyboardStop {
         onChosen: index => root.chosen(index)
 
         RoundedShape {
+            /// In segments: where the row becomes wider, the highlight is there at once.
+            property real place: Math.max(root.currentIndex, 0)
+
             // Room for the shadow.
             spread: 5
-            x: Math.round(root.currentIndex * strip.segment) - 5
+            x: Math.round(place * strip.segment) - 5
             y: -5
             width: Math.round(strip.segment) + 10
             height: strip.height + 10
@@ -61,7 +64,7 @@ KeyboardStop {
             shadowRadius: 3
             shadowOffset: 1
 
-            Behavior on x {
+            Behavior on place {
                 SpringMotion {
                     response: 0.25
                     dampingFraction: 0.85

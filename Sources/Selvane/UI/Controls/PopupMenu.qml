@@ -1,11 +1,10 @@
 import QtQuick
-import QtQuick.Templates as T
 import Selvane.Controls
 
 /// A menu of PopupMenuItem, PopupMenuSeparator and, for submenus, PopupMenu. `open()` opens it below the item that it
 /// is declared in, `popup()` at the pointer; it keeps within the window and scrolls where that is lower than the menu.
 /// A click elsewhere or Escape closes it and does nothing else. Make it lazily: see LazyMenu.
-T.Menu {
+MeasuredMenu {
     id: root
 
     y: parent !== null ? parent.height + 4 : 0
@@ -20,10 +19,6 @@ T.Menu {
     overlap: 2
     modal: true
     dim: false
-
-    readonly property MenuMeasure measure: MenuMeasure {
-        menu: root
-    }
 
     delegate: PopupMenuItem {}
 

@@ -2,9 +2,9 @@ import QtQuick
 import QtQuick.Templates as T
 import Selvane.Controls
 
-/// A row of a PopupMenu. `marked` rows carry a checkmark; a menu that marks rows sets `markable` for all of them, so that
-/// their words stand below each other. A `hint` can't be chosen and says why something can't be done. A `destructive`
-/// row is told by its weight.
+/// A row of a PopupMenu. A `markable` row carries a checkmark while it is `marked`; the menu leaves room for that in front
+/// of all its rows. A `hint` can't be chosen and says why something can't be done; assistive technology knows it as
+/// text. A `destructive` row is told by its weight.
 T.MenuItem {
     id: root
 
@@ -15,18 +15,20 @@ T.MenuItem {
     /// The keys that do the same, only to be read.
     property string shortcut: ""
 
+    readonly property MeasuredMenu measuredMenu: menu as MeasuredMenu
     readonly property color words: root.hint ? Theme.secondaryText : root.enabled ? Theme.primaryText : Theme.tertiaryText
 
     implicitWidth: Math.ceil(implicitContentWidth + leftPadding + rightPadding)
     implicitHeight: 26
-    leftPadding: markable ? 26 : 10
+    leftPadding: measuredMenu !== null && measuredMenu.measure.markable ? 26 : 10
     rightPadding: subMenu !== null ? 26 : 10
     enabled: !hint
     hoverEnabled: true
 
+    Accessible.ignored: hint
     Accessible.role: Accessible.MenuItem
     Accessible.name: text
-    Accessible.description: enabled || hint ? shortcut : Theme.unavailable
+    Accessible.description: enabled ? shortcut : Theme.unavailable
     Accessible.checkable: markable
     Accessible.checked: marked
     Accessible.onPressAction: if (root.enabled) root.clicked()
@@ -36,6 +38,10 @@ T.MenuItem {
         shortcut: root.shortcut
         color: root.words
         weight: root.destructive ? Font.DemiBold : Font.Normal
+
+        Accessible.ignored: !root.hint
+        Accessible.role: Accessible.StaticText
+        Accessible.name: root.text
     }
 
     indicator: Symbol {

@@ -15,13 +15,14 @@ T.AbstractButton {
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
 
-    Keys.onReturnPressed: root.clicked()
-    Keys.onEnterPressed: root.clicked()
-
     Accessible.role: Accessible.Button
     Accessible.name: accessibleName
     Accessible.description: enabled ? tooltip : Theme.unavailable
     Accessible.onPressAction: if (root.enabled) root.clicked()
+
+    PressKeys {
+        onPressed: root.clicked()
+    }
 
     HoverTip {
         text: root.tooltip

@@ -10,9 +10,10 @@
 
 namespace selvane {
 
-/// A rounded rectangle with what belongs to it: a soft shadow, an edge inside it that is crisp at every
-/// scale, and the ring around it that tells where the keyboard is. One item for all, painted once until
-/// something of it changes. Lengths are pixels of the window. Main thread.
+/// A rounded rectangle with what belongs to it: a soft shadow, an edge inside it, and the ring
+/// around it that tells where the keyboard is. One item for all, painted once until something of it changes.
+/// Sides and edge are crisp where the item itself begins at a whole device pixel, which a whole pixel of the
+/// window always is at a whole scale. Lengths are pixels of the window. Main thread.
 class RoundedShape : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
@@ -67,7 +68,7 @@ Q_SIGNALS:
 protected:
     /// Device pixels to a pixel of the window.
     [[nodiscard]] double pixels() const;
-    /// The shape, with its sides on borders between device pixels.
+    /// The shape, with its sides on borders between device pixels as counted from the item's corner.
     [[nodiscard]] QRectF shapeRectangle() const;
     [[nodiscard]] double cornerRadius() const;
 

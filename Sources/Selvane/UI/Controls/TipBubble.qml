@@ -1,17 +1,19 @@
 import QtQuick
 import Selvane.Controls
 
-/// What HoverTip shows.
+/// What HoverTip shows. A rim of the ground keeps it apart from what is as bright or dark beneath it.
 RoundedShape {
     id: root
 
     required property string text
     required property real maximumWidth
 
-    width: Math.ceil(Math.min(words.implicitWidth + 18, maximumWidth))
-    height: words.implicitHeight + 11
-    radius: 6
+    width: Math.ceil(Math.min(words.implicitWidth + 20, maximumWidth))
+    height: words.implicitHeight + 13
+    radius: 7
     color: Theme.solidPrimary
+    edgeColor: Theme.surface
+    edgeWidth: 1
 
     Accessible.role: Accessible.ToolTip
     Accessible.name: text
@@ -19,9 +21,9 @@ RoundedShape {
     Text {
         id: words
 
-        x: 9
-        y: 5
-        width: root.width - 18
+        x: 10
+        y: 6
+        width: root.width - 20
         text: root.text
         color: Theme.textOnSolidPrimary
         font.pixelSize: Theme.caption

@@ -15,7 +15,7 @@ namespace selvane {
 /// stands for the weight. Parts that can light up one after another are the last elements of the file, with
 /// the ids "part1", "part2" and so on, one element each.
 struct SymbolDrawing {
-    /// The side of the grid, in its own units. Ink stays a unit away from its edges.
+    /// The side of the grid, in its own units. Ink stays half a unit away from its edges.
     static constexpr double side = 24.0;
     /// The width of a stroke of the weight's own width in the files.
     static constexpr double strokeWidth = 2.0;
