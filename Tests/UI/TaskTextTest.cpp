@@ -73,11 +73,12 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(DotsRow{"noneDone", 0, 4, {0, 4}}, DotsRow{"someDone", 2, 4, {2, 4}},
                     DotsRow{"moreDoneThanEstimated", 7, 4, {4, 4}}, DotsRow{"noEstimate", 3, 0, {0, 0}},
                     DotsRow{"negativeEstimate", 3, -2, {0, 0}}, DotsRow{"negativeDone", -1, 3, {0, 3}},
-                    DotsRow{"asManyAsHaveRoom", 11, 12, {11, 12}},
-                    DotsRow{"moreThanHaveRoom", 10, 20, {6, 12}}, DotsRow{"oneOfMany", 1, 1000, {1, 12}},
-                    DotsRow{"allButOneOfMany", 999, 1000, {11, 12}},
-                    DotsRow{"allOfMany", 1000, 1000, {12, 12}}, DotsRow{"noneOfMany", 0, 1000, {0, 12}},
-                    DotsRow{"hugeEstimate", 1, huge, {1, 12}}, DotsRow{"hugeBoth", huge, huge, {12, 12}},
+                    DotsRow{"asManyAsHaveRoom", 13, 20, {13, 20}},
+                    DotsRow{"oneMoreThanHasRoom", 13, 21, {12, 20}},
+                    DotsRow{"moreThanHaveRoom", 10, 40, {5, 20}}, DotsRow{"oneOfMany", 1, 1000, {1, 20}},
+                    DotsRow{"allButOneOfMany", 999, 1000, {19, 20}},
+                    DotsRow{"allOfMany", 1000, 1000, {20, 20}}, DotsRow{"noneOfMany", 0, 1000, {0, 20}},
+                    DotsRow{"hugeEstimate", 1, huge, {1, 20}}, DotsRow{"hugeBoth", huge, huge, {20, 20}},
                     DotsRow{"leastBoth", least, least, {0, 0}}),
     [](const auto& test) { return std::string(test.param.name); });
 

@@ -1,5 +1,6 @@
 #include "ControlsFixture.h"
 #include "Selvane/UI/Controls/Glass.h"
+#include "Selvane/UI/Controls/Ink.h"
 
 #include <QSignalSpy>
 
@@ -284,6 +285,23 @@ TEST(Glass, TintIsWhiteOverTheRegularGlass) {
         EXPECT_NEAR(look(Look::Tinted).lightnessF(), expected.lightnessF(), 0.005);
         EXPECT_NE(look(Look::Tinted).lightness(), look(Look::Regular).lightness());
     }
+}
+
+TEST(Ink, FadesByAPartOfItsOwnOpacity) {
+    EXPECT_EQ(faded(QColor::fromRgbF(1, 0, 0, 0.5F), 0.5), QColor::fromRgbF(1, 0, 0, 0.25F));
+    EXPECT_EQ(faded(Qt::red, 1), QColor(Qt::red));
+}
+
+TEST(Ink, BlendsBetweenTwoColorsAndNoFurther) {
+    const QColor from = QColor::fromRgbF(0, 0.5F, 1, 1);
+    const QColor to = QColor::fromRgbF(1, 0.5F, 0, 0);
+    const QColor half = blended(from, to, 0.5);
+    EXPECT_NEAR(half.redF(), 0.5, 0.001);
+    EXPECT_NEAR(half.greenF(), 0.5, 0.001);
+    EXPECT_NEAR(half.blueF(), 0.5, 0.001);
+    EXPECT_NEAR(half.alphaF(), 0.5, 0.001);
+    EXPECT_EQ(blended(from, to, -0.2), from);
+    EXPECT_EQ(blended(from, to, 1.2), to);
 }
 
 TEST(Glass, OnlyInteractiveGlassAnswersToThePointer) {

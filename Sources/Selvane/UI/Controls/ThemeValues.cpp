@@ -1,5 +1,7 @@
 #include "Selvane/UI/Controls/ThemeValues.h"
 
+#include "Selvane/UI/Controls/Ink.h"
+
 #include <QFont>
 #include <QGuiApplication>
 
@@ -38,6 +40,10 @@ bool ThemeValues::reducesMotion() const {
 
 Look::Glass ThemeValues::glass() const {
     return _look ? _look->glass() : Look::Flat;
+}
+
+QColor ThemeValues::blended(const QColor& from, const QColor& to, double part) {
+    return selvane::blended(from, to, part);
 }
 
 QString ThemeValues::fontFamily() const {

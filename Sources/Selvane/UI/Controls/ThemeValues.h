@@ -65,6 +65,9 @@ public:
     [[nodiscard]] bool reducesMotion() const;
     [[nodiscard]] Look::Glass glass() const;
 
+    /// The color on the way from one to another, at 0 the first, at 1 the second and beyond that no further.
+    [[nodiscard]] Q_INVOKABLE static QColor blended(const QColor& from, const QColor& to, double part);
+
     [[nodiscard]] QString fontFamily() const;
     [[nodiscard]] const QColor& surface() const { return _palette.surface; }
     [[nodiscard]] const QColor& backdrop() const { return _palette.backdrop; }

@@ -30,7 +30,7 @@ Item {
         anchors.fill: parent
         progress: root.isOn ? 1 : 0
         ringColor: Theme.secondaryText
-        fillColor: Theme.primaryText
+        fillColor: Theme.primary
 
         Behavior on progress {
             enabled: root.animated
@@ -48,9 +48,9 @@ Item {
         size: 10
         weight: Symbol.Bold
         color: Theme.inverse
-        opacity: shape.progress
-        scale: 0.4 + 0.6 * shape.progress
-        visible: shape.progress > 0
+        opacity: shape.markOpacity
+        scale: shape.markScale
+        visible: opacity > 0
     }
 
     MouseArea {

@@ -1,9 +1,12 @@
 #include "Selvane/UI/Tasks/CheckShape.h"
 
+#include "Selvane/UI/Controls/Ink.h"
+
 #include <QLineF>
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace selvane {
@@ -13,10 +16,11 @@ namespace {
 constexpr double ringWidth = 1.5;
 constexpr double ringOpacityWhenOff = 0.7;
 constexpr double discScaleWhenOff = 0.3;
+constexpr double markScaleWhenOff = 0.4;
 
-QColor faded(QColor color, double opacity) {
-    color.setAlphaF(static_cast<float>(color.alphaF() * opacity));
-    return color;
+/// From what it is when off to 1, however far the spring goes.
+double on(double whenOff, double progress) {
+    return std::lerp(whenOff, 1.0, std::clamp(progress, 0.0, 1.0));
 }
 
 } // namespace
@@ -30,6 +34,14 @@ void CheckShape::setProgress(double progress) {
         return;
     update();
     Q_EMIT progressChanged();
+}
+
+double CheckShape::markOpacity() const {
+    return on(0, _progress);
+}
+
+double CheckShape::markScale() const {
+    return on(markScaleWhenOff, _progress);
 }
 
 void CheckShape::setRingColor(const QColor& color) {
@@ -51,18 +63,17 @@ bool CheckShape::contains(const QPointF& point) const {
 }
 
 void CheckShape::paint(QPainter* painter) {
-    const double part = std::clamp(_progress, 0.0, 1.0);
     const QPointF center = boundingRect().center();
     const double radius = std::min(width(), height()) / 2;
 
     painter->setBrush(Qt::NoBrush);
-    painter->setPen(QPen(faded(_ringColor, ringOpacityWhenOff + (1 - ringOpacityWhenOff) * part), ringWidth));
+    painter->setPen(QPen(faded(_ringColor, on(ringOpacityWhenOff, _progress)), ringWidth));
     // Inside the edge.
     painter->drawEllipse(center, radius - ringWidth / 2, radius - ringWidth / 2);
 
     painter->setPen(Qt::NoPen);
-    painter->setBrush(faded(_fillColor, part));
-    const double scale = discScaleWhenOff + (1 - discScaleWhenOff) * part;
+    painter->setBrush(faded(_fillColor, on(0, _progress)));
+    const double scale = on(discScaleWhenOff, _progress);
     painter->drawEllipse(center, radius * scale, radius * scale);
 }
 

@@ -14,6 +14,9 @@ class CheckShape : public QQuickPaintedItem {
 
     /// From 0, an empty ring, to 1, a full disc. Springs may pass both.
     Q_PROPERTY(double progress READ progress WRITE setProgress NOTIFY progressChanged FINAL)
+    /// Of the check mark on the disc.
+    Q_PROPERTY(double markOpacity READ markOpacity NOTIFY progressChanged FINAL)
+    Q_PROPERTY(double markScale READ markScale NOTIFY progressChanged FINAL)
     Q_PROPERTY(QColor ringColor READ ringColor WRITE setRingColor NOTIFY ringColorChanged FINAL)
     Q_PROPERTY(QColor fillColor READ fillColor WRITE setFillColor NOTIFY fillColorChanged FINAL)
 
@@ -22,6 +25,8 @@ public:
 
     [[nodiscard]] double progress() const { return _progress; }
     void setProgress(double progress);
+    [[nodiscard]] double markOpacity() const;
+    [[nodiscard]] double markScale() const;
     [[nodiscard]] QColor ringColor() const { return _ringColor; }
     void setRingColor(const QColor& color);
     [[nodiscard]] QColor fillColor() const { return _fillColor; }

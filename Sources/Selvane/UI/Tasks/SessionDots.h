@@ -14,7 +14,7 @@ class SessionDots : public QQuickPaintedItem {
     QML_ELEMENT
 
     Q_PROPERTY(int done READ done WRITE setDone NOTIFY doneChanged FINAL)
-    /// The circles; more than have room are drawn as fewer, filled in proportion.
+    /// The circles, up to 20; more are drawn as 20, filled in proportion. See `TaskText::dots`.
     Q_PROPERTY(int total READ total WRITE setTotal NOTIFY totalChanged FINAL)
     Q_PROPERTY(QColor doneColor READ doneColor WRITE setDoneColor NOTIFY doneColorChanged FINAL)
     Q_PROPERTY(QColor openColor READ openColor WRITE setOpenColor NOTIFY openColorChanged FINAL)

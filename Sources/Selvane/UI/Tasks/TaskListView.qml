@@ -151,8 +151,8 @@ FocusScope {
                 SpringMotion {
                     property: "opacity"
                     to: 0
-                    response: 0.25
-                    dampingFraction: 1
+                    response: 0.5
+                    dampingFraction: 0.85
                 }
             }
 

@@ -6,8 +6,8 @@ namespace selvane::TaskText {
 
 namespace {
 
-/// So many leave half of a row to the title.
-constexpr std::int64_t mostDots = 12;
+/// So many leave a title room for a word or two.
+constexpr std::int64_t mostDots = 20;
 
 QString plural(std::int64_t count) {
     return count == 1 ? QString() : QStringLiteral("s");

@@ -35,9 +35,11 @@ struct Dots {
     friend bool operator==(const Dots&, const Dots&) = default;
 };
 
-/// One circle a session, filled as far as sessions are done. More sessions than have room in a row are told
-/// by as many circles as have: those are filled in the same proportion, none only if nothing is done and all
-/// only if all is.
+/// One circle a session, filled as far as sessions are done.
+///
+/// From 21 sessions on, which only a damaged or foreign file estimates, that rule isn't kept: the circles
+/// would push the title out of the row. Then 20 are drawn and filled in the same proportion, none only if
+/// nothing is done and all only if all is. The words tell the numbers as they are.
 [[nodiscard]] Dots dots(std::int64_t done, std::int64_t total);
 
 } // namespace selvane::TaskText

@@ -8,11 +8,7 @@ Text {
     /// From 0, open, to 1, done. A spring may pass both.
     required property real doneness
 
-    function blended(from: color, to: color, part: real): color {
-        return Qt.rgba(from.r + (to.r - from.r) * part, from.g + (to.g - from.g) * part, from.b + (to.b - from.b) * part, from.a + (to.a - from.a) * part);
-    }
-
-    color: blended(Theme.primaryText, Theme.secondaryText, Math.min(Math.max(doneness, 0), 1))
+    color: Theme.blended(Theme.primaryText, Theme.secondaryText, doneness)
     font.pixelSize: 14
     elide: Text.ElideRight
     maximumLineCount: 1
@@ -24,7 +20,8 @@ Text {
 
     Rectangle {
         y: Math.round(root.height / 2) + 1
-        width: root.contentWidth * Math.min(root.doneness, 1)
+        // Past its end and back, as far as the spring goes.
+        width: root.contentWidth * root.doneness
         height: 1
         visible: root.doneness > 0
         color: root.color

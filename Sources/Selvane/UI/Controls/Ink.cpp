@@ -1,0 +1,21 @@
+#include "Selvane/UI/Controls/Ink.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace selvane {
+
+QColor faded(const QColor& color, double opacity) {
+    QColor result = color;
+    result.setAlphaF(static_cast<float>(color.alphaF() * opacity));
+    return result;
+}
+
+QColor blended(const QColor& from, const QColor& to, double part) {
+    const auto at = static_cast<float>(std::clamp(part, 0.0, 1.0));
+    return QColor::fromRgbF(std::lerp(from.redF(), to.redF(), at), std::lerp(from.greenF(), to.greenF(), at),
+                            std::lerp(from.blueF(), to.blueF(), at),
+                            std::lerp(from.alphaF(), to.alphaF(), at));
+}
+
+} // namespace selvane

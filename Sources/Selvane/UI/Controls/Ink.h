@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QColor>
+
+namespace selvane {
+
+/// The color with its own opacity times another.
+[[nodiscard]] QColor faded(const QColor& color, double opacity);
+
+/// The color on the way from one to another, at 0 the first, at 1 the second and beyond that no further.
+[[nodiscard]] QColor blended(const QColor& from, const QColor& to, double part);
+
+} // namespace selvane
