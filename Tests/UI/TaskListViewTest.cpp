@@ -7,6 +7,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 namespace selvane {
 namespace {
 
@@ -34,6 +36,13 @@ protected:
         QQuickItem* const item = window.activeFocusItem();
         QAccessibleInterface* const found = item ? QAccessible::queryAccessibleInterface(item) : nullptr;
         return found && found->role() == QAccessible::ListItem;
+    }
+
+    /// Whether the ring is drawn that tells that the keyboard is in the row.
+    bool hasRing(int row) {
+        const QImage picture = window.grabWindow();
+        const QColor found = picture.pixelColor(inRow(row, 9) * picture.devicePixelRatio());
+        return std::abs(found.lightness() - window.color().lightness()) > 40;
     }
 
     TaskListInput& input() { return *view().findChild<TaskListInput*>(); }
@@ -179,6 +188,72 @@ TEST_F(TaskListView, TabPassesTheListAtOneStop) {
     EXPECT_EQ(focused(), "Write");
     key(Qt::Key_Backtab);
     EXPECT_EQ(focused(), "Clear done");
+}
+
+TEST_F(TaskListView, RowThatTabComesToShowsItBeforeAnyOtherKey) {
+    showThree();
+    for (const Qt::Key way : {Qt::Key_Tab, Qt::Key_Backtab}) {
+        click(inRow(2));
+        click({120, 212});
+        EXPECT_FALSE(hasRing(0));
+        EXPECT_FALSE(input().isByKeyboard());
+        key(way);
+        EXPECT_EQ(focused(), "Write");
+        EXPECT_TRUE(hasRing(0));
+        EXPECT_FALSE(hasRing(1));
+    }
+    click(inRow(2));
+    EXPECT_FALSE(hasRing(0)) << "the mouse was used";
+}
+
+struct StrangeKey {
+    const char* name;
+    Qt::Key key;
+    Qt::KeyboardModifiers modifiers;
+};
+
+class StrangeKeys : public TaskListView, public testing::WithParamInterface<StrangeKey> {};
+
+TEST_P(StrangeKeys, DoNothingAndAreLeftToOthers) {
+    showThree();
+    goToRow(1);
+    QKeyEvent press(QEvent::KeyPress, GetParam().key, GetParam().modifiers);
+    QCoreApplication::sendEvent(&input(), &press);
+    polish();
+    EXPECT_FALSE(press.isAccepted());
+    EXPECT_EQ(focused(), "Reply");
+    EXPECT_THAT(titles(), ElementsAre("Write", "Reply", "Sketch"));
+    EXPECT_THAT(offered(), IsEmpty());
+    EXPECT_FALSE(tasks->isEditing());
+    EXPECT_FALSE(model->tasks().find(id("Reply"))->isDone);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    TaskListView, StrangeKeys,
+    testing::Values(StrangeKey{"shiftUp", Qt::Key_Up, Qt::ShiftModifier},
+                    StrangeKey{"shiftDown", Qt::Key_Down, Qt::ShiftModifier},
+                    StrangeKey{"controlShiftUp", Qt::Key_Up, Qt::ControlModifier | Qt::ShiftModifier},
+                    StrangeKey{"controlShiftDown", Qt::Key_Down, Qt::ControlModifier | Qt::ShiftModifier},
+                    StrangeKey{"metaDown", Qt::Key_Down, Qt::MetaModifier},
+                    StrangeKey{"altHome", Qt::Key_Home, Qt::AltModifier},
+                    StrangeKey{"shiftEnd", Qt::Key_End, Qt::ShiftModifier},
+                    StrangeKey{"controlPageUp", Qt::Key_PageUp, Qt::ControlModifier},
+                    StrangeKey{"controlPageDown", Qt::Key_PageDown, Qt::ControlModifier},
+                    StrangeKey{"controlSpace", Qt::Key_Space, Qt::ControlModifier},
+                    StrangeKey{"controlReturn", Qt::Key_Return, Qt::ControlModifier},
+                    StrangeKey{"shiftF2", Qt::Key_F2, Qt::ShiftModifier},
+                    StrangeKey{"delete", Qt::Key_Delete, Qt::NoModifier},
+                    StrangeKey{"controlMenu", Qt::Key_Menu, Qt::ControlModifier},
+                    StrangeKey{"f10", Qt::Key_F10, Qt::NoModifier}),
+    [](const auto& test) { return std::string(test.param.name); });
+
+TEST_F(TaskListView, KeysOfTheKeypadAreNoStrangeOnes) {
+    showThree();
+    goToRow(0);
+    key(Qt::Key_Down, Qt::KeypadModifier);
+    EXPECT_EQ(focused(), "Reply");
+    key(Qt::Key_End, Qt::KeypadModifier);
+    EXPECT_EQ(focused(), "Sketch");
 }
 
 TEST_F(TaskListView, ArrowsGoFromRowToRow) {
@@ -534,6 +609,41 @@ TEST_F(TaskListView, ListScrollsWhileARowIsHeldAtItsEdge) {
     EXPECT_EQ(titles().back(), "Task 0");
 }
 
+TEST_F(TaskListView, DragEndsWithTheWindow) {
+    appearance.setReducesMotion(false);
+    showThree();
+    press(inRow(0));
+    moveMouse(inRow(0), inRow(2));
+    ASSERT_EQ(tasks->liftedRow(), 2);
+    window.hide();
+    EXPECT_EQ(tasks->liftedRow(), -1);
+    EXPECT_EQ(tasks->index(0).data(TaskListModel::TitleRole), QStringLiteral("Write"));
+    letGo(inRow(2));
+    EXPECT_THAT(titles(), ElementsAre("Write", "Reply", "Sketch"));
+}
+
+TEST_F(TaskListView, DragEndsWithThePage) {
+    appearance.setReducesMotion(false);
+    showThree();
+    press(inRow(0));
+    moveMouse(inRow(0), inRow(2));
+    ASSERT_EQ(tasks->liftedRow(), 2);
+    view().setVisible(false);
+    EXPECT_EQ(tasks->liftedRow(), -1);
+    letGo(inRow(2));
+    EXPECT_THAT(titles(), ElementsAre("Write", "Reply", "Sketch"));
+}
+
+TEST_F(TaskListView, NothingIsTakenUpAfterThePageHasGone) {
+    showThree();
+    press(inRow(0));
+    view().setVisible(false);
+    view().setVisible(true);
+    moveMouse(inRow(0), inRow(2));
+    EXPECT_EQ(tasks->liftedRow(), -1);
+    letGo(inRow(2));
+}
+
 TEST_F(TaskListView, RowInMotionSettlesByASpring) {
     appearance.setReducesMotion(false);
     showThree();
@@ -586,7 +696,68 @@ TEST_F(TaskListView, KeyboardGoesToTheFieldWhenTheLastRowGoes) {
     EXPECT_EQ(focused(), "Add a task…");
 }
 
+TEST_F(TaskListView, KeyboardGoesToTheFieldWhenTheMenuDeletesTheLastRow) {
+    add({"Write"});
+    show();
+    goToRow(0);
+    key(Qt::Key_Menu);
+    choose(QStringLiteral("Delete"));
+    EXPECT_THAT(titles(), IsEmpty());
+    EXPECT_EQ(focused(), "Add a task…");
+}
+
+TEST_F(TaskListView, KeyboardGoesToTheNextRowWhenTheMenuDeletesOne) {
+    showThree();
+    goToRow(1);
+    key(Qt::Key_Menu);
+    choose(QStringLiteral("Delete"));
+    EXPECT_THAT(titles(), ElementsAre("Write", "Sketch"));
+    EXPECT_EQ(focused(), "Sketch");
+    key(Qt::Key_Home);
+    EXPECT_EQ(focused(), "Write");
+    key(Qt::Key_Delete, Qt::ControlModifier);
+    EXPECT_EQ(focused(), "Sketch");
+}
+
+TEST_F(TaskListView, KeyboardLeavesDoneRowsThatAreCleared) {
+    add({"Write", "Reply", "Sketch"});
+    finish("Reply");
+    finish("Sketch");
+    show();
+    doubleClick(inRow(2));
+    key(Qt::Key_Escape);
+    ASSERT_TRUE(isRowFocused());
+    tasks->clearDone();
+    polish();
+    EXPECT_EQ(focused(), "Write");
+    finish("Write");
+    tasks->clearDone();
+    polish();
+    EXPECT_EQ(focused(), "Add a task…");
+}
+
 // The menu
+
+TEST_F(TaskListView, MenuOfAnotherRowEndsTheEditorAndGivesTheKeyboardBack) {
+    showThree();
+    doubleClick(inRow(1));
+    type(QStringLiteral("Answer"));
+    click(inRow(2), Qt::RightButton);
+    EXPECT_FALSE(tasks->isEditing());
+    EXPECT_THAT(titles(), ElementsAre("Write", "Answer", "Sketch"));
+    EXPECT_FALSE(offered().empty());
+    key(Qt::Key_Escape);
+    EXPECT_THAT(offered(), IsEmpty());
+    EXPECT_EQ(focused(), "Answer");
+}
+
+TEST_F(TaskListView, MenuGivesTheKeyboardBackToTheField) {
+    showThree();
+    click({120, 212});
+    click(inRow(2), Qt::RightButton);
+    key(Qt::Key_Escape);
+    EXPECT_EQ(focused(), "Add a task…");
+}
 
 TEST_F(TaskListView, RightClickOffersWhatAnOpenTaskAllows) {
     showThree();

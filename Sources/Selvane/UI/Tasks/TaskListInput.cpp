@@ -58,10 +58,8 @@ void TaskListInput::setTasks(TaskListModel* tasks) {
     _tasks = tasks;
     if (tasks) {
         connect(tasks, &TaskListModel::added, this, &TaskListInput::rowAdded);
-        connect(tasks, &QAbstractItemModel::rowsAboutToBeRemoved, this, [this] {
-            _hadKeyboard =
-                window() && window()->activeFocusItem() && isAncestorOf(window()->activeFocusItem());
-        });
+        connect(tasks, &QAbstractItemModel::rowsAboutToBeRemoved, this,
+                [this] { _hadKeyboard = rowsHaveKeyboard(); });
         connect(tasks, &QAbstractItemModel::rowsRemoved, this, [this] { followTheModel(); });
         connect(tasks, &QAbstractItemModel::rowsMoved, this, [this] { Q_EMIT restYChanged(); });
     }
@@ -269,6 +267,14 @@ void TaskListInput::end() {
     Q_EMIT letGo();
 }
 
+void TaskListInput::abandon() {
+    if (_state == State::pressed)
+        _state = State::still;
+    if (_state == State::dragging)
+        cancel();
+    settle();
+}
+
 void TaskListInput::settle() {
     if (_state != State::settling)
         return;
@@ -293,6 +299,34 @@ void TaskListInput::followTheModel() {
 void TaskListInput::setByKeyboard(bool byKeyboard) {
     if (std::exchange(_isByKeyboard, byKeyboard) != byKeyboard)
         Q_EMIT isByKeyboardChanged();
+}
+
+// Seen or not
+
+void TaskListInput::itemChange(ItemChange change, const ItemChangeData& value) {
+    if (change == ItemSceneChange)
+        watch(value.window);
+    else if (change == ItemVisibleHasChanged && !value.boolValue)
+        abandon();
+    QQuickItem::itemChange(change, value);
+}
+
+void TaskListInput::watch(QQuickWindow* window) {
+    abandon();
+    if (_watched)
+        _watched->removeEventFilter(this);
+    _watched = window;
+    if (_watched)
+        _watched->installEventFilter(this);
+}
+
+/// No item hears that its window goes, and keys that bring the keyboard to a row are pressed elsewhere.
+bool TaskListInput::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Hide)
+        abandon();
+    else if (event->type() == QEvent::KeyPress)
+        setByKeyboard(true);
+    return QQuickItem::eventFilter(watched, event);
 }
 
 // Keys
@@ -320,40 +354,38 @@ void TaskListInput::keyPressEvent(QKeyEvent* event) {
 bool TaskListInput::perform(const QKeyEvent& event) {
     if (!_tasks || _tasks->isEditing() || _currentRow < 0 || _currentRow >= rowCount())
         return false;
-    setByKeyboard(true);
     const QString task = _tasks->taskID(_currentRow);
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
     const bool isPlain = modifiers == Qt::NoModifier;
     const bool isWithShift = modifiers == Qt::ShiftModifier;
     const bool isWithControl = modifiers == Qt::ControlModifier;
     const bool moves = isWithControl || modifiers == Qt::AltModifier;
+    const auto goBy = [&](int rows) {
+        if (isPlain)
+            goTo(_currentRow + rows);
+        return isPlain;
+    };
     const int page = std::max(static_cast<int>(height() / _rowHeight) - 1, 1);
 
     switch (event.key()) {
     case Qt::Key_Up:
-        if (moves)
-            _tasks->shift(task, -1);
-        else
-            goTo(_currentRow - 1);
-        return moves || isPlain;
+        if (!moves)
+            return goBy(-1);
+        _tasks->shift(task, -1);
+        return true;
     case Qt::Key_Down:
-        if (moves)
-            _tasks->shift(task, 1);
-        else
-            goTo(_currentRow + 1);
-        return moves || isPlain;
+        if (!moves)
+            return goBy(1);
+        _tasks->shift(task, 1);
+        return true;
     case Qt::Key_PageUp:
-        goTo(_currentRow - page);
-        return true;
+        return goBy(-page);
     case Qt::Key_PageDown:
-        goTo(_currentRow + page);
-        return true;
+        return goBy(page);
     case Qt::Key_Home:
-        goTo(0);
-        return true;
+        return goBy(-_currentRow);
     case Qt::Key_End:
-        goTo(rowCount() - 1);
-        return true;
+        return goBy(rowCount() - 1 - _currentRow);
     case Qt::Key_Space:
         if (isPlain && !event.isAutoRepeat())
             _tasks->toggle(task);
@@ -370,8 +402,9 @@ bool TaskListInput::perform(const QKeyEvent& event) {
             _tasks->remove(task);
         return isWithControl;
     case Qt::Key_Menu:
-        requestMenu(_currentRow);
-        return true;
+        if (isPlain)
+            requestMenu(_currentRow);
+        return isPlain;
     case Qt::Key_F10:
         if (isWithShift)
             requestMenu(_currentRow);
@@ -382,7 +415,8 @@ bool TaskListInput::perform(const QKeyEvent& event) {
 }
 
 void TaskListInput::enterRow(int row) {
-    if (row != _currentRow)
+    // A row that goes has no number any more, and the list is about to choose another.
+    if (row >= 0 && row != _currentRow)
         Q_EMIT rowRequested(row);
 }
 
@@ -415,15 +449,25 @@ void TaskListInput::closeMenu() {
     const QQuickItem* const now = window() ? window()->activeFocusItem() : nullptr;
     if (!now || now == window()->contentItem())
         giveKeyboardBack();
+    _keyboardBefore.clear();
     Q_EMIT menuChanged();
 }
 
+bool TaskListInput::rowsHaveKeyboard() const {
+    const QQuickItem* const now = window() ? window()->activeFocusItem() : nullptr;
+    return (now && belongsToRows(now)) || (_keyboardBefore && belongsToRows(_keyboardBefore));
+}
+
+/// Rows and editors come and go meanwhile; the list stays and knows its current row.
 void TaskListInput::rememberKeyboard() {
-    _keyboardBefore = window() ? window()->activeFocusItem() : nullptr;
+    QQuickItem* const now = window() ? window()->activeFocusItem() : nullptr;
+    _keyboardBefore = now && belongsToRows(now) ? _content->parentItem() : now;
 }
 
 void TaskListInput::giveKeyboardBack() {
-    if (_keyboardBefore)
+    if (rowCount() == 0 && _keyboardBefore && belongsToRows(_keyboardBefore))
+        Q_EMIT emptied();
+    else if (_keyboardBefore && _keyboardBefore->isVisible())
         _keyboardBefore->forceActiveFocus(Qt::OtherFocusReason);
     _keyboardBefore.clear();
 }

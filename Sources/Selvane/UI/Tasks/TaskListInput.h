@@ -14,8 +14,9 @@ class TaskListModel;
 ///
 /// The list is its child and as large as it. Rows are equally high and stand one below another from `originY`
 /// of the list's content on. A drag begins as the mouse moves with its button down on a row; the row then
-/// follows the pointer, the list scrolls while it is near an edge, Escape puts the row back. While a row is
-/// dragged the keyboard is here, afterwards where it was. Main thread.
+/// follows the pointer, the list scrolls while it is near an edge. Escape puts the row back, and so does the
+/// end of being seen. While a row is dragged the keyboard is here, afterwards where it was; if that was a
+/// row, with the current one. Main thread.
 class TaskListInput : public QQuickItem {
     Q_OBJECT
     Q_MOC_INCLUDE("Selvane/UI/Tasks/TaskListModel.h")
@@ -99,7 +100,7 @@ Q_SIGNALS:
     void settled();
     /// A task that the user added stands in that row now.
     void rowAdded(int row);
-    /// The last row went, and it had the keyboard.
+    /// The keyboard would be a row's, but there is none any more.
     void emptied();
     /// That row is to be the current one.
     void rowRequested(int row);
@@ -110,6 +111,9 @@ Q_SIGNALS:
 protected:
     bool childMouseEventFilter(QQuickItem* item, QEvent* event) override;
     bool event(QEvent* event) override;
+    /// Of the window.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void itemChange(ItemChange change, const ItemChangeData& value) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -131,8 +135,13 @@ private:
     void release();
     void cancel();
     void end();
+    /// Puts the row back at once.
+    void abandon();
     void followTheModel();
     void setByKeyboard(bool byKeyboard);
+    void watch(QQuickWindow* window);
+    /// Whether a row has the keyboard, or will have it after the drag or the menu.
+    [[nodiscard]] bool rowsHaveKeyboard() const;
     void rememberKeyboard();
     void giveKeyboardBack();
     /// How fast the list scrolls for a pointer at that height, in pixels a step; negative is up.
@@ -143,6 +152,7 @@ private:
 
     QPointer<TaskListModel> _tasks;
     QPointer<QQuickItem> _content;
+    QPointer<QQuickWindow> _watched;
     double _rowHeight = 1;
     double _originY = 0;
     double _contentY = 0;
@@ -155,13 +165,13 @@ private:
     double _grip = 0;
     double _liftedY = 0;
     bool _isByKeyboard = false;
-    /// Whether a row that goes now has the keyboard, or another.
+    /// Whether the rows had the keyboard before those went that go now.
     bool _hadKeyboard = false;
     Menu _menu = NoMenu;
     QString _menuTask;
     QPointF _menuPlace;
     QBasicTimer _scrolling;
-    /// What had the keyboard before the drag or the menu.
+    /// What had the keyboard before the drag or the menu; for a row and all in it, the list.
     QPointer<QQuickItem> _keyboardBefore;
 };
 
