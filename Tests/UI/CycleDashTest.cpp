@@ -8,33 +8,33 @@ namespace {
 using Row = std::vector<Look>;
 
 TEST(CycleDash, RowTellsWhatIsOverCurrentAndAhead) {
-    EXPECT_EQ(row(Cycle::focus, 3, 4, Pulse::still),
+    EXPECT_EQ(row(Phase::focus, 3, 4, Pulse::still),
               (Row{Look::full, Look::full, Look::current, Look::ahead}));
-    EXPECT_EQ(row(Cycle::focus, 1, 2, Pulse::still), (Row{Look::current, Look::ahead}));
-    EXPECT_EQ(row(Cycle::shortBreak, 2, 3, Pulse::still), (Row{Look::full, Look::current, Look::ahead}));
+    EXPECT_EQ(row(Phase::focus, 1, 2, Pulse::still), (Row{Look::current, Look::ahead}));
+    EXPECT_EQ(row(Phase::shortBreak, 2, 3, Pulse::still), (Row{Look::full, Look::current, Look::ahead}));
 }
 
 TEST(CycleDash, CurrentDashPulsesInFocusAlone) {
-    EXPECT_EQ(row(Cycle::focus, 2, 3, Pulse::moving), (Row{Look::full, Look::pulsing, Look::ahead}));
-    EXPECT_EQ(row(Cycle::shortBreak, 2, 3, Pulse::moving), (Row{Look::full, Look::current, Look::ahead}));
-    EXPECT_EQ(row(Cycle::longBreak, 2, 3, Pulse::moving), (Row{Look::full, Look::full, Look::full}));
+    EXPECT_EQ(row(Phase::focus, 2, 3, Pulse::moving), (Row{Look::full, Look::pulsing, Look::ahead}));
+    EXPECT_EQ(row(Phase::shortBreak, 2, 3, Pulse::moving), (Row{Look::full, Look::current, Look::ahead}));
+    EXPECT_EQ(row(Phase::longBreak, 2, 3, Pulse::moving), (Row{Look::full, Look::full, Look::full}));
 }
 
 TEST(CycleDash, LongBreakIsFullWhateverThePosition) {
     for (const int position : {-1, 0, 1, 3, 4, 9})
-        EXPECT_EQ(row(Cycle::longBreak, position, 3, Pulse::still),
+        EXPECT_EQ(row(Phase::longBreak, position, 3, Pulse::still),
                   (Row{Look::full, Look::full, Look::full}));
 }
 
 TEST(CycleDash, LengthBelowOneDrawsOneDash) {
     for (const int length : {0, -1, -100}) {
-        EXPECT_EQ(row(Cycle::focus, 1, length, Pulse::still), Row{Look::current});
+        EXPECT_EQ(row(Phase::focus, 1, length, Pulse::still), Row{Look::current});
         EXPECT_EQ(label(1, length), QStringLiteral("Session 1 of 1"));
     }
 }
 
 TEST(CycleDash, PositionBeyondTheLengthIsAllFull) {
-    EXPECT_EQ(row(Cycle::focus, 5, 3, Pulse::moving), (Row{Look::full, Look::full, Look::full}));
+    EXPECT_EQ(row(Phase::focus, 5, 3, Pulse::moving), (Row{Look::full, Look::full, Look::full}));
     EXPECT_EQ(label(5, 3), QStringLiteral("Session 3 of 3"));
 }
 

@@ -23,9 +23,20 @@ QAccessibleInterface* findControl(QAccessibleInterface* item, const QString& nam
     return nullptr;
 }
 
+QQuickItem* findType(QQuickItem* parent, const QByteArray& prefix) {
+    if (QByteArray(parent->metaObject()->className()).startsWith(prefix))
+        return parent;
+    for (QQuickItem* const child : parent->childItems()) {
+        if (QQuickItem* const found = findType(child, prefix))
+            return found;
+    }
+    return nullptr;
+}
+
 } // namespace
 
 void FaceWindow::open(const QByteArray& content) {
+    _view.reset();
     _look = std::make_unique<Look>(settings(), appearance);
     _model = std::make_unique<TimerFaceModel>(harness.model());
     _view = std::make_unique<QQuickView>();
@@ -56,12 +67,27 @@ void FaceWindow::open(const QByteArray& content) {
     _view->setContent(QUrl(), nullptr, root);
     _view->show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(_view.get()));
+    // Away from what the pointer rested on in another window.
+    QTest::mouseMove(_view.get(), QPoint(_view->width() - 1, _view->height() - 1));
 }
 
 QQuickItem* FaceWindow::find(const QString& name) const {
     QAccessibleInterface* const control =
         findControl(QAccessible::queryAccessibleInterface(_view.get()), name);
     return control ? qobject_cast<QQuickItem*>(control->object()) : nullptr;
+}
+
+QQuickItem* FaceWindow::itemOf(const char* type) const {
+    return findType(_view->contentItem(), QByteArray(type) + "_QML");
+}
+
+void FaceWindow::hover(const QString& name) {
+    QQuickItem* const item = find(name);
+    ASSERT_NE(item, nullptr) << name.toStdString();
+    const QPoint middle = item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
+    QTest::mouseMove(_view.get(), middle + QPoint(1, 1));
+    QTest::mouseMove(_view.get(), middle);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return item->property("hovered").toBool(); })) << name.toStdString();
 }
 
 void FaceWindow::click(const QString& name) {

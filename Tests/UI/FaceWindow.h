@@ -5,6 +5,7 @@
 #include "Support/FakeAppearance.h"
 #include "Support/ModelHarness.h"
 
+#include <QImage>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QString>
@@ -38,7 +39,13 @@ public:
     [[nodiscard]] Item* item() const {
         return findItem<Item>(_view->contentItem());
     }
+    /// The first item of that QML type, also if it can't be seen; null if there is none.
+    [[nodiscard]] QQuickItem* itemOf(const char* type) const;
+    /// What is drawn now.
+    [[nodiscard]] QImage picture() { return _view->grabWindow(); }
     void click(const QString& name);
+    /// Moves the pointer onto that control.
+    void hover(const QString& name);
     /// Does what a screen reader does to press the control.
     void press(const QString& name);
     [[nodiscard]] QString focusedName() const;

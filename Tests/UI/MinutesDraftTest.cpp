@@ -1,5 +1,7 @@
 #include "Selvane/UI/Timer/MinutesDraft.h"
 
+#include "Selvane/UI/Timer/MinutesValidator.h"
+
 #include <QSignalSpy>
 
 #include <gtest/gtest.h>
@@ -126,6 +128,63 @@ TEST_F(MinutesDraftTest, TimerThatStartsCancelsTheTyping) {
     EXPECT_EQ(committed.count(), 0);
     draft.startEditing(1500);
     EXPECT_FALSE(draft.isEditing());
+}
+
+TEST_F(MinutesDraftTest, AnotherPhaseCancelsTheTyping) {
+    draft.startEditing(1500);
+    draft.setText(QStringLiteral("3"));
+    draft.setPhase(TimerFaceModel::ShortBreak);
+    EXPECT_FALSE(draft.isEditing());
+    EXPECT_EQ(committed.count(), 0);
+}
+
+TEST_F(MinutesDraftTest, TypingThatEndsByAKeyFreesTheKeyboard) {
+    const QSignalSpy freed(&draft, &MinutesDraft::keyboardFreed);
+    for (const auto end : {&MinutesDraft::save, &MinutesDraft::cancel}) {
+        draft.startEditing(1500);
+        draft.focusChanged(true);
+        (draft.*end)();
+        draft.focusChanged(false);
+    }
+    EXPECT_EQ(freed.count(), 2);
+}
+
+TEST_F(MinutesDraftTest, KeyboardThatWentElsewhereIsNotFreed) {
+    const QSignalSpy freed(&draft, &MinutesDraft::keyboardFreed);
+    draft.startEditing(1500);
+    draft.focusChanged(true);
+    draft.focusChanged(false);
+    EXPECT_FALSE(draft.isEditing());
+    draft.startEditing(1500);
+    draft.cancel();
+    EXPECT_EQ(freed.count(), 0);
+}
+
+TEST(MinutesField, IsFiveQuartersOfItsSizeWideOrWiderThanItsText) {
+    EXPECT_DOUBLE_EQ(MinutesDraft::fieldWidth(40, 30.2), 50);
+    EXPECT_DOUBLE_EQ(MinutesDraft::fieldWidth(60, 0), 75);
+    EXPECT_DOUBLE_EQ(MinutesDraft::fieldWidth(40, 70.2), 73);
+}
+
+struct ValidatedRow {
+    const char* text;
+    int cursor;
+    const char* kept;
+    int cursorAfter;
+};
+
+TEST(MinutesValidator, CursorStaysWhereItWasAmongWhatIsKept) {
+    const MinutesValidator validator;
+    for (const auto& [text, cursor, kept, cursorAfter] :
+         {ValidatedRow{"1x23", 2, "123", 1}, ValidatedRow{"9123", 1, "912", 1},
+          ValidatedRow{"12a34", 5, "123", 3}, ValidatedRow{"25", 1, "25", 1}, ValidatedRow{"", 0, "", 0},
+          ValidatedRow{"x", 1, "", 0}}) {
+        QString input = QString::fromUtf8(text);
+        int position = cursor;
+        EXPECT_EQ(validator.validate(input, position), QValidator::Acceptable) << text;
+        EXPECT_EQ(input.toStdString(), kept);
+        EXPECT_EQ(position, cursorAfter) << text;
+    }
 }
 
 } // namespace

@@ -1,5 +1,8 @@
 #include "Selvane/UI/Timer/Sweep.h"
 
+#include "Selvane/UI/Timer/CycleDash.h"
+#include "Selvane/UI/Timer/DigitRoll.h"
+
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -13,11 +16,12 @@ constexpr Seconds start{1000};
 /// The ring's arc at scale 1.
 constexpr double path = 502.65;
 
-/// The moments, in seconds, at which the sweep asks to be drawn, until it has arrived.
-std::vector<double> steps(const Sweep& sweep, Seconds from = start) {
+/// The moments, in seconds, at which what moves asks to be drawn, until it has arrived.
+template <typename Moving>
+std::vector<double> steps(const Moving& moving, Seconds from = start) {
     std::vector<double> moments;
     Seconds now = from;
-    while (const auto delay = sweep.untilNextStep(now)) {
+    while (const auto delay = moving.untilNextStep(now)) {
         now += *delay;
         moments.push_back((now - from).count());
         if (moments.size() > 1000)
@@ -35,43 +39,91 @@ TEST(Sweep, JumpsWithoutMotion) {
 
 TEST(Sweep, LongPhaseNeedsNoStepBetweenItsTicks) {
     Sweep sweep;
+    sweep.jump(0.5);
     for (int tick = 1; tick <= 3; ++tick) {
         const Seconds now = start + Seconds{static_cast<double>(tick)};
-        sweep.aim(tick / 1500.0, Motion::linear, path, now);
-        EXPECT_DOUBLE_EQ(sweep.shown(now), tick / 1500.0);
+        sweep.aim(0.5 + tick / 1500.0, Motion::linear, path, now);
+        EXPECT_DOUBLE_EQ(sweep.shown(now), 0.5 + tick / 1500.0);
         EXPECT_TRUE(steps(sweep, now).empty());
     }
 }
 
 TEST(Sweep, ShortPhaseStepsByHalfPixelsAndJoinsItsTicks) {
     Sweep sweep;
-    sweep.aim(1.0 / 60, Motion::linear, path, start);
-    // 8.4 pixels to go: 17 steps, of which the first is made at once.
+    sweep.jump(0.5);
+    sweep.aim(0.5 + 1.0 / 150, Motion::linear, path, start);
+    // 3.35 pixels to go: 7 steps, of which the first is made at once.
     const auto moments = steps(sweep);
-    ASSERT_EQ(moments.size(), 16U);
+    ASSERT_EQ(moments.size(), 6U);
     double before = sweep.shown(start);
-    EXPECT_NEAR(before, 1.0 / 60 / 17, 1e-9);
+    EXPECT_NEAR(before, 0.5 + 1.0 / 150 / 7, 1e-9);
     for (const double moment : moments) {
         const double shown = sweep.shown(start + Seconds{moment});
-        EXPECT_NEAR(shown - before, 1.0 / 60 / 17, 1e-9) << moment;
+        EXPECT_NEAR(shown - before, 1.0 / 150 / 7, 1e-9) << moment;
         before = shown;
     }
     EXPECT_LT(moments.back(), 1.0) << "it has arrived when the next tick comes";
-    EXPECT_NEAR(before, 1.0 / 60, 1e-12);
+    EXPECT_NEAR(before, 0.5 + 1.0 / 150, 1e-12);
 }
 
-TEST(Sweep, NeverStepsMoreThanTwentyTimesATick) {
-    Sweep sweep;
-    sweep.aim(1.0 / 60, Motion::linear, path * 3, start);
-    EXPECT_EQ(steps(sweep).size(), 19U);
+TEST(Sweep, NeverStepsMoreThanTenTimesATick) {
+    for (const double scale : {1.0, 2.0, 3.0}) {
+        Sweep sweep;
+        sweep.jump(0.5);
+        sweep.aim(0.5 + 1.0 / 60, Motion::linear, path * scale, start);
+        EXPECT_EQ(steps(sweep).size(), 9U) << scale;
+    }
 }
 
 TEST(Sweep, LateStepShowsWhereItShouldBe) {
     Sweep sweep;
-    sweep.aim(1.0 / 60, Motion::linear, path, start);
-    EXPECT_NEAR(sweep.shown(start + Seconds{0.5}), 9.0 / 17 / 60, 1e-9);
-    EXPECT_NEAR(sweep.shown(start + Seconds{5}), 1.0 / 60, 1e-12);
+    sweep.jump(0.5);
+    sweep.aim(0.5 + 1.0 / 60, Motion::linear, path, start);
+    EXPECT_NEAR(sweep.shown(start + Seconds{0.55}), 0.5 + 6.0 / 10 / 60, 1e-9);
+    EXPECT_NEAR(sweep.shown(start + Seconds{5}), 0.5 + 1.0 / 60, 1e-12);
     EXPECT_EQ(sweep.untilNextStep(start + Seconds{5}), std::nullopt);
+}
+
+TEST(Sweep, RunningFaceWakesAtMostTwentyTimesASecond) {
+    Sweep sweep;
+    sweep.jump(0.5);
+    sweep.aim(0.5 + 1.0 / 60, Motion::linear, path * 2, start);
+    DigitRoll roll;
+    roll.change(QStringLiteral("0:30"), DigitRoll::Pace::none, start);
+    roll.change(QStringLiteral("0:29"), DigitRoll::Pace::tick, start);
+    const double tick = 1;
+    const double pulses = Seconds{1} / CycleDash::pulseStep;
+    EXPECT_LE(tick + static_cast<double>(steps(sweep).size() + steps(roll).size()) + pulses, 20);
+}
+
+TEST(Sweep, HeadGoesWithTheLastOfTheLine) {
+    Sweep sweep;
+    sweep.jump(0.6);
+    EXPECT_DOUBLE_EQ(sweep.headPresence(start), 1);
+    sweep.aim(0, Motion::spring, path, start);
+    EXPECT_DOUBLE_EQ(sweep.headPresence(start), 1);
+    for (const double passed : {0.1, 0.2, 0.4}) {
+        const Seconds now = start + Seconds{passed};
+        EXPECT_NEAR(sweep.headPresence(now), sweep.shown(now) / 0.6, 1e-9) << passed;
+    }
+    EXPECT_DOUBLE_EQ(sweep.headPresence(start + Seconds{5}), 0);
+}
+
+TEST(Sweep, HeadStaysWhileThereIsALine) {
+    Sweep sweep;
+    sweep.jump(0.6);
+    sweep.aim(0.1, Motion::spring, path, start);
+    EXPECT_DOUBLE_EQ(sweep.headPresence(start + Seconds{0.1}), 1);
+}
+
+TEST(Sweep, HeadComesWithTheFirstTickAlsoOfALongPhase) {
+    Sweep sweep;
+    EXPECT_DOUBLE_EQ(sweep.headPresence(start), 0);
+    sweep.aim(1 / 1500.0, Motion::linear, path, start);
+    EXPECT_NEAR(sweep.headPresence(start), 0.1, 1e-9) << "the first step is made at once";
+    EXPECT_NEAR(sweep.headPresence(start + Seconds{0.55}), 0.6, 1e-9);
+    EXPECT_DOUBLE_EQ(sweep.headPresence(start + Seconds{1}), 1);
+    EXPECT_EQ(steps(sweep).size(), 9U);
 }
 
 TEST(Sweep, JumpOfTheRunningTimerTakesASecondAndIsSmooth) {

@@ -7,6 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace selvane {
 namespace {
 
@@ -89,6 +93,27 @@ TEST_F(TimerFaceModelTest, CaptionIsThePhaseInCapitalsUnlessPaused) {
     EXPECT_EQ(face.caption(), QStringLiteral("PAUSED"));
 }
 
+TEST_F(TimerFaceModelTest, CaptionFadesForAPauseAndNotForAPhase) {
+    TimerFaceModel face(harness.model());
+    std::vector<std::pair<std::string, bool>> changes;
+    QObject::connect(&face, &TimerFaceModel::stateChanged,
+                     [&] { changes.emplace_back(face.caption().toStdString(), face.captionFades()); });
+    bool told = false;
+    QObject::connect(&face, &TimerFaceModel::captionFadesChanged, [&] { told = face.captionFades(); });
+    const auto last = [&] { return changes.empty() ? std::pair<std::string, bool>() : changes.back(); };
+    engine().select(Phase::shortBreak);
+    EXPECT_EQ(last(), std::pair(std::string("SHORT BREAK"), false));
+    engine().start();
+    engine().pause();
+    EXPECT_EQ(last(), std::pair(std::string("PAUSED"), true));
+    EXPECT_TRUE(told) << "before the word";
+    engine().resume();
+    EXPECT_EQ(last(), std::pair(std::string("SHORT BREAK"), true));
+    engine().reset();
+    engine().select(Phase::longBreak);
+    EXPECT_EQ(last(), std::pair(std::string("LONG BREAK"), false));
+}
+
 TEST_F(TimerFaceModelTest, StrengthTellsFocusFromBreaksAndPauses) {
     TimerFaceModel face(harness.model());
     EXPECT_DOUBLE_EQ(face.strength(), 1);
@@ -99,6 +124,14 @@ TEST_F(TimerFaceModelTest, StrengthTellsFocusFromBreaksAndPauses) {
     engine().start();
     engine().pause();
     EXPECT_DOUBLE_EQ(face.strength(), 0.5);
+}
+
+TEST_F(TimerFaceModelTest, EditorsExplainThemselves) {
+    const TimerFaceModel face(harness.model());
+    EXPECT_EQ(face.editTooltip(), QStringLiteral("Click to type the minutes"));
+    EXPECT_EQ(face.editHint(), QStringLiteral("Type a new length in minutes"));
+    EXPECT_EQ(face.iconTooltip(), QStringLiteral("Change this icon"));
+    EXPECT_EQ(face.iconHint(), QStringLiteral("Choose a different icon"));
 }
 
 TEST_F(TimerFaceModelTest, OnlyTheIdleTimerCanBeEdited) {

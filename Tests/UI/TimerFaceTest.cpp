@@ -1,12 +1,17 @@
 #include "FaceWindow.h"
 #include "Selvane/UI/Timer/CycleDashes.h"
+#include "Selvane/UI/Timer/MinutesDraft.h"
 #include "Selvane/UI/Timer/RingArc.h"
 #include "Selvane/UI/Timer/TimeText.h"
 
 #include <QAccessible>
+#include <QInputMethodEvent>
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <utility>
 
 namespace selvane {
 namespace {
@@ -22,6 +27,16 @@ protected:
     void key(Qt::Key key) { QTest::keyClick(&face.window(), key); }
     [[nodiscard]] int minutes() { return face.settings().focusMinutes(); }
     [[nodiscard]] bool isTyping() { return face.find(QStringLiteral("Minutes")) != nullptr; }
+
+    void tabTo(const QString& name) {
+        for (int step = 0; step < 4 && face.focusedName() != name; ++step)
+            key(Qt::Key_Tab);
+        ASSERT_EQ(face.focusedName(), name);
+    }
+
+    [[nodiscard]] bool isFocusSeen() {
+        return face.window().activeFocusItem()->property("visualFocus").toBool();
+    }
 
     void openGrid() {
         face.open();
@@ -72,6 +87,81 @@ TEST_F(TimerFaceTest, EscapeCancelsAndGoesNoFurther) {
     EXPECT_EQ(face.escapes(), 0);
     key(Qt::Key_Escape);
     EXPECT_EQ(face.escapes(), 1);
+}
+
+TEST_F(TimerFaceTest, KeyboardGoesBackToTheTimeThatOpenedTheField) {
+    const QString names[] = {QStringLiteral("25:00 remaining"), QStringLiteral("40:00 remaining")};
+    face.open();
+    tabTo(names[0]);
+    key(Qt::Key_Space);
+    face.type(QStringLiteral("40"));
+    key(Qt::Key_Return);
+    EXPECT_EQ(face.focusedName(), names[1]);
+    EXPECT_TRUE(isFocusSeen());
+    key(Qt::Key_Return);
+    ASSERT_EQ(face.focusedName(), QStringLiteral("Minutes"));
+    key(Qt::Key_Escape);
+    EXPECT_EQ(face.focusedName(), names[1]);
+    key(Qt::Key_Tab);
+    EXPECT_NE(face.focusedName(), names[1]) << "and goes on from there";
+}
+
+TEST_F(TimerFaceTest, KeyboardGoesBackToWhatHadItBeforeAClick) {
+    for (const Qt::Key ending : {Qt::Key_Return, Qt::Key_Escape}) {
+        startTyping();
+        key(ending);
+        EXPECT_EQ(face.focusedName(), QStringLiteral("elsewhere"));
+    }
+}
+
+TEST_F(TimerFaceTest, KeyboardStaysWhereAClickTookIt) {
+    face.open();
+    tabTo(QStringLiteral("25:00 remaining"));
+    key(Qt::Key_Space);
+    face.click(QStringLiteral("elsewhere"));
+    EXPECT_EQ(face.focusedName(), QStringLiteral("elsewhere"));
+}
+
+TEST_F(TimerFaceTest, AnotherPhaseEndsTheTypingAndChangesNoLength) {
+    startTyping();
+    face.type(QStringLiteral("3"));
+    face.engine().select(Phase::shortBreak);
+    EXPECT_FALSE(isTyping());
+    key(Qt::Key_Return);
+    EXPECT_EQ(minutes(), 25);
+    EXPECT_EQ(face.settings().shortBreakMinutes(), 5);
+    EXPECT_EQ(face.focusedName(), QStringLiteral("elsewhere"));
+}
+
+TEST_F(TimerFaceTest, RefusedCharactersLeaveTheCursorWhereItIs) {
+    startTyping();
+    QQuickItem* const field = face.window().activeFocusItem();
+    face.type(QStringLiteral("123"));
+    key(Qt::Key_Home);
+    key(Qt::Key_Right);
+    face.type(QStringLiteral("x"));
+    EXPECT_EQ(field->property("text").toString(), QStringLiteral("123"));
+    EXPECT_EQ(field->property("cursorPosition").toInt(), 1);
+    face.type(QStringLiteral("9"));
+    EXPECT_EQ(field->property("text").toString(), QStringLiteral("192"));
+    EXPECT_EQ(field->property("cursorPosition").toInt(), 2);
+}
+
+TEST_F(TimerFaceTest, PlaceholderMakesRoomForWhatAnInputMethodComposes) {
+    startTyping();
+    QQuickItem* const field = face.window().activeFocusItem();
+    const auto placeholder = [&] {
+        const auto texts = field->childItems();
+        return std::ranges::find_if(texts, [](const QQuickItem* item) {
+                   return item->isVisible() && item->property("text").toString() == QStringLiteral("Minutes");
+               }) != texts.end();
+    };
+    EXPECT_FALSE(placeholder());
+    key(Qt::Key_Delete);
+    EXPECT_TRUE(placeholder());
+    QInputMethodEvent composing(QStringLiteral("2"), {});
+    QCoreApplication::sendEvent(field, &composing);
+    EXPECT_FALSE(placeholder());
 }
 
 TEST_F(TimerFaceTest, LosingTheKeyboardCommits) {
@@ -160,7 +250,13 @@ TEST_F(TimerFaceTest, NothingJumpsWhenTheTypingBegins) {
     const QRectF typed = field->parentItem()->mapRectToScene(field->parentItem()->boundingRect());
     EXPECT_NEAR(typed.center().x(), before.center().x(), 1);
     EXPECT_NEAR(typed.center().y(), before.center().y(), 0.5);
-    EXPECT_GE(field->width(), 50);
+    EXPECT_DOUBLE_EQ(field->width(),
+                     MinutesDraft::fieldWidth(40, field->property("contentWidth").toDouble()));
+    const double narrow = field->width();
+    face.type(QStringLiteral("120"));
+    EXPECT_GT(field->width(), narrow) << "three digits are seen whole";
+    EXPECT_DOUBLE_EQ(field->width(),
+                     MinutesDraft::fieldWidth(40, field->property("contentWidth").toDouble()));
 }
 
 TEST_F(TimerFaceTest, IconIsChosenWithTheMouse) {
@@ -184,6 +280,19 @@ TEST_F(TimerFaceTest, IconIsChosenWithTheKeys) {
     key(Qt::Key_Return);
     EXPECT_EQ(face.settings().focusSymbol(), "brain.head.profile");
     EXPECT_TRUE(QTest::qWaitFor([&] { return face.find(QStringLiteral("leaf")) == nullptr; }));
+}
+
+TEST_F(TimerFaceTest, GridShowsTheKeyboardOnlyToWhoUsesIt) {
+    openGrid();
+    EXPECT_FALSE(isFocusSeen()) << "opened by a click";
+    key(Qt::Key_Right);
+    EXPECT_TRUE(isFocusSeen());
+    key(Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return face.find(QStringLiteral("leaf")) == nullptr; }));
+    tabTo(QStringLiteral("Focus icon"));
+    key(Qt::Key_Space);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return face.focusedName() == QStringLiteral("eye"); }));
+    EXPECT_TRUE(isFocusSeen());
 }
 
 TEST_F(TimerFaceTest, NoIconLeavesTheSettingEmpty) {
@@ -313,8 +422,48 @@ TEST_F(TimerFaceTest, HoursFitIntoTheRing) {
     const TimeText* const time = face.item<TimeText>();
     EXPECT_EQ(time->time(), QStringLiteral("2:00:00"));
     EXPECT_LE(time->edges().back(), 126);
-    face.settings().timerStyle.set(TimerStyle::minimal);
+    EXPECT_LT(time->font().pixelSize(), 40);
     EXPECT_DOUBLE_EQ(time->size(), 40) << "only what is drawn is smaller";
+}
+
+TEST_F(TimerFaceTest, HoursAreFullSizeWhereThereIsRoom) {
+    for (const auto& [style, size] : {std::pair{TimerStyle::bar, 52}, {TimerStyle::minimal, 60}}) {
+        face.settings().focusMinutes.set(120);
+        face.settings().timerStyle.set(style);
+        face.open();
+        const TimeText* const time = face.item<TimeText>();
+        EXPECT_EQ(time->time(), QStringLiteral("2:00:00"));
+        EXPECT_EQ(time->font().pixelSize(), size);
+        EXPECT_LE(time->edges().back(), 300) << "less than the panel has";
+    }
+}
+
+TEST_F(TimerFaceTest, PauseChangesTheWordSoftlyAndAPhaseAtOnce) {
+    face.open();
+    QQuickItem* const caption = face.itemOf("FaceCaption");
+    ASSERT_NE(caption, nullptr);
+    const auto word = [&] { return caption->property("text").toString(); };
+    face.engine().select(Phase::shortBreak);
+    EXPECT_EQ(word(), QStringLiteral("SHORT BREAK"));
+    EXPECT_DOUBLE_EQ(caption->opacity(), 1);
+    face.engine().start();
+    face.engine().pause();
+    EXPECT_EQ(word(), QStringLiteral("SHORT BREAK")) << "it goes first";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return word() == QStringLiteral("PAUSED"); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return caption->opacity() == 1.0; }));
+}
+
+TEST_F(TimerFaceTest, PhaseThatComesDuringTheFadeIsThereAtOnce) {
+    face.open();
+    QQuickItem* const caption = face.itemOf("FaceCaption");
+    ASSERT_NE(caption, nullptr);
+    face.engine().start();
+    face.engine().pause();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return caption->opacity() < 1; }));
+    face.engine().reset();
+    face.engine().select(Phase::longBreak);
+    EXPECT_EQ(caption->property("text").toString(), QStringLiteral("LONG BREAK"));
+    EXPECT_DOUBLE_EQ(caption->opacity(), 1);
 }
 
 TEST_F(TimerFaceTest, PresetChipsTellAndChoose) {

@@ -96,11 +96,17 @@ TEST(RingGeometry, HeadRidesTheEndOfTheArc) {
 }
 
 TEST(BarGeometry, FillIsAtLeastACapsuleUnlessThereIsNone) {
-    EXPECT_DOUBLE_EQ(BarGeometry::fillWidth(0, 220), 0);
-    EXPECT_DOUBLE_EQ(BarGeometry::fillWidth(0.0001, 220), 8);
-    EXPECT_DOUBLE_EQ(BarGeometry::fillWidth(8.0 / 220, 220), 8);
-    EXPECT_DOUBLE_EQ(BarGeometry::fillWidth(0.5, 220), 110);
-    EXPECT_DOUBLE_EQ(BarGeometry::fillWidth(1, 220), 220);
+    EXPECT_DOUBLE_EQ(BarGeometry::fillWidth(0, 0, 220), 0);
+    EXPECT_DOUBLE_EQ(BarGeometry::fillWidth(0.0001, 1, 220), 8);
+    EXPECT_DOUBLE_EQ(BarGeometry::fillWidth(8.0 / 220, 1, 220), 8);
+    EXPECT_DOUBLE_EQ(BarGeometry::fillWidth(0.5, 1, 220), 110);
+    EXPECT_DOUBLE_EQ(BarGeometry::fillWidth(1, 1, 220), 220);
+}
+
+TEST(BarGeometry, FillThatGoesAwayShrinksEvenlyToNothing) {
+    // From a width of 110 and of 8, at three quarters of the way.
+    EXPECT_DOUBLE_EQ(BarGeometry::fillWidth(0.125, 0.25, 220), 27.5);
+    EXPECT_DOUBLE_EQ(BarGeometry::fillWidth(0.000025, 0.25, 220), 2);
 }
 
 TEST(BarGeometry, HeadStandsAtTheEndOfTheFillWithinTheBar) {

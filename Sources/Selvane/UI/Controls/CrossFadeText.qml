@@ -8,8 +8,10 @@ Text {
 
     required property string words
     property real response: 0.25
+    /// Whether the words that come now take the place of the former softly.
+    property bool isSoft: true
     /// Words that nobody sees change at once.
-    readonly property bool fades: !Theme.reducesMotion && Window.active
+    readonly property bool fades: isSoft && !Theme.reducesMotion && Window.active
 
     text: words
     textFormat: Text.PlainText
@@ -17,15 +19,14 @@ Text {
     Accessible.role: Accessible.StaticText
     Accessible.name: words
 
+    // Also a change that isn't to fade ends the fading of one that is.
     Behavior on text {
-        enabled: root.fades
-
         SequentialAnimation {
             NumberAnimation {
                 target: root
                 property: "opacity"
                 to: 0
-                duration: root.response * 400
+                duration: root.fades ? root.response * 400 : 0
                 easing.type: Easing.InQuad
             }
 
@@ -35,7 +36,7 @@ Text {
                 target: root
                 property: "opacity"
                 to: 1
-                duration: root.response * 600
+                duration: root.fades ? root.response * 600 : 0
                 easing.type: Easing.OutQuad
             }
         }

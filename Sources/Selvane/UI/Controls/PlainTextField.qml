@@ -7,6 +7,8 @@ T.TextField {
     id: root
 
     property string accessibleName: placeholderText
+    /// A placeholder that is too long is made smaller instead of cut.
+    property bool shrinksPlaceholder: false
 
     implicitWidth: Math.ceil(Math.max(contentWidth, placeholder.implicitWidth) + leftPadding + rightPadding)
     implicitHeight: Math.ceil(Math.max(contentHeight, placeholder.implicitHeight) + topPadding + bottomPadding)
@@ -35,7 +37,9 @@ T.TextField {
         font: root.font
         horizontalAlignment: root.horizontalAlignment
         verticalAlignment: Text.AlignVCenter
-        elide: Text.ElideRight
+        elide: root.shrinksPlaceholder ? Text.ElideNone : Text.ElideRight
+        fontSizeMode: root.shrinksPlaceholder ? Text.HorizontalFit : Text.FixedSize
+        minimumPixelSize: 8
         Accessible.ignored: true
     }
 }

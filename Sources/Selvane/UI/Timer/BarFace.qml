@@ -20,6 +20,7 @@ Column {
         FaceCaption {
             anchors.verticalCenter: parent.verticalCenter
             words: root.model.caption
+            isSoft: root.model.captionFades
         }
     }
 

@@ -1,5 +1,6 @@
 #include "Selvane/UI/Timer/BarFill.h"
 
+#include "Selvane/UI/Controls/Ink.h"
 #include "Selvane/UI/Timer/ArcHead.h"
 #include "Selvane/UI/Timer/BarGeometry.h"
 #include "Selvane/UI/Timer/RingGeometry.h"
@@ -17,11 +18,6 @@ namespace {
 /// Room for the glow on all sides.
 const double margin = std::ceil(ArcHead::glowReach);
 
-QColor faded(QColor ink, double opacity) {
-    ink.setAlphaF(static_cast<float>(opacity));
-    return ink;
-}
-
 } // namespace
 
 BarFill::BarFill(QQuickItem* parent) : SweepItem(parent) {
@@ -34,7 +30,7 @@ double BarFill::pathLength() const {
 
 QRectF BarFill::changedArea(double from, double to) const {
     // The gradient is as long as the fill, so that all of the fill changes with its length.
-    const double fill = BarGeometry::fillWidth(std::max(from, to), BarGeometry::width);
+    const double fill = BarGeometry::fillWidth(std::max(from, to), 1, BarGeometry::width);
     return {0, 0, margin + fill + BarGeometry::headSize + margin, height()};
 }
 
@@ -43,10 +39,10 @@ void BarFill::draw(QPainter& painter) {
     painter.translate(margin, margin);
 
     const double top = (BarGeometry::height - BarGeometry::trackHeight) / 2;
-    const double radius = BarGeometry::trackHeight / 2;
-    const double fill = BarGeometry::fillWidth(shownProgress(), BarGeometry::width);
+    const double fill = BarGeometry::fillWidth(shownProgress(), headPresence(), BarGeometry::width);
     if (!(fill > 0))
         return;
+    const double radius = std::min(fill, BarGeometry::trackHeight) / 2;
     QLinearGradient gradient(0, 0, fill, 0);
     gradient.setColorAt(0, faded(ink(), RingGeometry::weakest));
     gradient.setColorAt(1, faded(ink(), RingGeometry::strongest));
@@ -54,6 +50,7 @@ void BarFill::draw(QPainter& painter) {
     painter.drawRoundedRect(QRectF(0, top, fill, BarGeometry::trackHeight), radius, radius);
 
     const double headRadius = BarGeometry::headSize / 2;
+    painter.setOpacity(headPresence());
     ArcHead::paint(painter, QPointF(BarGeometry::headOffset(fill) + headRadius, BarGeometry::height / 2),
                    BarGeometry::headSize, ink());
 }

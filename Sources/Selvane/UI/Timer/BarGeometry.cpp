@@ -4,8 +4,8 @@
 
 namespace selvane::BarGeometry {
 
-double fillWidth(double progress, double trackWidth) {
-    return progress > 0 ? std::max(progress * trackWidth, trackHeight) : 0;
+double fillWidth(double progress, double headPresence, double trackWidth) {
+    return std::max(progress * trackWidth, trackHeight * headPresence);
 }
 
 double headOffset(double fillWidth) {

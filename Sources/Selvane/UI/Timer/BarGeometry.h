@@ -8,8 +8,9 @@ inline constexpr double height = 12;
 inline constexpr double trackHeight = 8;
 inline constexpr double headSize = 12;
 
-/// How wide the fill is in a track of this width: nothing at 0, and else at least a whole capsule.
-[[nodiscard]] double fillWidth(double progress, double trackWidth);
+/// How wide the fill is in a track of this width: at least a whole capsule, of which as much is there as of
+/// the head.
+[[nodiscard]] double fillWidth(double progress, double headPresence, double trackWidth);
 
 /// Where the head begins, from the leading edge.
 [[nodiscard]] double headOffset(double fillWidth);

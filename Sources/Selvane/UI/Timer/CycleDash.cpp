@@ -22,12 +22,12 @@ double pulseOpacity(Seconds sinceStart) {
 
 } // namespace
 
-std::vector<Look> row(Cycle phase, int position, int length, Pulse pulse) {
+std::vector<Look> row(Phase phase, int position, int length, Pulse pulse) {
     const int count = std::max(length, 1);
     std::vector<Look> looks(static_cast<std::size_t>(count), Look::full);
-    if (phase == Cycle::longBreak)
+    if (phase == Phase::longBreak)
         return looks;
-    const bool pulses = phase == Cycle::focus && pulse == Pulse::moving;
+    const bool pulses = phase == Phase::focus && pulse == Pulse::moving;
     for (int index = std::max(position - 1, 0); index < count; ++index) {
         Look& look = looks[static_cast<std::size_t>(index)];
         if (index == position - 1)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "SelvaneCore/Date.h"
+#include "SelvaneCore/Models.h"
 
 #include <QString>
 
@@ -19,12 +20,14 @@ enum class Look {
     ahead
 };
 
-enum class Cycle { focus, shortBreak, longBreak };
 enum class Pulse { moving, still };
+
+/// A sixth of the way from one end of the pulse to the other; finer steps are hardly seen.
+inline constexpr Seconds pulseStep{1.4 / 6};
 
 /// A dash for each focus phase of the set, at least one. The position counts from 1; beyond the length every
 /// dash is full.
-[[nodiscard]] std::vector<Look> row(Cycle phase, int position, int length, Pulse pulse);
+[[nodiscard]] std::vector<Look> row(Phase phase, int position, int length, Pulse pulse);
 
 /// How opaque a dash is; a pulsing one so long after its pulse began.
 [[nodiscard]] double opacity(Look look, Seconds sinceStart);

@@ -1,5 +1,6 @@
 #include "Selvane/UI/Timer/CycleDashes.h"
 
+#include "Selvane/UI/Controls/Ink.h"
 #include "Selvane/UI/Timer/CycleDash.h"
 
 #include <QPainter>
@@ -7,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <utility>
+#include <vector>
 
 namespace selvane {
 
@@ -15,19 +17,23 @@ namespace {
 constexpr double dashWidth = 7;
 constexpr double dashHeight = 3;
 constexpr double spacing = 4;
-/// A sixth of the way from one end of the pulse to the other; finer steps are hardly seen.
-constexpr Seconds pulseStep{1.4 / 6};
 
-CycleDash::Cycle cycle(TimerFaceModel::Phase phase) {
+Phase phaseOf(TimerFaceModel::Phase phase) {
     switch (phase) {
     case TimerFaceModel::Focus:
-        return CycleDash::Cycle::focus;
+        return Phase::focus;
     case TimerFaceModel::ShortBreak:
-        return CycleDash::Cycle::shortBreak;
+        return Phase::shortBreak;
     case TimerFaceModel::LongBreak:
-        return CycleDash::Cycle::longBreak;
+        return Phase::longBreak;
     }
     __builtin_unreachable();
+}
+
+std::vector<CycleDash::Look> rowOf(const CycleDashes& dashes) {
+    const bool moves = dashes.isRunning() && !dashes.reducesMotion();
+    return CycleDash::row(phaseOf(dashes.phase()), dashes.position(), dashes.length(),
+                          moves ? CycleDash::Pulse::moving : CycleDash::Pulse::still);
 }
 
 double rowWidth(int length) {
@@ -50,8 +56,7 @@ QString CycleDashes::tooltip() const {
 }
 
 bool CycleDashes::isPulsing() const {
-    return _phase == TimerFaceModel::Focus && _isRunning && !_reducesMotion &&
-           _position <= std::max(_length, 1);
+    return std::ranges::count(rowOf(*this), CycleDash::Look::pulsing) > 0;
 }
 
 void CycleDashes::refresh() {
@@ -71,12 +76,12 @@ void CycleDashes::followPulse() {
         return;
     }
     _pulseStart = now();
-    stepAfter(pulseStep);
+    stepAfter(CycleDash::pulseStep);
 }
 
 void CycleDashes::step() {
     repaint(dash(_position - 1));
-    stepAfter(pulseStep);
+    stepAfter(CycleDash::pulseStep);
 }
 
 QRectF CycleDashes::dash(int index) const {
@@ -87,12 +92,9 @@ QRectF CycleDashes::dash(int index) const {
 void CycleDashes::draw(QPainter& painter) {
     painter.setPen(Qt::NoPen);
     const Seconds sinceStart = _follows ? now() - _pulseStart : Seconds{0};
-    const auto pulse = isPulsing() ? CycleDash::Pulse::moving : CycleDash::Pulse::still;
     int index = 0;
-    for (const CycleDash::Look look : CycleDash::row(cycle(_phase), _position, _length, pulse)) {
-        QColor shade = _ink;
-        shade.setAlphaF(static_cast<float>(CycleDash::opacity(look, sinceStart)));
-        painter.setBrush(shade);
+    for (const CycleDash::Look look : rowOf(*this)) {
+        painter.setBrush(faded(_ink, CycleDash::opacity(look, sinceStart)));
         painter.drawRoundedRect(dash(index), dashHeight / 2, dashHeight / 2);
         ++index;
     }

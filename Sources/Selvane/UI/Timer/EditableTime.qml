@@ -19,7 +19,13 @@ Item {
         id: minutes
 
         canEdit: root.model.canEdit
+        phase: root.model.phase
         onCommitted: minutes => root.model.setMinutes(minutes)
+        onKeyboardFreed: keyboard.giveBack()
+    }
+
+    KeyboardLoan {
+        id: keyboard
     }
 
     TimeText {
@@ -39,14 +45,18 @@ Item {
     }
 
     Repeater {
-        model: root.model.canEdit && !minutes.isEditing ? 1 : 0
+        model: root.model.canEdit ? 1 : 0
 
         TimeButton {
             anchors.fill: parent
+            visible: !minutes.isEditing
             tooltip: root.model.editTooltip
             hint: root.model.editHint
             accessibleName: root.model.timeLabel
-            onClicked: minutes.startEditing(root.model.remaining())
+            onClicked: {
+                keyboard.take(root);
+                minutes.startEditing(root.model.remaining());
+            }
         }
     }
 

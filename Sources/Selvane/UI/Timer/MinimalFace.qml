@@ -28,5 +28,6 @@ Column {
         anchors.horizontalCenter: parent.horizontalCenter
         topPadding: 8
         words: root.model.caption
+        isSoft: root.model.captionFades
     }
 }

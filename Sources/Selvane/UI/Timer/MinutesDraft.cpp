@@ -3,6 +3,7 @@
 #include "Selvane/UI/QtText.h"
 #include "SelvaneCore/Text.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <utility>
@@ -12,6 +13,9 @@ namespace selvane {
 namespace {
 
 constexpr int longestDraft = 3;
+constexpr double widthOfSize = 1.25;
+/// Beside the digits, for the cursor.
+constexpr double cursorRoom = 2;
 
 } // namespace
 
@@ -27,14 +31,18 @@ void MinutesDraft::finish(Ending ending) {
     if (!_isEditing)
         return;
     _isEditing = false;
+    const bool freesKeyboard = std::exchange(_hasKeyboard, false);
     // Read first: the view that types goes away with the next line.
     const std::optional<int> typed = minutes(_text);
     Q_EMIT isEditingChanged();
     if (ending == Ending::save && typed)
         Q_EMIT committed(*typed);
+    if (freesKeyboard)
+        Q_EMIT keyboardFreed();
 }
 
 void MinutesDraft::focusChanged(bool hasFocus) {
+    _hasKeyboard = hasFocus && _isEditing;
     if (!hasFocus)
         save();
 }
@@ -45,6 +53,17 @@ void MinutesDraft::setCanEdit(bool canEdit) {
     if (!canEdit)
         cancel();
     Q_EMIT canEditChanged();
+}
+
+void MinutesDraft::setPhase(TimerFaceModel::Phase phase) {
+    if (std::exchange(_phase, phase) == phase)
+        return;
+    cancel();
+    Q_EMIT phaseChanged();
+}
+
+double MinutesDraft::fieldWidth(double size, double contentWidth) {
+    return std::max(widthOfSize * size, std::ceil(contentWidth) + cursorRoom);
 }
 
 void MinutesDraft::setText(const QString& text) {

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import Selvane.Controls
 import Selvane.Timer
 
@@ -13,30 +12,22 @@ Item {
     implicitWidth: field.width + seconds.width
     implicitHeight: seconds.implicitHeight
 
-    T.TextField {
+    PlainTextField {
         id: field
 
         anchors.baseline: seconds.baseline
-        // Three digits need more room than two.
-        width: Math.max(1.25 * root.size, Math.ceil(contentWidth) + 2)
-        implicitHeight: contentHeight
+        width: root.draft.fieldWidth(root.size, contentWidth)
         padding: 0
         text: root.draft.text
-        color: Theme.primaryText
-        selectionColor: Theme.ink(0.18)
-        selectedTextColor: Theme.primaryText
-        selectByMouse: true
-        font.family: seconds.font.family
         font.pixelSize: root.size
         font.weight: Font.DemiBold
         font.letterSpacing: -0.02 * root.size
         horizontalAlignment: TextInput.AlignRight
-        verticalAlignment: TextInput.AlignVCenter
         inputMethodHints: Qt.ImhDigitsOnly
         placeholderText: root.draft.label
-
-        Accessible.role: Accessible.EditableText
-        Accessible.name: root.draft.label
+        placeholderTextColor: Theme.tertiaryText
+        shrinksPlaceholder: true
+        validator: MinutesValidator {}
 
         // Assistive technology sets a text without typing it.
         onTextChanged: root.draft.text = text
@@ -49,20 +40,6 @@ Item {
         function begin() {
             forceActiveFocus(Qt.MouseFocusReason);
             selectAll();
-        }
-
-        Text {
-            anchors.fill: parent
-            visible: field.length === 0
-            text: field.placeholderText
-            color: Theme.tertiaryText
-            font.pixelSize: root.size
-            font.weight: Font.DemiBold
-            fontSizeMode: Text.HorizontalFit
-            minimumPixelSize: 8
-            horizontalAlignment: Text.AlignRight
-            verticalAlignment: Text.AlignVCenter
-            Accessible.ignored: true
         }
     }
 

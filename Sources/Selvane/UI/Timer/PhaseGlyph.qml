@@ -15,7 +15,7 @@ Pressable {
     accessibleName: model.iconLabel
     Accessible.description: model.iconHint
 
-    onClicked: popup.open()
+    onClicked: popup.open(visualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason)
 
     contentItem: GlyphDrawing {
         name: root.model.glyph
@@ -30,7 +30,7 @@ Pressable {
     background: RoundedShape {
         spread: 4
         radius: 5
-        color: Theme.ink(root.hovered || root.choosing ? 0.07 : 0)
+        color: Theme.ink(root.hovered ? 0.07 : 0)
         ringed: root.visualFocus
         ringColor: Theme.focusRing
     }

@@ -1,5 +1,6 @@
 #include "Selvane/UI/Timer/RingArc.h"
 
+#include "Selvane/UI/Controls/Ink.h"
 #include "Selvane/UI/Timer/ArcHead.h"
 #include "Selvane/UI/Timer/RingGeometry.h"
 
@@ -56,12 +57,12 @@ void RingArc::draw(QPainter& painter) {
     painter.translate(width() / 2, height() / 2);
 
     const auto [seam, stops] = RingGeometry::conicalStops(progress);
+    // A round cap has a length of its own, and would go in one moment with the last of the arc.
+    const double part = std::min(progress * pathLength(), 1.0);
     // Conical gradients turn anticlockwise from three o'clock, so the turn is told from its end.
     QConicalGradient gradient(QPointF(0, 0), 90 - seam);
     for (const auto& [position, opacity] : stops) {
-        QColor shade = ink();
-        shade.setAlphaF(static_cast<float>(opacity));
-        gradient.setColorAt(1 - position, shade);
+        gradient.setColorAt(1 - position, faded(ink(), opacity * part));
     }
     const double radius = RingGeometry::arcDiameter / 2;
     painter.setPen(QPen(gradient, RingGeometry::lineWidth, Qt::SolidLine, Qt::RoundCap));
@@ -71,6 +72,7 @@ void RingArc::draw(QPainter& painter) {
     arc.arcTo(QRectF(-radius, -radius, 2 * radius, 2 * radius), 90, -360 * progress);
     painter.drawPath(arc);
 
+    painter.setOpacity(headPresence());
     ArcHead::paint(painter, RingGeometry::headCentre(progress), RingGeometry::headSize, ink());
 }
 

@@ -1,5 +1,6 @@
 #include "Selvane/UI/Timer/RingBezel.h"
 
+#include "Selvane/UI/Controls/Ink.h"
 #include "Selvane/UI/Timer/RingGeometry.h"
 
 #include <QPainter>
@@ -12,11 +13,6 @@ namespace selvane {
 namespace {
 
 constexpr double trackOpacity = 0.08;
-
-QColor faded(QColor ink, double opacity) {
-    ink.setAlphaF(static_cast<float>(opacity));
-    return ink;
-}
 
 } // namespace
 

@@ -58,6 +58,7 @@ Item {
             anchors.horizontalCenter: parent.horizontalCenter
             topPadding: 6
             words: root.model.caption
+            isSoft: root.model.captionFades
         }
     }
 }

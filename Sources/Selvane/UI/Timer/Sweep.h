@@ -29,12 +29,20 @@ public:
     [[nodiscard]] double target() const { return _to; }
     /// Where it is drawn now.
     [[nodiscard]] double shown(Seconds now) const;
+    /// How much of the head at the end is there, from 0 to 1: it goes with the last of the line, and comes
+    /// with the first.
+    [[nodiscard]] double headPresence(Seconds now) const;
     /// Until it has to be drawn again; absent once it has arrived.
     [[nodiscard]] std::optional<Seconds> untilNextStep(Seconds now) const;
 
 private:
+    /// How far it has come on its way, from 0 to 1.
+    [[nodiscard]] double travelled(Seconds now) const;
+
     double _from = 0;
     double _to = 0;
+    double _headFrom = 0;
+    double _headTo = 0;
     Motion _motion = Motion::none;
     Seconds _start{0};
     Seconds _step{0};

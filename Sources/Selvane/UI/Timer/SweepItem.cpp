@@ -63,7 +63,8 @@ void SweepItem::step() {
 void SweepItem::show() {
     const Seconds present = now();
     const double before = std::exchange(_shown, _sweep.shown(present));
-    if (_shown != before)
+    const double head = _sweep.headPresence(present);
+    if (std::exchange(_headPresence, head) != head || _shown != before)
         repaint(changedArea(before, _shown));
     if (const auto delay = isShown() ? _sweep.untilNextStep(present) : std::nullopt)
         stepAfter(*delay);

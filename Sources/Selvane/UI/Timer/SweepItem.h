@@ -35,6 +35,8 @@ public:
 
     /// What is drawn at present of the progress.
     [[nodiscard]] double shownProgress() const { return _shown; }
+    /// How much of the head is drawn, from 0 to 1.
+    [[nodiscard]] double headPresence() const { return _headPresence; }
 
 Q_SIGNALS:
     void progressChanged();
@@ -62,6 +64,7 @@ private:
     QColor _ink = Qt::black;
     Sweep _sweep;
     double _shown = 0;
+    double _headPresence = 0;
 };
 
 } // namespace selvane

@@ -18,12 +18,12 @@ FocusScope {
     implicitHeight: grid.implicitHeight
 
     /// Gives the keyboard to the tile of the selection.
-    function focusSelection() {
-        focusTile(choices.indexOf(selection));
+    function focusSelection(reason: int) {
+        focusTile(choices.indexOf(selection), reason);
     }
 
-    function focusTile(index: int) {
-        tiles.itemAt(index).forceActiveFocus(Qt.TabFocusReason);
+    function focusTile(index: int, reason: int) {
+        tiles.itemAt(index).forceActiveFocus(reason);
     }
 
     SymbolChoices {
@@ -47,10 +47,10 @@ FocusScope {
                 symbol: choices.symbol(tile.modelData)
                 accessibleName: choices.label(tile.modelData)
                 isSelected: root.selection === tile.modelData
-                Keys.onLeftPressed: root.focusTile(choices.neighbour(tile.index, -1, 0))
-                Keys.onRightPressed: root.focusTile(choices.neighbour(tile.index, 1, 0))
-                Keys.onUpPressed: root.focusTile(choices.neighbour(tile.index, 0, -1))
-                Keys.onDownPressed: root.focusTile(choices.neighbour(tile.index, 0, 1))
+                Keys.onLeftPressed: root.focusTile(choices.neighbour(tile.index, -1, 0), Qt.TabFocusReason)
+                Keys.onRightPressed: root.focusTile(choices.neighbour(tile.index, 1, 0), Qt.TabFocusReason)
+                Keys.onUpPressed: root.focusTile(choices.neighbour(tile.index, 0, -1), Qt.TabFocusReason)
+                Keys.onDownPressed: root.focusTile(choices.neighbour(tile.index, 0, 1), Qt.TabFocusReason)
                 onClicked: {
                     root.selected(tile.modelData);
                     root.pick();

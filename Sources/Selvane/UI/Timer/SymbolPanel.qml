@@ -14,8 +14,8 @@ FocusScope {
     implicitWidth: grid.implicitWidth
     implicitHeight: grid.y + grid.implicitHeight
 
-    function begin() {
-        grid.focusSelection();
+    function begin(reason: int) {
+        grid.focusSelection(reason);
     }
 
     Text {

@@ -13,10 +13,13 @@ Item {
     required property string selection
     property PopupCard card: null
     readonly property bool isOpen: card !== null && card.visible
+    /// The keyboard is shown in the card only if it opened it.
+    property int focusReason: Qt.OtherFocusReason
 
     signal picked(name: string)
 
-    function open() {
+    function open(reason: int) {
+        focusReason = reason;
         if (card === null)
             card = maker.createObject(root) as PopupCard;
         card.open();
@@ -40,7 +43,7 @@ Item {
                 onDone: popup.close()
             }
 
-            onOpened: (contentItem as SymbolPanel).begin()
+            onOpened: (contentItem as SymbolPanel).begin(root.focusReason)
         }
     }
 }

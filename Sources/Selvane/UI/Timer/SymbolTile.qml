@@ -23,7 +23,7 @@ Pressable {
             name: root.symbol
             size: 14
             weight: Symbol.Medium
-            color: root.isSelected || root.hovered ? Theme.primaryText : Theme.secondaryText
+            color: root.isSelected ? Theme.primaryText : Theme.secondaryText
         }
     }
 

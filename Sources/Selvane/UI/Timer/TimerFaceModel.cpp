@@ -50,6 +50,9 @@ void TimerFaceModel::refresh() {
     same.style = before.style;
     same.remaining = before.remaining;
     same.progress = before.progress;
+    const bool captionFades = _state->isPaused != before.isPaused;
+    if (same != before && std::exchange(_captionFades, captionFades) != captionFades)
+        Q_EMIT captionFadesChanged();
     if (same != before)
         Q_EMIT stateChanged();
     if (_state->style != before.style)

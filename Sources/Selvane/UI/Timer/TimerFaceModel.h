@@ -39,6 +39,9 @@ class TimerFaceModel : public QObject {
     Q_PROPERTY(QString timeLabel READ timeLabel NOTIFY timeChanged FINAL)
     /// "FOCUS"
     Q_PROPERTY(QString caption READ caption NOTIFY stateChanged FINAL)
+    /// Whether the present word takes the place of the former one softly: a pause does, another phase is
+    /// there at once. It is told before the word.
+    Q_PROPERTY(bool captionFades READ captionFades NOTIFY captionFadesChanged FINAL)
     Q_PROPERTY(int cyclePosition READ cyclePosition NOTIFY stateChanged FINAL)
     Q_PROPERTY(int cycleLength READ cycleLength NOTIFY stateChanged FINAL)
 
@@ -80,6 +83,7 @@ public:
     [[nodiscard]] QString time() const { return _time; }
     [[nodiscard]] QString timeLabel() const;
     [[nodiscard]] QString caption() const;
+    [[nodiscard]] bool captionFades() const { return _captionFades; }
     [[nodiscard]] int cyclePosition() const;
     [[nodiscard]] int cycleLength() const;
     [[nodiscard]] bool canEdit() const;
@@ -101,6 +105,7 @@ public:
 
 Q_SIGNALS:
     void styleChanged();
+    void captionFadesChanged();
     void stateChanged();
     void progressChanged();
     void timeChanged();
@@ -116,6 +121,7 @@ private:
     std::function<TimerFaceState()> _source;
     std::unique_ptr<TimerFaceState> _state;
     QString _time;
+    bool _captionFades = false;
     QString _glyph;
     QString _symbol;
     std::vector<Subscription> _subscriptions;
