@@ -248,13 +248,13 @@ def keyboard_reaches_everything(reader):
     reader.wait_for("Start")
 
 
-def tab_to(reader, name):
+def tab_to(reader, name=None, role=None):
     for _ in range(40):
         node = reader.focused()
-        if node and node.name == name:
-            return node
+        if node and name in (None, node.name) and role in (None, node.role):
+            return
         reader.key("Tab")
-    raise Failure(f"Tab doesn't come to {name!r}")
+    raise Failure(f"Tab doesn't come to {name or role!r}")
 
 
 def keyboard_uses_everything(reader):
@@ -277,16 +277,14 @@ def keyboard_uses_everything(reader):
     check(not reader.selvane.stays_closed(0.2), "Escape closes a menu, and not the panel with it")
     check_equal(reader.focused().name, "Phase: Focus", "what has the keyboard then")
 
-    while reader.focused().role != "page tab list":
-        reader.key("Tab")
+    tab_to(reader, role="page tab list")
     reader.key("Right")
     reader.wait_for("Today: 0m of your 50m goal")
     reader.key("Left")
     reader.wait_for("Add a task…")
     check(True, "the arrows choose a tab")
 
-    while reader.focused().role != "list item":
-        reader.key("Tab")
+    tab_to(reader, role="list item")
     first = reader.focused().name
     reader.key("Down")
     second = reader.focused().name
