@@ -23,6 +23,7 @@
 #include <QGuiApplication>
 #include <QLocale>
 
+#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
@@ -67,6 +68,21 @@ AppServices services(SerialQueue& queue, const StoreEnvironment& files,
         .makeCalendar = [](AppSettings&) { return std::make_unique<EmptyCalendarWatcher>(); },
         .applyAppearance = [](AppearanceMode) {},
     };
+}
+
+/// Chooses how Qt draws frames, before it reads that from the environment. The panel's frames are small,
+/// several in a second, and each of these choices spares them wake-ups.
+void preferFramesOfFewWakeUps() {
+    constexpr std::array choices{
+        // Drawn once what happened is dealt with, not five milliseconds later.
+        std::pair{"QT_QPA_UPDATE_IDLE_TIME", "0"},
+        // Sent to the X server. Memory shared with it has to be waited for until it has read the last frame.
+        std::pair{"QT_XCB_NO_MITSHM", "1"},
+    };
+    for (const auto& [name, value] : choices) {
+        if (!qEnvironmentVariableIsSet(name))
+            qputenv(name, value);
+    }
 }
 
 int run(QGuiApplication& application) {
@@ -155,6 +171,7 @@ int run(QGuiApplication& application) {
 } // namespace selvane
 
 int main(int argc, char* argv[]) {
+    selvane::preferFramesOfFewWakeUps();
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("Selvane"));
     QGuiApplication::setDesktopFileName(QStringLiteral("com.lorbin.selvane"));
