@@ -58,12 +58,12 @@ TEST(DigitRoll, NothingRollsWithoutMotion) {
     EXPECT_EQ(roll.untilNextStep(start), std::nullopt);
 }
 
-TEST(DigitRoll, TickTakesFewStepsAndAThirdOfASecond) {
+TEST(DigitRoll, TickTakesFewStepsAndAFifthOfASecond) {
     const DigitRoll roll = changed("24:13", "24:12", Pace::tick);
     EXPECT_GT(roll.position(start), 0.05) << "the frame of the tick is the first step";
-    EXPECT_LE(countSteps(roll), 5);
-    EXPECT_LT(roll.position(start + Seconds{0.2}), 1);
-    EXPECT_DOUBLE_EQ(roll.position(start + Seconds{0.32}), 1);
+    EXPECT_LE(countSteps(roll), 3);
+    EXPECT_LT(roll.position(start + Seconds{0.13}), 1);
+    EXPECT_DOUBLE_EQ(roll.position(start + Seconds{0.22}), 1);
 }
 
 TEST(DigitRoll, OtherChangesSwingAsASpring) {
