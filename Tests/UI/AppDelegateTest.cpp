@@ -82,6 +82,33 @@ TEST_F(AppDelegateTest, NewsOfAnUpdateChooseTheirPane) {
     EXPECT_EQ(harness.journal.count("windows.forward"), 1);
 }
 
+/// After an update.
+class UpdatedLifecycle final : public test::RecordingLifecycle {
+public:
+    using RecordingLifecycle::RecordingLifecycle;
+    void showWhatsNewIfUpdated(AppModel& model) override {
+        if (model.showWhatsNewAfterUpdate)
+            model.showWhatsNewAfterUpdate();
+    }
+};
+
+TEST(AppDelegate, FirstLaunchAfterAnUpdateShowsTheNews) {
+    test::ModelHarness harness;
+    harness.adjustServices = [&](AppServices& services) {
+        services.makeDataLifecycle = [&] {
+            return std::make_unique<UpdatedLifecycle>(harness.journal, harness.answers);
+        };
+    };
+    test::FakeStatusItemHost host;
+    test::FakeAppearance appearance;
+    test::FakePressMonitor presses;
+    test::RecordingWindows windows{harness.journal};
+    AppDelegate delegate(harness.environment());
+    delegate.applicationDidFinishLaunching({&host, &appearance, &presses, {}, &windows});
+    EXPECT_EQ(delegate.model().windowPane(), Pane::whatsNew);
+    EXPECT_EQ(harness.journal.count("windows.forward"), 1);
+}
+
 TEST_F(AppDelegateTest, QuitFromTheMenuReachesTheProgram) {
     bool quits = false;
     delegate.onQuit = [&] { quits = true; };

@@ -1,7 +1,9 @@
 #include "Selvane/UI/Popover/PopoverModel.h"
 
 #include "Selvane/UI/PanelPlacement.h"
+#include "Selvane/UI/Popover/PopoverText.h"
 #include "Support/FakeAppearance.h"
+#include "Support/LocalTime.h"
 #include "Support/ModelHarness.h"
 
 #include <gtest/gtest.h>
@@ -56,6 +58,17 @@ TEST_F(PopoverModelTest, StatusFollowsTheTimerAndTheSettings) {
     popover.controls()->toggle();
     popover.controls()->toggle();
     EXPECT_EQ(popover.sessionStatus(), QStringLiteral("Session 1 of 3 · paused"));
+}
+
+TEST_F(PopoverModelTest, StatusIsReadAnewWhenShown) {
+    popover.controls()->toggle();
+    const QString before = popover.sessionStatus();
+    harness.calendar = test::zone("Asia/Tokyo");
+    EXPECT_EQ(popover.sessionStatus(), before) << "nothing tells of a journey";
+    popover.prepareToShow();
+    EXPECT_NE(popover.sessionStatus(), before);
+    EXPECT_EQ(popover.sessionStatus(),
+              PopoverText::sessionStatus(harness.model().engine(), harness.calendar, QLocale()));
 }
 
 TEST_F(PopoverModelTest, TabsAreNamedWithTheirKeys) {

@@ -169,13 +169,6 @@ TEST_F(PopoverPanelTest, SpaceStartsPausesAndResumes) {
     EXPECT_TRUE(engine().isPaused());
 }
 
-TEST_F(PopoverPanelTest, TabVisitsEveryControlThatAppliesFromTopToBottom) {
-    engine().start();
-    EXPECT_THAT(namesOnTheWayRound(),
-                IsSupersetInOrder(Names{"Phase: Focus", "More", "Choose a task…", "Reset", "Pause", "Skip",
-                                        "Rain", "Volume", "Turn sound on"}));
-}
-
 TEST_F(PopoverPanelTest, TabPassesOverWhatDoesNotApply) {
     harness.model().settings().musicSource.set(MusicSource::none);
     const auto names = namesOnTheWayRound();
@@ -287,8 +280,6 @@ TEST_F(PopoverPanelTest, PhaseMenuOpensWhileRunningButOnlyGivesTheReason) {
     engine().start();
     press(QStringLiteral("Phase: Focus"));
     EXPECT_TRUE(shows(QStringLiteral("Reset the timer to switch")));
-    click(QStringLiteral("Long Break"));
-    EXPECT_EQ(engine().phase(), Phase::focus);
 }
 
 TEST_F(PopoverPanelTest, TaskPickerChoosesAndClearsTheCurrentTask) {
@@ -383,13 +374,6 @@ TEST_F(PopoverPanelTest, ClickOnTheNoteDoesWhatItOffers) {
     click(name);
     EXPECT_EQ(harness.model().windowPane(), Pane::focus);
     EXPECT_EQ(focusedText(), QStringLiteral("Start")) << "a click leaves the keyboard where it is";
-}
-
-TEST_F(PopoverPanelTest, NoteWithoutWordsIsNotAnnounced) {
-    EXPECT_EQ(accessibleItems().count(""), 0U);
-    showDrift();
-    EXPECT_THAT(accessibleItems(), Contains(std::pair<std::string, QAccessible::Role>(
-                                       "News is on your distractions list", QAccessible::StaticText)));
 }
 
 TEST_F(PopoverPanelTest, HeightIsTheSameWhateverItShows) {

@@ -388,6 +388,23 @@ TEST_F(SessionNoteModelTest, FollowsTheGuard) {
     EXPECT_EQ(changes, 2);
 }
 
+TEST_F(SessionNoteModelTest, ScoreKnowsWhatTheUserCallsDistracting) {
+    harness.answers.lastUsage = {{editor, news}};
+    launch();
+    EXPECT_EQ(text(), "Focused 100% · Editor 20m");
+    harness.model().settings().distractingApps.set({"org.example.news"});
+    EXPECT_EQ(text(), "Focused 80% · Editor 20m");
+}
+
+TEST_F(SessionNoteModelTest, ShortenedSessionEndsBeforeItsMeeting) {
+    harness.answers.nextEvent = CalendarEvent{"Design review", now + 20min};
+    launch();
+    harness.model().engine().adjustDuration = [](Phase, Seconds) { return Seconds{1080}; };
+    harness.model().engine().start();
+    ASSERT_TRUE(harness.model().sessionWasShortened());
+    EXPECT_EQ(text(), "Ends before Design review");
+}
+
 TEST_F(SessionNoteModelTest, FollowsTheFocusModeAndItsSetting) {
     launch();
     harness.answers.focusModeProblem = "No shortcut.";
