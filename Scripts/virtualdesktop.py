@@ -378,8 +378,14 @@ class Desktop:
         if os.path.exists(XFCE_SETTINGS):
             os.symlink(XFCE_SETTINGS, services / os.path.basename(XFCE_SETTINGS))
         self.start("bus", ["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile"])
-        wait("the session bus", lambda: (self._runtime / "bus").exists())
-        self.bus = dbus.bus.BusConnection(self.environment["DBUS_SESSION_BUS_ADDRESS"])
+        self.bus = wait("the session bus", self._connect_to_bus)
+
+    def _connect_to_bus(self):
+        try:
+            return dbus.bus.BusConnection(self.environment["DBUS_SESSION_BUS_ADDRESS"])
+        except dbus.exceptions.DBusException:
+            # Its socket is there a moment before it listens.
+            return None
 
     def _start_window_manager(self):
         self.start("openbox", ["openbox", "--sm-disable"])
