@@ -318,9 +318,8 @@ TEST_F(TabsTest, HighlightIsThereAtOnceInAWiderRow) {
     appearance.setReducesMotion(false);
     ASSERT_FALSE(theme().reducesMotion());
     const auto shapes = tabs->findChildren<QQuickItem*>();
-    const auto highlight = std::ranges::find_if(shapes, [](const QQuickItem* shape) {
-        return shape->property("place").isValid();
-    });
+    const auto highlight = std::ranges::find_if(
+        shapes, [](const QQuickItem* shape) { return shape->property("place").isValid(); });
     ASSERT_NE(highlight, shapes.end());
     const double before = (*highlight)->x();
     tabs->setWidth(tabs->width() + 30);

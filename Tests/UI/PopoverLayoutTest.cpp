@@ -124,16 +124,18 @@ TEST_F(PopoverLayoutTest, LongWordsEndWhereTheMarginsAre) {
 }
 
 TEST_F(PopoverLayoutTest, StyleChosenWhileItIsOpenGivesTheWindowItsHeight) {
-    model().settings().timerStyle.set(TimerStyle::minimal);
-    settle();
-    const QSize small = window->size();
-    EXPECT_EQ(small.height(), part("PopoverView")->height());
-    model().settings().timerStyle.set(TimerStyle::ring);
-    settle();
-    EXPECT_GT(window->height(), small.height());
-    EXPECT_EQ(window->height(), part("PopoverView")->height());
-    EXPECT_EQ(window->minimumSize(), window->size());
-    EXPECT_EQ(window->maximumSize(), window->size());
+    // Not the one that it was shown with.
+    for (const TimerStyle style : {TimerStyle::minimal, TimerStyle::bar}) {
+        SCOPED_TRACE(rawValue(style));
+        const QSize before = window->size();
+        model().settings().timerStyle.set(style);
+        settle();
+        EXPECT_NE(window->size(), before);
+        EXPECT_EQ(window->height(), part("PopoverView")->height());
+        EXPECT_EQ(window->minimumSize(), window->size());
+        EXPECT_EQ(window->maximumSize(), window->size());
+        EXPECT_TRUE(window->mask().boundingRect() == QRect({}, window->size())) << "its corners are cut off";
+    }
 }
 
 TEST_F(PopoverLayoutTest, DotTellsOfAnUpdateAndOnlyThen) {
