@@ -1,5 +1,7 @@
 #include "Selvane/UI/Controls/HoverTip.h"
 
+#include "Selvane/UI/Controls/CardMargin.h"
+
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -16,13 +18,14 @@ namespace {
 
 /// Between the bubble and the item that it explains.
 constexpr double gap = 6;
-/// Between the bubble and the window's edges.
-constexpr double margin = 6;
+/// Between the bubble and the edges of the window's card.
+constexpr double inset = 6;
 /// Above everything, also above menus.
 constexpr double top = 2'000'000;
 
 /// Above the item, in its middle; below it where there is no room above.
-QPointF beside(const QRectF& item, const QSizeF& bubble, const QSizeF& window) {
+QPointF beside(const QRectF& item, const QSizeF& bubble, const QWindow& window) {
+    const double margin = inset + CardMargin::of(window);
     const double x = std::clamp(item.center().x() - bubble.width() / 2, margin,
                                 std::max(margin, window.width() - margin - bubble.width()));
     const double above = item.top() - gap - bubble.height();
@@ -90,8 +93,9 @@ void HoverTip::show() {
     QQuickWindow* const window = item->window();
     QQmlComponent component(
         engine, QUrl(QStringLiteral("qrc:/qt-project.org/imports/Selvane/Controls/TipBubble.qml")));
+    const double room = window->width() - 2 * (inset + CardMargin::of(*window));
     QObject* const made = component.createWithInitialProperties(
-        {{QStringLiteral("text"), _text}, {QStringLiteral("maximumWidth"), window->width() - 2 * margin}});
+        {{QStringLiteral("text"), _text}, {QStringLiteral("maximumWidth"), room}});
     _bubble = qobject_cast<QQuickItem*>(made);
     if (!_bubble) {
         delete made;
@@ -114,8 +118,8 @@ void HoverTip::place() {
     const QQuickWindow* const window = item ? item->window() : nullptr;
     if (!_bubble || !window)
         return;
-    _bubble->setPosition(beside(item->mapRectToScene(QRectF(0, 0, item->width(), item->height())),
-                                _bubble->size(), window->size()));
+    _bubble->setPosition(
+        beside(item->mapRectToScene(QRectF(0, 0, item->width(), item->height())), _bubble->size(), *window));
 }
 
 void HoverTip::hide() {

@@ -8,11 +8,14 @@ T.Popup {
     id: root
 
     property string accessibleName: ""
+    readonly property PopupKeeper keeper: PopupKeeper {
+        popup: root
+    }
 
     implicitWidth: Math.ceil(implicitContentWidth + leftPadding + rightPadding)
     implicitHeight: Math.ceil(implicitContentHeight + topPadding + bottomPadding)
     padding: 16
-    margins: 8
+    margins: keeper.margin
     topInset: -24
     leftInset: -24
     rightInset: -24

@@ -1,9 +1,10 @@
 import QtQuick
+import QtQuick.Templates as T
 import Selvane.Controls
 
 /// A menu of PopupMenuItem, PopupMenuSeparator and, for submenus, PopupMenu. `open()` opens it below the item that it
-/// is declared in, `popup()` at the pointer; it keeps within the window and scrolls where that is lower than the menu.
-/// A click elsewhere or Escape closes it and does nothing else. Make it lazily: see LazyMenu.
+/// is declared in, `popup()` at the pointer; it keeps within the window's card and scrolls where that is
+/// lower than the menu. A click elsewhere or Escape closes it and does nothing else. Make it lazily: see LazyMenu.
 MeasuredMenu {
     id: root
 
@@ -11,7 +12,7 @@ MeasuredMenu {
     implicitWidth: Math.ceil(measure.width + leftPadding + rightPadding)
     implicitHeight: Math.ceil(contentHeight + topPadding + bottomPadding)
     padding: 5
-    margins: 8
+    margins: keeper.margin
     topInset: -24
     leftInset: -24
     rightInset: -24
@@ -19,6 +20,10 @@ MeasuredMenu {
     overlap: 2
     modal: true
     dim: false
+
+    readonly property PopupKeeper keeper: PopupKeeper {
+        popup: root
+    }
 
     delegate: PopupMenuItem {}
 
@@ -35,5 +40,8 @@ MeasuredMenu {
         boundsBehavior: Flickable.StopAtBounds
         clip: true
         highlightMoveDuration: 0
+
+        // Says that there are more rows than are seen.
+        T.ScrollIndicator.vertical: MenuScrollMark {}
     }
 }

@@ -20,6 +20,7 @@ Item {
         anchors.right: keys.left
         anchors.verticalCenter: parent.verticalCenter
         text: root.text
+        textFormat: Text.PlainText
         color: root.color
         font.pixelSize: Theme.callout
         font.weight: root.weight

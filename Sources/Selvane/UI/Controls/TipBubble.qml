@@ -25,6 +25,7 @@ RoundedShape {
         y: 6
         width: root.width - 20
         text: root.text
+        textFormat: Text.PlainText
         color: Theme.textOnSolidPrimary
         font.pixelSize: Theme.caption
         wrapMode: Text.Wrap
