@@ -32,20 +32,39 @@ std::vector<std::string> texts(const QStringList& list) {
 
 TEST(MenuChoices, TellsOnlyWhatReallyChanges) {
     MenuChoices menu;
-    int resets = 0;
-    int marks = 0;
-    QObject::connect(&menu, &MenuChoices::modelReset, &menu, [&] { ++resets; });
-    QObject::connect(&menu, &MenuChoices::dataChanged, &menu, [&] { ++marks; });
+    int changes = 0;
+    int rows = 0;
+    QObject::connect(&menu, &MenuChoices::rowsInserted, &menu, [&] { ++rows; });
+    QObject::connect(&menu, &MenuChoices::rowsRemoved, &menu, [&] { ++rows; });
+    QObject::connect(&menu, &MenuChoices::dataChanged, &menu, [&] { ++changes; });
     menu.setChoices({{QStringLiteral("One"), true}, {QStringLiteral("Two")}});
-    EXPECT_EQ(resets, 1);
+    EXPECT_EQ(rows, 1);
     menu.setChoices({{QStringLiteral("One"), true}, {QStringLiteral("Two")}});
-    EXPECT_EQ(resets + marks, 1);
+    EXPECT_EQ(rows + changes, 1);
     menu.setChoices({{QStringLiteral("One")}, {QStringLiteral("Two"), true}});
-    EXPECT_EQ(resets, 1);
-    EXPECT_EQ(marks, 1);
+    EXPECT_EQ(rows, 1);
+    EXPECT_EQ(changes, 1);
     menu.setChoices({{QStringLiteral("One")}});
-    EXPECT_EQ(resets, 2);
+    EXPECT_EQ(rows, 2);
+    EXPECT_EQ(changes, 1);
     EXPECT_THAT(lines(&menu), ElementsAre("One"));
+}
+
+TEST(MenuChoices, RowsComeAndGoAtTheEndOnly) {
+    MenuChoices menu;
+    int resets = 0;
+    QObject::connect(&menu, &MenuChoices::modelReset, &menu, [&] { ++resets; });
+    menu.setChoices({{QStringLiteral("One")}, {QStringLiteral("Two"), true}});
+    const QPersistentModelIndex first(menu.index(0));
+    menu.setChoices({{QStringLiteral("Zero")}, {QStringLiteral("One")}, {QStringLiteral("Two"), true}});
+    EXPECT_THAT(lines(&menu), ElementsAre("Zero", "One", "✓ Two"));
+    EXPECT_EQ(first.data(MenuChoices::TitleRole), QStringLiteral("Zero"));
+    menu.setChoices({{QStringLiteral("Two"), true}});
+    EXPECT_THAT(lines(&menu), ElementsAre("✓ Two"));
+    menu.setChoices({});
+    EXPECT_THAT(lines(&menu), IsEmpty());
+    EXPECT_FALSE(first.isValid());
+    EXPECT_EQ(resets, 0);
 }
 
 class PhaseMenuTest : public testing::Test {
@@ -188,6 +207,21 @@ TEST_F(CurrentTaskPickerTest, RenamedTaskIsShownByItsNewName) {
     model().renameTask(id(0), "Write more");
     EXPECT_EQ(picker.title(), QStringLiteral("Write more"));
     EXPECT_THAT(lines(picker.tasks()), ElementsAre("✓ Write more"));
+}
+
+TEST_F(CurrentTaskPickerTest, TellsOnlyWhatReallyChanges) {
+    int changes = 0;
+    QObject::connect(&picker, &CurrentTaskPickerModel::changed, &picker, [&] { ++changes; });
+    model().addTask("Write");
+    EXPECT_EQ(changes, 1) << "the hint is gone";
+    model().addTask("Read");
+    EXPECT_EQ(changes, 1);
+    picker.choose(0);
+    EXPECT_EQ(changes, 2);
+    model().renameTask(id(1), "Read more");
+    EXPECT_EQ(changes, 2);
+    model().renameTask(id(0), "Write more");
+    EXPECT_EQ(changes, 3);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "Selvane/UI/Popover/PopoverPanel.h"
 
+#include "Selvane/UI/Commands.h"
 #include "Selvane/UI/PanelPlacement.h"
 #include "Support/FakeAppearance.h"
 #include "Support/ModelHarness.h"
@@ -8,6 +9,7 @@
 #include <QAccessible>
 #include <QGuiApplication>
 #include <QQuickItem>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -23,6 +25,7 @@ namespace selvane {
 namespace {
 
 using testing::Contains;
+using testing::ElementsAre;
 using testing::Not;
 
 /// The names stand in that order, with others between them.
@@ -131,15 +134,94 @@ protected:
     int quits = 0;
     int turnedAway = 0;
 
-    static QAccessibleInterface* find(QAccessibleInterface* item, const QString& name) {
-        if (item->text(QAccessible::Name) == name)
+    static QAccessibleInterface* find(QAccessibleInterface* item, const QString& name,
+                                      QAccessible::Role role = QAccessible::NoRole) {
+        if (item->text(QAccessible::Name) == name && (role == QAccessible::NoRole || item->role() == role))
             return item;
         for (int index = 0; index < item->childCount(); ++index) {
-            if (QAccessibleInterface* const found = find(item->child(index), name))
+            if (QAccessibleInterface* const found = find(item->child(index), name, role))
                 return found;
         }
         return nullptr;
     }
+
+    /// The rows of the open menu of that title from top to bottom; a separator is a dash.
+    [[nodiscard]] std::vector<std::string> menuRows(const QString& title) const {
+        const QQuickItem* const menu = openMenu(title);
+        std::vector<const QQuickItem*> rows;
+        if (menu)
+            collectRows(menu, rows);
+        std::ranges::sort(rows, {}, [](const QQuickItem* row) { return row->mapToScene({}).y(); });
+        std::vector<std::string> texts;
+        for (const QQuickItem* const row : rows)
+            texts.push_back(isSeparator(row) ? "—" : row->property("text").toString().toStdString());
+        return texts;
+    }
+
+    /// The open menu of that title, without its shadow, as an item of the window; null if there is none.
+    [[nodiscard]] const QQuickItem* openMenu(const QString& title) const {
+        QAccessibleInterface* const menu =
+            find(QAccessible::queryAccessibleInterface(window), title, QAccessible::PopupMenu);
+        const auto* const background = menu ? qobject_cast<QQuickItem*>(menu->object()) : nullptr;
+        return background && background->isVisible() ? background->parentItem() : nullptr;
+    }
+
+    /// A row of an open menu.
+    [[nodiscard]] const QQuickItem* menuRow(const QString& title, const QString& text) const {
+        std::vector<const QQuickItem*> rows;
+        if (const QQuickItem* const menu = openMenu(title))
+            collectRows(menu, rows);
+        const auto row = std::ranges::find_if(
+            rows, [&](const QQuickItem* candidate) { return candidate->property("text") == text; });
+        return row == rows.end() ? nullptr : *row;
+    }
+
+    static bool isSeparator(const QQuickItem* item) { return item->inherits("QQuickMenuSeparator"); }
+
+    static void collectRows(const QQuickItem* item, std::vector<const QQuickItem*>& rows) {
+        for (const QQuickItem* const child : item->childItems()) {
+            if (!child->isVisible())
+                continue;
+            if (child->inherits("QQuickMenuItem") || isSeparator(child))
+                rows.push_back(child);
+            else
+                collectRows(child, rows);
+        }
+    }
+
+    /// What of that class lies in an item.
+    static void collectItems(const QQuickItem* item, const char* name,
+                             std::vector<const QQuickItem*>& found) {
+        for (const QQuickItem* const child : item->childItems()) {
+            if (child->inherits(name))
+                found.push_back(child);
+            collectItems(child, name, found);
+        }
+    }
+
+    /// Gives the keyboard to the control of that name, as Tab does.
+    void tabTo(const std::string& name) {
+        for (int stop = 0; stop < 40 && focusedName() != name; ++stop)
+            QTest::keyClick(window, Qt::Key_Tab);
+        ASSERT_EQ(focusedName(), name);
+    }
+
+    void typeMinutes() {
+        click(QStringLiteral("25:00 remaining"));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return focusedName() == "Minutes"; }));
+        QTest::keyClick(window, Qt::Key_4);
+        QTest::keyClick(window, Qt::Key_0);
+    }
+
+    void showInAClearMargin(const StatusItemAnchor& anchor = {}) {
+        appearance.setComposited(true);
+        panel.hide();
+        panel.show(anchor);
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    }
+
+    /// The card, in the window.
+    [[nodiscard]] QRectF card() const { return view()->mapRectToScene({{}, view()->size()}); }
 
     [[nodiscard]] bool isMenuOpen() const {
         QAccessibleInterface* const item =
@@ -447,7 +529,8 @@ TEST_F(PopoverPanelTest, ClickInTheClearMarginTurnsAwayOnceItIsReleased) {
 TEST_F(PopoverPanelTest, RecoveryIsToldUntilTheUserHasSeenIt) {
     harness.model().setRecoveryNotice("Selvane restored your tasks.", AppModel::Recovery::complete);
     EXPECT_THAT(accessibleItems(), Contains(std::pair<std::string, QAccessible::Role>(
-                                       "Selvane restored your tasks.", QAccessible::AlertMessage)));
+                                       "Selvane restored your tasks.", QAccessible::Button)))
+        << "a note that does something is a button, also one that warns";
     press(QStringLiteral("Selvane restored your tasks."));
     EXPECT_FALSE(shows(QStringLiteral("Selvane restored your tasks.")));
 }
@@ -513,6 +596,258 @@ TEST_F(PopoverPanelTest, SizeIsFixed) {
 
 TEST_F(PopoverPanelTest, KeepsItsWidth) {
     EXPECT_EQ(window->width(), 348);
+}
+
+const QString picker = QStringLiteral("The task this focus session counts toward");
+
+TEST_F(PopoverPanelTest, RowsOfThePickerKeepTheirOrderWhenTasksChange) {
+    harness.model().addTask("One");
+    harness.model().setCurrentTaskID(harness.model().tasks().items.at(0).id);
+    click(QStringLiteral("One"));
+    EXPECT_THAT(menuRows(picker), ElementsAre("One", "—", "No task"));
+    harness.model().addTask("Two");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return menuRows(picker).size() == 4; }));
+    EXPECT_THAT(menuRows(picker), ElementsAre("One", "Two", "—", "No task")) << "while it is open";
+    QTest::keyClick(window, Qt::Key_Escape);
+    harness.model().addTask("Three");
+    press(QStringLiteral("One"));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return menuRows(picker).size() == 5; }));
+    EXPECT_THAT(menuRows(picker), ElementsAre("One", "Two", "Three", "—", "No task"));
+    QTest::keyClick(window, Qt::Key_Escape);
+    harness.model().setCurrentTaskID(std::nullopt);
+    press(QStringLiteral("Choose a task…"));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return menuRows(picker).size() == 3; }));
+    EXPECT_THAT(menuRows(picker), ElementsAre("One", "Two", "Three"));
+}
+
+TEST_F(PopoverPanelTest, RowsOfAPickerThatScrollsKeepTheirOrderToo) {
+    harness.model().addTask("0");
+    harness.model().setCurrentTaskID(harness.model().tasks().items.at(0).id);
+    click(QStringLiteral("0"));
+    const QQuickItem* const row = menuRow(picker, QStringLiteral("0"));
+    ASSERT_NE(row, nullptr);
+    auto* const menu = row->property("menu").value<QObject*>();
+    ASSERT_NE(menu, nullptr);
+    std::vector<std::string> expected{"0"};
+    for (int task = 1; task < 14; ++task) {
+        if (task % 3 == 0)
+            QMetaObject::invokeMethod(menu, task % 2 == 0 ? "open" : "close");
+        QTest::qWait(20);
+        harness.model().addTask(std::to_string(task));
+        QTest::qWait(20);
+        expected.push_back(std::to_string(task));
+        std::vector<std::string> rows;
+        for (int index = 0; index < menu->property("count").toInt(); ++index) {
+            QQuickItem* item = nullptr;
+            QMetaObject::invokeMethod(menu, "itemAt", Q_RETURN_ARG(QQuickItem*, item), Q_ARG(int, index));
+            rows.push_back(isSeparator(item) ? "—" : item->property("text").toString().toStdString());
+        }
+        std::vector<std::string> all = expected;
+        all.insert(all.end(), {"—", "No task"});
+        EXPECT_EQ(rows, all);
+    }
+}
+
+TEST_F(PopoverPanelTest, MusicMenuHasTheHeadingAmbient) {
+    press(QStringLiteral("Rain"));
+    EXPECT_THAT(menuRows(QStringLiteral("Ambient")),
+                ElementsAre("Ambient", "Rain", "White noise", "Pink noise", "Brown noise", "—", testing::_,
+                            "Spotify", "No music"));
+    click(QStringLiteral("Ambient"));
+    EXPECT_EQ(harness.model().settings().ambientSound(), AmbientSound::rain);
+}
+
+TEST_F(PopoverPanelTest, TitlesOfTasksAreNoMarkup) {
+    harness.model().addTask("<b>Bold</b>");
+    press(QStringLiteral("Choose a task…"));
+    std::vector<const QQuickItem*> texts;
+    ASSERT_NE(openMenu(picker), nullptr);
+    collectItems(openMenu(picker), "QQuickText", texts);
+    const auto title = std::ranges::find_if(texts, [](const QQuickItem* text) {
+        return text->property("text") == QStringLiteral("<b>Bold</b>");
+    });
+    ASSERT_NE(title, texts.end());
+    EXPECT_EQ((*title)->property("textFormat").toInt(), Qt::PlainText);
+}
+
+TEST_F(PopoverPanelTest, LongPickerIsLimitedAndCentredBelowItsLabel) {
+    for (int task = 0; task < 40; ++task)
+        harness.model().addTask("Task " + std::to_string(task));
+    QAccessibleInterface* const label =
+        find(QAccessible::queryAccessibleInterface(window), QStringLiteral("Choose a task…"));
+    click(QStringLiteral("Choose a task…"));
+    ASSERT_NE(openMenu(picker), nullptr);
+    const QRectF menu = openMenu(picker)->mapRectToScene(openMenu(picker)->boundingRect());
+    EXPECT_NEAR(menu.center().x(), window->width() / 2.0, 1);
+    EXPECT_GE(menu.top(), window->mapFromGlobal(label->rect().bottomLeft()).y()) << "its label stays in view";
+    EXPECT_LE(menu.height(), 280);
+    std::vector<const QQuickItem*> marks;
+    collectItems(openMenu(picker), "QQuickScrollIndicator", marks);
+    ASSERT_EQ(marks.size(), 1U);
+    const auto* const thumb = marks.front()->property("contentItem").value<QQuickItem*>();
+    EXPECT_TRUE(thumb->isVisible() && thumb->width() == 3 && thumb->height() < marks.front()->height())
+        << "it says that more rows follow";
+}
+
+TEST_F(PopoverPanelTest, MenusKeepWithinTheCardNotWithinItsShadow) {
+    harness.model().addTask("A task whose title is so long that its menu is as wide as a menu may become");
+    showInAClearMargin();
+    const auto expectInside = [this](const QString& title) {
+        const QQuickItem* const menu = openMenu(title);
+        ASSERT_NE(menu, nullptr) << title.toStdString();
+        const QRectF place = menu->mapRectToScene(menu->boundingRect());
+        EXPECT_TRUE(card().adjusted(8, 8, -8, -8).contains(place)) << title.toStdString();
+        QTest::keyClick(window, Qt::Key_Escape);
+    };
+    click(QStringLiteral("More"));
+    expectInside(QStringLiteral("More"));
+    click(QStringLiteral("Phase: Focus"));
+    expectInside(QStringLiteral("Phase"));
+    click(QStringLiteral("Choose a task…"));
+    expectInside(picker);
+    click(QStringLiteral("Rain"));
+    expectInside(QStringLiteral("Ambient"));
+}
+
+TEST_F(PopoverPanelTest, KeysThatTheMoreMenuPrintsWorkWhileItIsOpen) {
+    const auto choose = [this](Qt::Key key) {
+        click(QStringLiteral("More"));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return isMenuOpen(); }));
+        QTest::keyClick(window, key, Qt::ControlModifier);
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !isMenuOpen(); })) << "the choice is made";
+    };
+    choose(Qt::Key_S);
+    EXPECT_EQ(harness.model().windowPane(), Pane::statistics);
+    EXPECT_EQ(harness.journal.count("windows.forward"), 1);
+    choose(Qt::Key_Comma);
+    EXPECT_EQ(harness.journal.count("windows.settings"), 1);
+    choose(Qt::Key_Q);
+    EXPECT_EQ(quits, 1);
+    QTest::keyClick(window, Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_EQ(quits, 2) << "and still do when it is closed again";
+}
+
+TEST_F(PopoverPanelTest, UpdateIsToldBesideTheMenuThatHoldsIt) {
+    const auto description = [this] {
+        return find(QAccessible::queryAccessibleInterface(window), QStringLiteral("More"))
+            ->text(QAccessible::Description)
+            .toStdString();
+    };
+    EXPECT_EQ(description(), "");
+    harness.answers.updateAvailable = true;
+    harness.model().updater().changed.emit();
+    EXPECT_EQ(description(), Commands::updateLabel(harness.model().updater()));
+}
+
+TEST_F(PopoverPanelTest, MenuThatIsOpenWhenThePanelIsHiddenIsClosed) {
+    click(QStringLiteral("More"));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return isMenuOpen(); }));
+    panel.hide();
+    panel.show({});
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window));
+    EXPECT_FALSE(isMenuOpen());
+    EXPECT_TRUE(QTest::qWaitFor([this] { return focusedName() == "Start"; }));
+    QTest::keyClick(window, Qt::Key_Escape);
+    EXPECT_EQ(cancelled, 1);
+}
+
+TEST_F(PopoverPanelTest, SymbolsThatAreOfferedWhenThePanelIsHiddenAreGone) {
+    click(QStringLiteral("Focus icon"));
+    const auto offers = [this] {
+        QAccessibleInterface* const card = find(QAccessible::queryAccessibleInterface(window),
+                                                QStringLiteral("FOCUS ICON"), QAccessible::Dialog);
+        return card && !card->state().invisible;
+    };
+    ASSERT_TRUE(QTest::qWaitFor(offers));
+    panel.hide();
+    panel.show({});
+    EXPECT_FALSE(offers());
+}
+
+TEST_F(PopoverPanelTest, KeyboardGoesToTheMainButtonWhenTheMinutesAreTyped) {
+    typeMinutes();
+    QTest::keyClick(window, Qt::Key_Return);
+    EXPECT_EQ(harness.model().settings().focusMinutes(), 40);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return focusedName() == "Start"; })) << focusedName();
+    QTest::keyClick(window, Qt::Key_Space);
+    EXPECT_TRUE(engine().isRunning());
+}
+
+TEST_F(PopoverPanelTest, KeyboardGoesToTheMainButtonWhenTheTypingIsCancelled) {
+    typeMinutes();
+    QTest::keyClick(window, Qt::Key_Escape);
+    EXPECT_EQ(harness.model().settings().focusMinutes(), 25);
+    EXPECT_EQ(cancelled, 0);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return focusedName() == "Start"; })) << focusedName();
+    QTest::keyClick(window, Qt::Key_Space);
+    EXPECT_TRUE(engine().isRunning());
+}
+
+TEST_F(PopoverPanelTest, MinutesCountWhenThePanelIsHiddenWhileTheyAreTyped) {
+    typeMinutes();
+    panel.hide();
+    EXPECT_EQ(harness.model().settings().focusMinutes(), 40);
+}
+
+TEST_F(PopoverPanelTest, NoteThatGoesAwayLeavesTheKeyboardToTheMainButton) {
+    harness.model().setRecoveryNotice("Selvane restored your tasks.", AppModel::Recovery::complete);
+    tabTo("Selvane restored your tasks.");
+    QTest::keyClick(window, Qt::Key_Space);
+    EXPECT_EQ(focusedName(), "Start");
+    QTest::keyClick(window, Qt::Key_Space);
+    EXPECT_TRUE(engine().isRunning());
+}
+
+TEST_F(PopoverPanelTest, NoteWhoseProblemIsSolvedLeavesTheKeyboardToTheMainButton) {
+    showFocusModeProblem();
+    tabTo("Do Not Disturb isn't set up · Fix");
+    harness.answers.focusModeProblem.reset();
+    harness.model().focusMode().changed.emit();
+    EXPECT_EQ(focusedName(), "Start");
+}
+
+TEST_F(PopoverPanelTest, NoteThatIsSolvedTakesNoKeyboardFromOthers) {
+    showFocusModeProblem();
+    tabTo("Skip");
+    harness.answers.focusModeProblem.reset();
+    harness.model().focusMode().changed.emit();
+    EXPECT_EQ(focusedName(), "Skip");
+}
+
+TEST_F(PopoverPanelTest, PressOnANoteThatDoesNothingEndsTheTyping) {
+    showDrift();
+    QAccessibleInterface* const note = find(QAccessible::queryAccessibleInterface(window),
+                                            QStringLiteral("News is on your distractions list"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return note->rect().height() == 16; })) << "the words have faded in";
+    typeMinutes();
+    click(QStringLiteral("News is on your distractions list"));
+    EXPECT_EQ(harness.model().settings().focusMinutes(), 40);
+    EXPECT_EQ(focusedName(), "Start");
+}
+
+TEST_F(PopoverPanelTest, OtherStyleResizesThePanelOnceAndKeepsItsPlace) {
+    StatusItemAnchor anchor;
+    anchor.pointer = ScreenPoint{400, window->screen()->geometry().height() - 1};
+    panel.hide();
+    panel.show(anchor);
+    const int bottom = window->geometry().bottom();
+    const QSignalSpy heights(window, &QWindow::heightChanged);
+    harness.model().settings().timerStyle.set(TimerStyle::bar);
+    QTest::qWait(50);
+    EXPECT_EQ(heights.count(), 1);
+    EXPECT_EQ(window->geometry().bottom(), bottom) << "above a task bar it is the bottom that stays";
+    EXPECT_EQ(window->minimumSize(), window->maximumSize());
+}
+
+TEST_F(PopoverPanelTest, MainButtonStandsOnTheAxisOfTheDial) {
+    const auto center = [this](const QString& name) {
+        const auto* const item =
+            qobject_cast<QQuickItem*>(find(QAccessible::queryAccessibleInterface(window), name)->object());
+        return item->mapRectToScene(item->boundingRect()).center().x();
+    };
+    EXPECT_DOUBLE_EQ(center(QStringLiteral("Start")), window->width() / 2.0);
+    engine().start();
+    EXPECT_DOUBLE_EQ(center(QStringLiteral("Pause")), window->width() / 2.0);
 }
 
 } // namespace

@@ -8,6 +8,9 @@ Row {
 
     required property ControlsModel model
 
+    /// Of the buttons at both sides, so that the main one stands in the middle.
+    readonly property real sideWidth: Math.max(resetButton.implicitWidth, skipButton.implicitWidth)
+
     function focusPrimaryButton() {
         primaryButton.forceActiveFocus(Qt.OtherFocusReason);
     }
@@ -15,7 +18,10 @@ Row {
     spacing: 10
 
     PillButton {
+        id: resetButton
+
         anchors.verticalCenter: parent.verticalCenter
+        width: root.sideWidth
         text: root.model.resetLabel
         tooltip: root.model.resetTooltip
         enabled: root.model.canReset
@@ -48,7 +54,10 @@ Row {
     }
 
     PillButton {
+        id: skipButton
+
         anchors.verticalCenter: parent.verticalCenter
+        width: root.sideWidth
         text: root.model.skipLabel
         tooltip: root.model.skipTooltip
         onClicked: root.model.skip()

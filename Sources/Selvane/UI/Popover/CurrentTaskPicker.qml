@@ -1,5 +1,6 @@
 pragma ComponentBehavior: Bound
 
+import QtQml
 import QtQuick
 import Selvane.Controls
 import Selvane.Popover
@@ -40,11 +41,23 @@ Pressable {
         id: menu
 
         PopupMenu {
-            title: root.model.tooltip
-            width: Math.min(implicitWidth, 316)
+            id: popup
 
-            Repeater {
+            title: root.model.tooltip
+            x: Math.round((root.width - width) / 2)
+            width: Math.min(implicitWidth, 316)
+            // Ten rows.
+            height: Math.min(implicitHeight, 270)
+
+            // Each row is put in its place by number: of a menu that scrolls, a Repeater would lose the order.
+            // Not every distribution describes Instantiator to the linter.
+            // qmllint disable
+            Instantiator {
+                id: tasks
+
                 model: root.model.tasks
+                onObjectAdded: (index, row) => popup.insertItem(index, row as Item)
+                onObjectRemoved: (index, row) => popup.removeItem(row as Item)
 
                 PopupMenuItem {
                     required property string title
@@ -58,8 +71,10 @@ Pressable {
                 }
             }
 
-            Repeater {
+            Instantiator {
                 model: root.model.hints
+                onObjectAdded: (index, row) => popup.insertItem(index, row as Item)
+                onObjectRemoved: (index, row) => popup.removeItem(row as Item)
 
                 PopupMenuItem {
                     required property string modelData
@@ -69,14 +84,18 @@ Pressable {
                 }
             }
 
-            Repeater {
+            Instantiator {
                 model: root.model.noTaskLabels
+                onObjectAdded: (index, row) => popup.insertItem(tasks.count, row as Item)
+                onObjectRemoved: (index, row) => popup.removeItem(row as Item)
 
                 PopupMenuSeparator {}
             }
 
-            Repeater {
+            Instantiator {
                 model: root.model.noTaskLabels
+                onObjectAdded: (index, row) => popup.addItem(row as Item)
+                onObjectRemoved: (index, row) => popup.removeItem(row as Item)
 
                 PopupMenuItem {
                     required property string modelData
@@ -86,6 +105,7 @@ Pressable {
                     onTriggered: root.model.chooseNone()
                 }
             }
+            // qmllint enable
         }
     }
 }

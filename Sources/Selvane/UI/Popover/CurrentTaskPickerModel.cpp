@@ -19,10 +19,13 @@ void CurrentTaskPickerModel::refresh() {
     std::vector<MenuChoices::Choice> choices;
     for (const TaskItem& task : _model.tasks().open())
         choices.push_back({qtText(task.title), current && task.id == current->id});
+    const bool hadTasks = !_tasks.choices().empty();
     _tasks.setChoices(std::move(choices));
-    _hasTask = current != nullptr;
-    _title = current ? qtText(current->title) : QStringLiteral("Choose a task…");
-    Q_EMIT changed();
+    const bool hasTask = current != nullptr;
+    const QString title = current ? qtText(current->title) : QStringLiteral("Choose a task…");
+    const bool hadTask = std::exchange(_hasTask, hasTask);
+    if (std::exchange(_title, title) != title || hadTask != hasTask || hadTasks == _tasks.choices().empty())
+        Q_EMIT changed();
 }
 
 QString CurrentTaskPickerModel::title() const {

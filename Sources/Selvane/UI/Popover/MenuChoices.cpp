@@ -1,6 +1,7 @@
 #include "Selvane/UI/Popover/MenuChoices.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace selvane {
@@ -8,14 +9,23 @@ namespace selvane {
 void MenuChoices::setChoices(std::vector<Choice> choices) {
     if (choices == _choices)
         return;
-    if (std::ranges::equal(choices, _choices, {}, &Choice::title, &Choice::title)) {
-        _choices = std::move(choices);
-        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {IsCheckedRole});
-        return;
+    const auto before = static_cast<std::ptrdiff_t>(_choices.size());
+    const auto after = static_cast<std::ptrdiff_t>(choices.size());
+    if (after < before) {
+        beginRemoveRows({}, static_cast<int>(after), static_cast<int>(before) - 1);
+        _choices.erase(_choices.begin() + after, _choices.end());
+        endRemoveRows();
     }
-    beginResetModel();
-    _choices = std::move(choices);
-    endResetModel();
+    const std::ptrdiff_t kept = std::min(before, after);
+    if (kept > 0 && !std::equal(_choices.begin(), _choices.end(), choices.begin(), choices.begin() + kept)) {
+        std::copy_n(choices.begin(), kept, _choices.begin());
+        Q_EMIT dataChanged(index(0), index(static_cast<int>(kept) - 1));
+    }
+    if (after > before) {
+        beginInsertRows({}, static_cast<int>(before), static_cast<int>(after) - 1);
+        _choices = std::move(choices);
+        endInsertRows();
+    }
 }
 
 int MenuChoices::rowCount(const QModelIndex& parent) const {

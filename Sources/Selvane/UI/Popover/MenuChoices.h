@@ -26,7 +26,8 @@ public:
 
     explicit MenuChoices(QObject* parent = nullptr) : QAbstractListModel(parent) {}
 
-    /// Resets the model if the entries really differ; views hear of changed marks alone as such.
+    /// Rows come and go at the end only, and those before it take other entries: a menu that makes all its
+    /// rows anew loses the order in which they and its separators stand.
     void setChoices(std::vector<Choice> choices);
     [[nodiscard]] const std::vector<Choice>& choices() const { return _choices; }
 

@@ -12,6 +12,7 @@ IconButton {
 
     symbol: "ellipsis"
     accessibleName: model.moreLabel
+    Accessible.description: model.isUpdateAvailable ? model.updateLabel : ""
     onClicked: menu.open()
 
     contentItem: Item {
@@ -24,10 +25,10 @@ IconButton {
         }
     }
 
-    // There is an update.
+    // There is an update. The symbol's box is 18 wide; the dot reaches 3 beyond its right and 2 beyond its top.
     Rectangle {
-        x: 20
-        y: 4
+        x: 19
+        y: 2
         width: 6
         height: 6
         radius: 3
@@ -42,13 +43,13 @@ IconButton {
             title: root.model.moreLabel
             x: root.width - width
 
-            PopupMenuItem {
+            KeyedMenuItem {
                 text: root.model.statisticsLabel
                 shortcut: root.model.statisticsShortcut
                 onTriggered: root.model.openStatistics()
             }
 
-            PopupMenuItem {
+            KeyedMenuItem {
                 text: root.model.settingsLabel
                 shortcut: root.model.settingsShortcut
                 onTriggered: root.model.openSettings()
@@ -69,7 +70,7 @@ IconButton {
 
             PopupMenuSeparator {}
 
-            PopupMenuItem {
+            KeyedMenuItem {
                 text: root.model.quitLabel
                 shortcut: root.model.quitShortcut
                 onTriggered: root.model.quit()

@@ -36,6 +36,11 @@ Pressable {
         PopupMenu {
             title: root.model.pickerLabel
 
+            PopupMenuItem {
+                text: root.model.pickerLabel
+                hint: true
+            }
+
             Repeater {
                 model: root.model.sounds
 

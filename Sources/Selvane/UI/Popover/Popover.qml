@@ -28,7 +28,7 @@ FocusScope {
     Connections {
         target: root.model
 
-        function onAboutToShow() {
+        function onMainButtonWanted() {
             view.focusPrimaryButton();
         }
     }

@@ -48,11 +48,16 @@ void PopoverModel::prepareToShow() {
     const int margin = _appearance.isComposited() ? PanelPlacement::shadowMargin : 0;
     if (std::exchange(_shadowMargin, margin) != margin)
         Q_EMIT shadowMarginChanged();
-    Q_EMIT aboutToShow();
+    Q_EMIT mainButtonWanted();
 }
 
 void PopoverModel::didHide() {
     _note.didHide();
+    Q_EMIT mainButtonWanted();
+}
+
+void PopoverModel::keyboardIsIdle() {
+    Q_EMIT mainButtonWanted();
 }
 
 QString PopoverModel::name() const {

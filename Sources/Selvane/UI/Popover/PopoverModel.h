@@ -68,8 +68,10 @@ public:
     /// Takes over what may have changed unheard since the popover was last seen: the day, the zone, the
     /// desktop.
     void prepareToShow();
-    /// The user doesn't see the popover any more.
+    /// The user doesn't see the popover any more. What was being typed counts as it is.
     void didHide();
+    /// No control has the keyboard, since the one that had it is gone.
+    void keyboardIsIdle();
 
     [[nodiscard]] QString name() const;
     [[nodiscard]] Look* look() { return &_look; }
@@ -99,8 +101,8 @@ public:
 Q_SIGNALS:
     void shadowMarginChanged();
     void sessionStatusChanged();
-    /// The popover comes before the user, perhaps again.
-    void aboutToShow();
+    /// The keyboard belongs to the main button now.
+    void mainButtonWanted();
     void cancelled();
     void turnedAway();
     void quitRequested();

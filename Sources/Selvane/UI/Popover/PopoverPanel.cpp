@@ -1,5 +1,6 @@
 #include "Selvane/UI/Popover/PopoverPanel.h"
 
+#include "Selvane/UI/Controls/CardMargin.h"
 #include "Selvane/UI/PanelPlacement.h"
 #include "Selvane/UI/Popover/ViewTypes.h"
 #include "SelvaneCore/Log.h"
@@ -70,14 +71,8 @@ PopoverPanel::PopoverPanel(const PanelContext& context)
     });
     QObject::connect(&_view, &QWindow::activeChanged, &_view, [this] { activeChanged(); });
 
-    // A menu that closes leaves the keyboard with nothing; the control that had it before gets it back.
     QObject::connect(
-        &_view, &QQuickWindow::activeFocusItemChanged, &_view,
-        [this] {
-            const QQuickItem* const focused = _view.activeFocusItem();
-            if (_view.rootObject() && (!focused || focused == _view.contentItem()))
-                _view.rootObject()->forceActiveFocus(Qt::OtherFocusReason);
-        },
+        &_view, &QQuickWindow::activeFocusItemChanged, &_view, [this] { keepKeyboard(); },
         Qt::QueuedConnection);
 
     QSurfaceFormat format = _view.format();
@@ -94,7 +89,7 @@ PopoverPanel::PopoverPanel(const PanelContext& context)
         Log::line("the popover doesn't load: " + error.toString().toStdString());
     // The timer's face may be given another style, and with it another height.
     if (const QQuickItem* const root = _view.rootObject())
-        QObject::connect(root, &QQuickItem::heightChanged, &_view, [this] { fitWindow(); });
+        QObject::connect(root, &QQuickItem::heightChanged, &_view, [this] { heightChanged(); });
     fitWindow();
 }
 
@@ -107,6 +102,7 @@ void PopoverPanel::fitWindow() {
     if (!root)
         return;
     const QSize size(qRound(root->width()), qRound(root->height()));
+    CardMargin::set(_view, _model.shadowMargin());
     // Equal bounds make tiling compositors let the window float.
     _view.setMinimumSize(size);
     _view.setMaximumSize(size);
@@ -120,7 +116,8 @@ void PopoverPanel::show(const StatusItemAnchor& anchor) {
     // that loss is not the user's turning away from the panel shown now.
     _hadKeyboard = _view.isVisible() && _view.isActive();
     fitWindow();
-    place(anchor);
+    _anchor = anchor;
+    place();
     _view.show();
     _view.raise();
     _view.requestActivate();
@@ -135,18 +132,37 @@ bool PopoverPanel::isVisible() const {
     return _view.isVisible();
 }
 
-void PopoverPanel::place(const StatusItemAnchor& anchor) {
-    QScreen* const screen = screenOf(anchor);
+void PopoverPanel::heightChanged() {
+    fitWindow();
+    // Where it stands above its item, it is the top that moves.
+    if (_view.isVisible())
+        place();
+}
+
+void PopoverPanel::place() {
+    QScreen* const screen = screenOf(_anchor);
     if (!screen)
         return;
     const QRect free = screen->availableGeometry();
     // It is the card that has its place; the shadow may reach over the edge of the screen.
     const int margin = _model.shadowMargin();
-    const ScreenPoint corner = PanelPlacement::origin(PanelPlacement::scaled(anchor, describe(*screen)),
+    const ScreenPoint corner = PanelPlacement::origin(PanelPlacement::scaled(_anchor, describe(*screen)),
                                                       _view.width() - 2 * margin, _view.height() - 2 * margin,
                                                       {free.x(), free.y(), free.width(), free.height()});
     _view.setScreen(screen);
     _view.setPosition(corner.x - margin, corner.y - margin);
+}
+
+void PopoverPanel::keepKeyboard() {
+    QQuickItem* const root = _view.rootObject();
+    const QQuickItem* const focused = _view.activeFocusItem();
+    if (!root)
+        return;
+    // A menu that closes leaves the keyboard with nothing; the control that had it before gets it back.
+    if (!focused || focused == _view.contentItem())
+        root->forceActiveFocus(Qt::OtherFocusReason);
+    if (_view.activeFocusItem() == root)
+        _model.keyboardIsIdle();
 }
 
 void PopoverPanel::activeChanged() {

@@ -29,11 +29,15 @@ public:
 
 private:
     void fitWindow();
-    void place(const StatusItemAnchor& anchor);
+    void heightChanged();
+    void place();
+    void keepKeyboard();
     void activeChanged();
 
     PopoverModel _model;
     QQuickView _view;
+    /// Where the panel was last opened.
+    StatusItemAnchor _anchor;
     bool _hadKeyboard = false;
 };
 

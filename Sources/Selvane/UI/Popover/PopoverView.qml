@@ -80,6 +80,7 @@ Item {
             Layout.alignment: Qt.AlignHCenter
             Layout.topMargin: 12
             model: root.model
+            onReleased: controls.focusPrimaryButton()
         }
 
         ControlsView {

@@ -19,6 +19,9 @@ class AppModel;
 
 /// The one line under the task picker. Several conditions can apply at once and only one can show: the
 /// decision, as a function of values.
+///
+/// A failure to save and a recovery stand first until the data has its own place to tell of them: nothing
+/// else in the program would, and what may be lost matters more than what distracts.
 namespace SessionNote {
 
 /// What a click on a note does.

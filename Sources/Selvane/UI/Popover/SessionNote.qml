@@ -8,6 +8,8 @@ Item {
 
     required property SessionNoteModel model
 
+    readonly property bool hasAction: model.hasAction
+
     // What is drawn: the former note until it has faded.
     property string words: model.text
     property string symbol: model.symbol
@@ -16,17 +18,22 @@ Item {
     readonly property color ink: emphasized ? Theme.primaryText : Theme.secondaryText
     readonly property int fading: Theme.reducesMotion || !Window.active ? 0 : 100
 
+    /// The note had the keyboard and has no use for it any more.
+    signal released
+
     implicitWidth: Math.min(Math.ceil(line.implicitWidth), 316)
     implicitHeight: 16
-    activeFocusOnTab: model.hasAction
+    activeFocusOnTab: hasAction
+
+    onHasActionChanged: if (!hasAction && activeFocus) released()
 
     Keys.onSpacePressed: root.model.act()
     Keys.onReturnPressed: root.model.act()
     Keys.onEnterPressed: root.model.act()
 
-    Accessible.role: model.isAlert ? Accessible.AlertMessage : model.hasAction ? Accessible.Button : Accessible.StaticText
+    Accessible.role: hasAction ? Accessible.Button : model.isAlert ? Accessible.AlertMessage : Accessible.StaticText
     Accessible.name: model.text
-    Accessible.focusable: model.hasAction
+    Accessible.focusable: hasAction
     Accessible.ignored: model.text === ""
     Accessible.onPressAction: root.model.act()
 
@@ -76,7 +83,7 @@ Item {
         anchors.rightMargin: -8
         spread: 4
         radius: 4
-        visible: root.activeFocus
+        visible: root.activeFocus && root.hasAction
         ringed: true
         ringColor: Theme.focusRing
     }
@@ -111,17 +118,21 @@ Item {
         }
     }
 
+    // Without an action a press is one beside the controls.
     MouseArea {
+        anchors.fill: parent
+        enabled: root.hasAction
+        onClicked: root.model.act()
+    }
+
+    HoverHandler {
         id: hover
 
-        anchors.fill: parent
-        hoverEnabled: true
-        cursorShape: root.model.hasAction ? Qt.PointingHandCursor : Qt.ArrowCursor
-        onClicked: root.model.act()
+        cursorShape: root.hasAction ? Qt.PointingHandCursor : Qt.ArrowCursor
     }
 
     HoverTip {
         text: label.truncated ? root.model.text : ""
-        visible: hover.containsMouse || root.activeFocus
+        visible: hover.hovered || root.activeFocus
     }
 }

@@ -8,6 +8,9 @@ Item {
 
     required property PopoverModel model
 
+    /// A control that is gone had the keyboard.
+    signal released
+
     implicitWidth: 316
     implicitHeight: note.y + note.height
 
@@ -15,6 +18,8 @@ Item {
         id: face
 
         anchors.horizontalCenter: parent.horizontalCenter
+        // At once, although the face would change its height softly: the window follows in one step.
+        height: root.model.face.frameHeight
         model: root.model.face
     }
 
@@ -32,5 +37,6 @@ Item {
         anchors.horizontalCenter: parent.horizontalCenter
         y: picker.y + picker.height + 2
         model: root.model.note
+        onReleased: root.released()
     }
 }
