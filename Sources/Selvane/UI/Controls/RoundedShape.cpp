@@ -24,7 +24,7 @@ QPainterPath frame(const QRectF& outer, double radius, double width) {
 
 } // namespace
 
-RoundedShape::RoundedShape(QQuickItem* parent) : QQuickPaintedItem(parent) {
+RoundedShape::RoundedShape(QQuickItem* parent) : StillItem(parent) {
     setAntialiasing(true);
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Selvane/UI/Controls/ShapePainting.h"
+#include "Selvane/UI/Controls/StillItem.h"
 
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
 #include <utility>
@@ -14,7 +14,7 @@ namespace selvane {
 /// around it that tells where the keyboard is. One item for all, painted once until something of it changes.
 /// Sides and edge are crisp where the item itself begins at a whole device pixel, which a whole pixel of the
 /// window always is at a whole scale. Lengths are pixels of the window. Main thread.
-class RoundedShape : public QQuickPaintedItem {
+class RoundedShape : public selvane::StillItem {
     Q_OBJECT
     QML_ELEMENT
 

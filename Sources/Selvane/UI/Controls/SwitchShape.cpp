@@ -28,7 +28,7 @@ QPainterPath capsuleFrame(const QRectF& outer, double width) {
 
 } // namespace
 
-SwitchShape::SwitchShape(QQuickItem* parent) : QQuickPaintedItem(parent) {
+SwitchShape::SwitchShape(QQuickItem* parent) : StillItem(parent) {
     setAntialiasing(true);
     setImplicitSize(trackWidth + 2 * spread, trackHeight + 2 * spread);
 }

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "Selvane/UI/Controls/StillItem.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
 #include <utility>
@@ -10,7 +11,7 @@ namespace selvane {
 
 /// A switch: a knob on a track. One item, so that it can be drawn faint as a whole. The track is 32 by 18;
 /// around it lies room for the ring that tells where the keyboard is. Main thread.
-class SwitchShape : public QQuickPaintedItem {
+class SwitchShape : public selvane::StillItem {
     Q_OBJECT
     QML_ELEMENT
 

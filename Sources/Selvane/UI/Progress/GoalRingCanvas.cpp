@@ -49,7 +49,7 @@ double digitWidth(const QFontMetricsF& metrics) {
 
 } // namespace
 
-GoalRingCanvas::GoalRingCanvas(QQuickItem* parent) : QQuickPaintedItem(parent) {
+GoalRingCanvas::GoalRingCanvas(QQuickItem* parent) : StillItem(parent) {
     setImplicitSize(side, side);
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "Selvane/UI/Controls/StillItem.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
@@ -9,7 +10,7 @@ namespace selvane {
 
 /// The ring of today's goal: the part that is reached, from the top clockwise, around the minutes. Main
 /// thread.
-class GoalRingCanvas : public QQuickPaintedItem {
+class GoalRingCanvas : public selvane::StillItem {
     Q_OBJECT
     QML_ELEMENT
 

@@ -55,9 +55,7 @@ double outlineOpacity(HeatmapGrid::Outline outline) {
 } // namespace
 
 HeatmapCanvas::HeatmapCanvas(QQuickItem* parent)
-    : QQuickPaintedItem(parent),
-      _layout(std::make_unique<HeatmapLayout>()),
-      _grid(std::make_unique<HeatmapGrid>()) {
+    : StillItem(parent), _layout(std::make_unique<HeatmapLayout>()), _grid(std::make_unique<HeatmapGrid>()) {
     setAcceptHoverEvents(true);
     setActiveFocusOnTab(true);
 }
@@ -144,7 +142,7 @@ void HeatmapCanvas::setLabelInk(const QColor& ink) {
 }
 
 void HeatmapCanvas::componentComplete() {
-    QQuickPaintedItem::componentComplete();
+    StillItem::componentComplete();
     rebuild();
 }
 
@@ -160,7 +158,7 @@ void HeatmapCanvas::rebuild() {
 }
 
 void HeatmapCanvas::geometryChange(const QRectF& geometry, const QRectF& oldGeometry) {
-    QQuickPaintedItem::geometryChange(geometry, oldGeometry);
+    StillItem::geometryChange(geometry, oldGeometry);
     if (geometry.size() != oldGeometry.size())
         tellOfTip();
 }
@@ -217,12 +215,12 @@ void HeatmapCanvas::hoverMoveEvent(QHoverEvent* event) {
     const std::optional<int> offset = _layout->offsetAt(event->position(), width());
     const bool hasSquare = offset && *offset < static_cast<int>(_grid->squares().size());
     setHovered(hasSquare ? *offset : -1);
-    QQuickPaintedItem::hoverMoveEvent(event);
+    StillItem::hoverMoveEvent(event);
 }
 
 void HeatmapCanvas::hoverLeaveEvent(QHoverEvent* event) {
     setHovered(-1);
-    QQuickPaintedItem::hoverLeaveEvent(event);
+    StillItem::hoverLeaveEvent(event);
 }
 
 void HeatmapCanvas::keyPressEvent(QKeyEvent* event) {
@@ -238,12 +236,12 @@ void HeatmapCanvas::keyPressEvent(QKeyEvent* event) {
 }
 
 void HeatmapCanvas::focusInEvent(QFocusEvent* event) {
-    QQuickPaintedItem::focusInEvent(event);
+    StillItem::focusInEvent(event);
     tellOfTip();
 }
 
 void HeatmapCanvas::focusOutEvent(QFocusEvent* event) {
-    QQuickPaintedItem::focusOutEvent(event);
+    StillItem::focusOutEvent(event);
     tellOfTip();
 }
 

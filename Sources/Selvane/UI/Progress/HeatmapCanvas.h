@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Selvane/UI/Controls/StillItem.h"
 #include "Selvane/UI/Progress/HeatmapData.h"
 
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QRectF>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
@@ -17,7 +17,7 @@ struct HeatmapLayout;
 
 /// The squares of a heatmap with their labels, in one item. The pointer and, with the keyboard's focus, the
 /// arrow keys choose a day, whose words stand in `tip`. Main thread.
-class HeatmapCanvas : public QQuickPaintedItem {
+class HeatmapCanvas : public selvane::StillItem {
     Q_OBJECT
     QML_ELEMENT
 

@@ -37,7 +37,7 @@ double secondWord() {
 
 } // namespace
 
-HeatmapLegendCanvas::HeatmapLegendCanvas(QQuickItem* parent) : QQuickPaintedItem(parent) {
+HeatmapLegendCanvas::HeatmapLegendCanvas(QQuickItem* parent) : StillItem(parent) {
     setImplicitSize(secondWord() + widthOf(more), lineHeight);
 }
 

@@ -1,13 +1,14 @@
 #pragma once
 
+#include "Selvane/UI/Controls/StillItem.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
 namespace selvane {
 
 /// The key to a heatmap: "Less", a square of each level, "More". Main thread.
-class HeatmapLegendCanvas : public QQuickPaintedItem {
+class HeatmapLegendCanvas : public selvane::StillItem {
     Q_OBJECT
     QML_ELEMENT
 

@@ -25,7 +25,7 @@ double on(double whenOff, double progress) {
 
 } // namespace
 
-CheckShape::CheckShape(QQuickItem* parent) : QQuickPaintedItem(parent) {
+CheckShape::CheckShape(QQuickItem* parent) : StillItem(parent) {
     setAntialiasing(true);
 }
 

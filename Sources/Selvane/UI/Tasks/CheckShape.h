@@ -1,14 +1,15 @@
 #pragma once
 
+#include "Selvane/UI/Controls/StillItem.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
 namespace selvane {
 
 /// The ring of a check circle and the disc that fills it as it is ticked. Round for the pointer too. Main
 /// thread.
-class CheckShape : public QQuickPaintedItem {
+class CheckShape : public selvane::StillItem {
     Q_OBJECT
     QML_ELEMENT
 

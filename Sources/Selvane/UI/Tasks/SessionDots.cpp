@@ -19,7 +19,7 @@ int widthOf(int circles) {
 
 } // namespace
 
-SessionDots::SessionDots(QQuickItem* parent) : QQuickPaintedItem(parent) {
+SessionDots::SessionDots(QQuickItem* parent) : StillItem(parent) {
     setImplicitSize(0, diameter);
     setAntialiasing(true);
 }

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "Selvane/UI/Controls/StillItem.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
 namespace selvane {
@@ -9,7 +10,7 @@ namespace selvane {
 /// A row of small circles, one a session that a task is estimated to take, those of done sessions stronger.
 /// One item however many circles there are, and as wide as they need. What they mean is said elsewhere. Main
 /// thread.
-class SessionDots : public QQuickPaintedItem {
+class SessionDots : public selvane::StillItem {
     Q_OBJECT
     QML_ELEMENT
 

@@ -16,7 +16,7 @@ constexpr double trackOpacity = 0.08;
 
 } // namespace
 
-RingBezel::RingBezel(QQuickItem* parent) : QQuickPaintedItem(parent) {
+RingBezel::RingBezel(QQuickItem* parent) : StillItem(parent) {
     setImplicitSize(RingGeometry::side, RingGeometry::side);
     setAntialiasing(true);
 }

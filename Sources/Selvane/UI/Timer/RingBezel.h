@@ -1,13 +1,14 @@
 #pragma once
 
+#include "Selvane/UI/Controls/StillItem.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
 namespace selvane {
 
 /// What stands still in the ring: 60 ticks at the rim, and the track on which the arc runs. Painted once.
-class RingBezel : public QQuickPaintedItem {
+class RingBezel : public selvane::StillItem {
     Q_OBJECT
     QML_ELEMENT
 
