@@ -1,8 +1,9 @@
 #include "ControlsFixture.h"
 #include "Selvane/UI/Controls/HoverTip.h"
+#include "Selvane/UI/Controls/LazyPopup.h"
+#include "Support/TemporaryFolder.h"
 
 #include <QPointer>
-#include <QQmlContext>
 #include <QSignalSpy>
 
 #include <gmock/gmock.h>
@@ -428,45 +429,46 @@ TEST_F(SwitchTest, KnobStandsAtTheTrailingEndWhenOn) {
 
 class MenuTest : public Controls {
 protected:
-    QQuickItem* owner = show(R"(Item {
-        id: owner
-        width: 60; height: 24
-        property int escapes: 0
-        property string chosen: ""
-        function open() { menu.open(); }
-        function isMade(): bool { return menu.made !== null; }
-        Shortcut { sequence: "Escape"; onActivated: owner.escapes += 1 }
-        LazyMenu {
-            id: menu
-            PopupMenu {
-                title: "Music"
-                PopupMenuItem { text: "Rain"; markable: true; marked: true; onTriggered: owner.chosen = text }
-                PopupMenuItem { text: "Off"; enabled: false; onTriggered: owner.chosen = text }
-                PopupMenuItem { text: "Why it is off"; hint: true; onTriggered: owner.chosen = text }
-                PopupMenuSeparator {}
-                PopupMenuItem { text: "Statistics"; shortcut: "Ctrl+S"; onTriggered: owner.chosen = text }
-                PopupMenu {
-                    title: "Estimate"
-                    PopupMenuItem { text: "1 session"; onTriggered: owner.chosen = text }
-                    PopupMenuItem { text: "2 sessions"; onTriggered: owner.chosen = text }
-                }
+    MenuTest() {
+        folder.write("Sounds.qml", R"(import QtQuick
+import Selvane.Controls
+PopupMenu {
+    required property Item owner
+    title: "Music"
+    PopupMenuItem { text: "Rain"; markable: true; marked: true; onTriggered: owner.chosen = text }
+    PopupMenuItem { text: "Off"; enabled: false; onTriggered: owner.chosen = text }
+    PopupMenuItem { text: "Why it is off"; hint: true; onTriggered: owner.chosen = text }
+    PopupMenuSeparator {}
+    PopupMenuItem { text: "Statistics"; shortcut: "Ctrl+S"; onTriggered: owner.chosen = text }
+    PopupMenu {
+        title: "Estimate"
+        PopupMenuItem { text: "1 session"; onTriggered: owner.chosen = text }
+        PopupMenuItem { text: "2 sessions"; onTriggered: owner.chosen = text }
+    }
+})");
+        owner = show(R"(Item {
+            id: owner
+            width: 60; height: 24
+            property int escapes: 0
+            property string chosen: ""
+            function open() { menu.open(); }
+            Shortcut { sequence: "Escape"; onActivated: owner.escapes += 1 }
+            LazyPopup { id: menu; objectName: "menu"; properties: ({ owner: owner }) }
+            PillButton {
+                objectName: "outside"
+                x: 180; y: 300; text: "Outside"
+                onClicked: owner.chosen = text
             }
-        }
-        PillButton {
-            objectName: "outside"
-            x: 180; y: 300; text: "Outside"
-            onClicked: owner.chosen = text
-        }
-    })");
+        })");
+        lazy = owner->findChild<LazyPopup*>(QStringLiteral("menu"));
+        lazy->setSource(QUrl::fromLocalFile(QString::fromStdString(folder.path() / "Sounds.qml")));
+    }
 
     void open() {
         ASSERT_TRUE(QMetaObject::invokeMethod(owner, "open"));
         ASSERT_TRUE(QTest::qWaitFor([&] { return menu() && menu()->property("opened").toBool(); }));
     }
-    [[nodiscard]] QObject* menu() const {
-        QObject* const loader = qmlContext(owner)->objectForName(QStringLiteral("menu"));
-        return loader->property("made").value<QObject*>();
-    }
+    [[nodiscard]] QObject* menu() const { return lazy->made(); }
     [[nodiscard]] static QQuickItem* row(QObject* menu, int index) {
         QQuickItem* found = nullptr;
         QMetaObject::invokeMethod(menu, "itemAt", Q_RETURN_ARG(QQuickItem*, found), Q_ARG(int, index));
@@ -478,6 +480,10 @@ protected:
         const QQuickItem* const content = menu()->property("contentItem").value<QQuickItem*>()->parentItem();
         return content->mapRectToScene({0, 0, content->width(), content->height()});
     }
+
+    test::TemporaryFolder folder;
+    QQuickItem* owner = nullptr;
+    LazyPopup* lazy = nullptr;
 };
 
 TEST_F(MenuTest, IsMadeWhenItIsFirstOpened) {

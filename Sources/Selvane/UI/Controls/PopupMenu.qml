@@ -4,7 +4,7 @@ import Selvane.Controls
 
 /// A menu of PopupMenuItem, PopupMenuSeparator and, for submenus, PopupMenu. `open()` opens it below the item that it
 /// is declared in, `popup()` at the pointer; it keeps within the window's card and scrolls where that is
-/// lower than the menu. A click elsewhere or Escape closes it and does nothing else. Make it lazily: see LazyMenu.
+/// lower than the menu. A click elsewhere or Escape closes it and does nothing else. Make it lazily: see LazyPopup.
 MeasuredMenu {
     id: root
 

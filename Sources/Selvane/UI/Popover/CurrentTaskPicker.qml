@@ -1,6 +1,3 @@
-pragma ComponentBehavior: Bound
-
-import QtQml
 import QtQuick
 import Selvane.Controls
 import Selvane.Popover
@@ -37,75 +34,10 @@ Pressable {
         verticalAlignment: Text.AlignVCenter
     }
 
-    LazyMenu {
+    LazyPopup {
         id: menu
 
-        PopupMenu {
-            id: popup
-
-            title: root.model.tooltip
-            x: Math.round((root.width - width) / 2)
-            width: Math.min(implicitWidth, 316)
-            // Ten rows.
-            height: Math.min(implicitHeight, 270)
-
-            // Each row is put in its place by number: of a menu that scrolls, a Repeater would lose the order.
-            // Not every distribution describes Instantiator to the linter.
-            // qmllint disable
-            Instantiator {
-                id: tasks
-
-                model: root.model.tasks
-                onObjectAdded: (index, row) => popup.insertItem(index, row as Item)
-                onObjectRemoved: (index, row) => popup.removeItem(row as Item)
-
-                PopupMenuItem {
-                    required property string title
-                    required property bool isChecked
-                    required property int index
-
-                    text: title
-                    markable: true
-                    marked: isChecked
-                    onTriggered: root.model.choose(index)
-                }
-            }
-
-            Instantiator {
-                model: root.model.hints
-                onObjectAdded: (index, row) => popup.insertItem(index, row as Item)
-                onObjectRemoved: (index, row) => popup.removeItem(row as Item)
-
-                PopupMenuItem {
-                    required property string modelData
-
-                    text: modelData
-                    hint: true
-                }
-            }
-
-            Instantiator {
-                model: root.model.noTaskLabels
-                onObjectAdded: (index, row) => popup.insertItem(tasks.count, row as Item)
-                onObjectRemoved: (index, row) => popup.removeItem(row as Item)
-
-                PopupMenuSeparator {}
-            }
-
-            Instantiator {
-                model: root.model.noTaskLabels
-                onObjectAdded: (index, row) => popup.addItem(row as Item)
-                onObjectRemoved: (index, row) => popup.removeItem(row as Item)
-
-                PopupMenuItem {
-                    required property string modelData
-
-                    text: modelData
-                    markable: true
-                    onTriggered: root.model.chooseNone()
-                }
-            }
-            // qmllint enable
-        }
+        source: Qt.resolvedUrl("TaskChoices.qml")
+        properties: ({ model: root.model })
     }
 }

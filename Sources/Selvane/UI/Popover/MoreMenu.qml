@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Selvane.Controls
 import Selvane.Popover
@@ -36,45 +34,10 @@ IconButton {
         color: Theme.primaryText
     }
 
-    LazyMenu {
+    LazyPopup {
         id: menu
 
-        PopupMenu {
-            title: root.model.moreLabel
-            x: root.width - width
-
-            KeyedMenuItem {
-                text: root.model.statisticsLabel
-                shortcut: root.model.statisticsShortcut
-                onTriggered: root.model.openStatistics()
-            }
-
-            KeyedMenuItem {
-                text: root.model.settingsLabel
-                shortcut: root.model.settingsShortcut
-                onTriggered: root.model.openSettings()
-            }
-
-            PopupMenuSeparator {}
-
-            PopupMenuItem {
-                text: root.model.whatsNewLabel
-                onTriggered: root.model.openWhatsNew()
-            }
-
-            PopupMenuItem {
-                text: root.model.updateLabel
-                enabled: root.model.canCheckForUpdates
-                onTriggered: root.model.checkForUpdates()
-            }
-
-            PopupMenuSeparator {}
-
-            KeyedMenuItem {
-                text: root.model.quitLabel
-                shortcut: root.model.quitShortcut
-                onTriggered: root.model.quit()
-            }
-        }
+        source: Qt.resolvedUrl("MoreCommands.qml")
+        properties: ({ model: root.model })
     }
 }

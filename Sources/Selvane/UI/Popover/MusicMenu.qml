@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Selvane.Controls
 import Selvane.Popover
@@ -30,48 +28,10 @@ Pressable {
         verticalAlignment: Text.AlignVCenter
     }
 
-    LazyMenu {
+    LazyPopup {
         id: menu
 
-        PopupMenu {
-            title: root.model.pickerLabel
-
-            PopupMenuItem {
-                text: root.model.pickerLabel
-                hint: true
-            }
-
-            Repeater {
-                model: root.model.sounds
-
-                PopupMenuItem {
-                    required property string title
-                    required property bool isChecked
-                    required property int index
-
-                    text: title
-                    markable: true
-                    marked: isChecked
-                    onTriggered: root.model.chooseSound(index)
-                }
-            }
-
-            PopupMenuSeparator {}
-
-            Repeater {
-                model: root.model.sources
-
-                PopupMenuItem {
-                    required property string title
-                    required property bool isChecked
-                    required property int index
-
-                    text: title
-                    markable: true
-                    marked: isChecked
-                    onTriggered: root.model.chooseSource(index)
-                }
-            }
-        }
+        source: Qt.resolvedUrl("SoundChoices.qml")
+        properties: ({ model: root.model })
     }
 }

@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Selvane.Controls
 import Selvane.Popover
@@ -52,44 +50,10 @@ Pressable {
         }
     }
 
-    LazyMenu {
+    LazyPopup {
         id: menu
 
-        PopupMenu {
-            title: root.model.pickerLabel
-
-            Repeater {
-                model: root.model.phases
-
-                PopupMenuItem {
-                    required property string title
-                    required property bool isChecked
-                    required property int index
-
-                    text: title
-                    markable: true
-                    marked: isChecked
-                    enabled: root.model.canSelect
-                    onTriggered: root.model.select(index)
-                }
-            }
-
-            Repeater {
-                model: root.model.hints
-
-                PopupMenuSeparator {}
-            }
-
-            Repeater {
-                model: root.model.hints
-
-                PopupMenuItem {
-                    required property string modelData
-
-                    text: modelData
-                    hint: true
-                }
-            }
-        }
+        source: Qt.resolvedUrl("PhaseChoices.qml")
+        properties: ({ model: root.model })
     }
 }

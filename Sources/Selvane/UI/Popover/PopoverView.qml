@@ -1,9 +1,7 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import QtQuick.Layouts
+import Selvane.Controls
 import Selvane.Popover
-import Selvane.Progress
 import Selvane.Tasks
 
 /// What opens from the status area: a column that holds everything needed during a working day. Its height is always
@@ -127,9 +125,12 @@ Item {
             TabPage {
                 selected: root.tab === PopoverModel.Progress
 
-                ProgressTab {
+                LazyItem {
                     anchors.fill: parent
-                    model: root.model.progress
+                    source: Qt.resolvedUrl("../Progress/ProgressTab.qml")
+                    properties: ({ model: root.model.progress })
+                    wanted: root.tab === PopoverModel.Progress
+                    kept: true
                 }
             }
         }

@@ -8,8 +8,13 @@ import Selvane.Tasks
 PopupMenu {
     id: root
 
-    required property TaskListModel tasks
-    required property string taskID
+    required property TaskListInput input
+    readonly property TaskListModel tasks: input.tasks
+    readonly property string taskID: input.menuTask
+
+    y: 0
+    onClosed: input.closeMenu()
+    Component.onCompleted: open()
 
     PopupMenuItem {
         text: root.tasks.focusLabel(root.taskID)

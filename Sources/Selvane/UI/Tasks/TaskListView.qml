@@ -195,38 +195,20 @@ FocusScope {
         }
 
         // Each menu exists only while it is open.
-        Repeater {
-            model: input.menu === TaskListInput.OpenTaskMenu ? 1 : 0
-
-            Item {
-                x: input.menuX
-                y: input.menuY
-
-                OpenTaskMenu {
-                    tasks: root.tasks
-                    taskID: input.menuTask
-                    y: 0
-                    onClosed: input.closeMenu()
-                    Component.onCompleted: open()
-                }
-            }
+        LazyItem {
+            x: input.menuX
+            y: input.menuY
+            source: Qt.resolvedUrl("OpenTaskMenu.qml")
+            properties: ({ input: input })
+            wanted: input.menu === TaskListInput.OpenTaskMenu
         }
 
-        Repeater {
-            model: input.menu === TaskListInput.DoneTaskMenu ? 1 : 0
-
-            Item {
-                x: input.menuX
-                y: input.menuY
-
-                DoneTaskMenu {
-                    tasks: root.tasks
-                    taskID: input.menuTask
-                    y: 0
-                    onClosed: input.closeMenu()
-                    Component.onCompleted: open()
-                }
-            }
+        LazyItem {
+            x: input.menuX
+            y: input.menuY
+            source: Qt.resolvedUrl("DoneTaskMenu.qml")
+            properties: ({ input: input })
+            wanted: input.menu === TaskListInput.DoneTaskMenu
         }
     }
 

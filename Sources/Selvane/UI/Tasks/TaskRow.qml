@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Selvane.Controls
 import Selvane.Tasks
@@ -123,16 +121,13 @@ FocusScope {
             }
         }
 
-        // Makes the editor only while it is there.
-        Repeater {
-            model: root.isEditing ? 1 : 0
-
-            TitleEditor {
-                anchors.left: titleText.left
-                anchors.right: titleText.right
-                anchors.verticalCenter: content.verticalCenter
-                tasks: root.tasks
-            }
+        LazyItem {
+            anchors.left: titleText.left
+            anchors.right: titleText.right
+            anchors.verticalCenter: content.verticalCenter
+            source: Qt.resolvedUrl("TitleEditor.qml")
+            properties: ({ tasks: root.tasks })
+            wanted: root.isEditing
         }
 
         Row {

@@ -60,13 +60,10 @@ Item {
         }
     }
 
-    Repeater {
-        model: minutes.isEditing ? 1 : 0
-
-        MinutesField {
-            anchors.centerIn: parent
-            draft: minutes
-            size: root.size
-        }
+    LazyItem {
+        anchors.centerIn: parent
+        source: Qt.resolvedUrl("MinutesField.qml")
+        properties: ({ draft: minutes, size: root.size })
+        wanted: minutes.isEditing
     }
 }

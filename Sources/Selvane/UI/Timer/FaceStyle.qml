@@ -1,12 +1,14 @@
 import QtQuick
 import Selvane.Controls
+import Selvane.Timer
 
 /// A style of the timer face, which exists while it is chosen and until it has faded out.
 Item {
     id: root
 
     required property bool chosen
-    default property Component face
+    required property url source
+    required property TimerFaceModel model
 
     enabled: chosen
     opacity: chosen ? 1 : 0
@@ -19,9 +21,10 @@ Item {
         }
     }
 
-    // A loader of this Qt takes no component that is bound to its file.
-    Repeater {
-        model: root.chosen || root.opacity > 0 ? 1 : 0
-        delegate: root.face
+    LazyItem {
+        anchors.centerIn: parent
+        source: root.source
+        properties: ({ model: root.model })
+        wanted: root.chosen || root.opacity > 0
     }
 }

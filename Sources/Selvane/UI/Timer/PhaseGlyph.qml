@@ -15,7 +15,7 @@ Pressable {
     accessibleName: model.iconLabel
     Accessible.description: model.iconHint
 
-    onClicked: popup.open(visualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason)
+    onClicked: popup.openFor(visualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason)
 
     contentItem: GlyphDrawing {
         name: root.model.glyph

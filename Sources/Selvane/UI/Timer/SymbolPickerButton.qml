@@ -16,7 +16,7 @@ Pressable {
     implicitHeight: 24
     text: choices.label(selection)
 
-    onClicked: popup.open(visualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason)
+    onClicked: popup.openFor(visualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason)
 
     SymbolChoices {
         id: choices

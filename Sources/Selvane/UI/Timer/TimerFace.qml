@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Selvane.Controls
 import Selvane.Timer
@@ -22,31 +20,22 @@ Item {
 
     FaceStyle {
         anchors.fill: parent
+        source: Qt.resolvedUrl("RingFace.qml")
+        model: root.model
         chosen: root.model.style === TimerFaceModel.Ring
-
-        RingFace {
-            anchors.centerIn: parent
-            model: root.model
-        }
     }
 
     FaceStyle {
         anchors.fill: parent
+        source: Qt.resolvedUrl("BarFace.qml")
+        model: root.model
         chosen: root.model.style === TimerFaceModel.Bar
-
-        BarFace {
-            anchors.centerIn: parent
-            model: root.model
-        }
     }
 
     FaceStyle {
         anchors.fill: parent
+        source: Qt.resolvedUrl("MinimalFace.qml")
+        model: root.model
         chosen: root.model.style === TimerFaceModel.Minimal
-
-        MinimalFace {
-            anchors.centerIn: parent
-            model: root.model
-        }
     }
 }
