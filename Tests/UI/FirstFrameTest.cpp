@@ -1,0 +1,133 @@
+#include "Selvane/UI/Controls/LazyPopup.h"
+#include "Selvane/UI/Popover/PopoverModel.h"
+#include "Support/FakeAppearance.h"
+#include "Support/ModelHarness.h"
+
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QQmlAbstractUrlInterceptor>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QUrl>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <string>
+
+namespace selvane {
+namespace {
+
+using testing::Contains;
+using testing::Not;
+
+/// Notes which QML files an engine reads. Files are also read on the engine's own thread.
+class Reading final : public QQmlAbstractUrlInterceptor {
+public:
+    QUrl intercept(const QUrl& url, DataType type) override {
+        const std::scoped_lock lock(_mutex);
+        if (type == QmlFile)
+            _names.insert(url.fileName().toStdString());
+        return url;
+    }
+
+    [[nodiscard]] std::set<std::string> names() const {
+        const std::scoped_lock lock(_mutex);
+        return _names;
+    }
+
+private:
+    mutable std::mutex _mutex;
+    std::set<std::string> _names;
+};
+
+/// The popover as it is made for its first frame. Each file that the engine reads for it costs time before
+/// that frame, and memory as long as the panel is there.
+class FirstFrameTest : public testing::Test {
+protected:
+    FirstFrameTest() { harness.launch(); }
+
+    ~FirstFrameTest() override {
+        popover.reset();
+        engine.removeUrlInterceptor(&reading);
+    }
+
+    void make() {
+        engine.addUrlInterceptor(&reading);
+        model = std::make_unique<PopoverModel>(harness.model(), appearance, harness.scheduler, nullptr);
+        QQmlComponent component(
+            &engine, QUrl(QStringLiteral("qrc:/qt-project.org/imports/Selvane/Popover/Popover.qml")));
+        popover.reset(qobject_cast<QQuickItem*>(component.createWithInitialProperties(
+            {{QStringLiteral("model"), QVariant::fromValue(model.get())}})));
+        ASSERT_NE(popover, nullptr) << component.errorString().toStdString();
+    }
+
+    /// The files of all views.
+    [[nodiscard]] static std::set<std::string> views() {
+        std::set<std::string> names;
+        QDirIterator files(QStringLiteral(":/qt-project.org/imports/Selvane"), {QStringLiteral("*.qml")},
+                           QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext())
+            names.insert(QFileInfo(files.next()).fileName().toStdString());
+        return names;
+    }
+
+    void expectUnread(std::initializer_list<const char*> files) const {
+        for (const char* const file : files) {
+            EXPECT_THAT(views(), Contains(file)) << "it has another name now";
+            EXPECT_THAT(reading.names(), Not(Contains(file)));
+        }
+    }
+
+    test::ModelHarness harness;
+    test::FakeAppearance appearance;
+    Reading reading;
+    std::unique_ptr<PopoverModel> model;
+    QQmlEngine engine;
+    std::unique_ptr<QQuickItem> popover;
+};
+
+TEST_F(FirstFrameTest, ReadsWhatItDraws) {
+    make();
+    for (const char* const file :
+         {"Popover.qml", "TimerFace.qml", "RingFace.qml", "PhaseMenu.qml", "TaskListView.qml", "TaskRow.qml"})
+        EXPECT_THAT(reading.names(), Contains(file));
+}
+
+TEST_F(FirstFrameTest, ReadsNoMenuEditorOrPageThatIsNotSeen) {
+    harness.model().addTask("Write");
+    make();
+    expectUnread({"PopupMenu.qml",    "MeasuredMenu.qml", "PopupMenuItem.qml", "PopupMenuSeparator.qml",
+                  "PhaseChoices.qml", "SoundChoices.qml", "MoreCommands.qml",  "KeyedMenuItem.qml",
+                  "TaskChoices.qml",  "OpenTaskMenu.qml", "DoneTaskMenu.qml",  "PopupCard.qml",
+                  "PopupSurface.qml", "SymbolCard.qml",   "SymbolPanel.qml",   "SymbolGrid.qml",
+                  "SymbolTile.qml",   "MinutesField.qml", "TitleEditor.qml",   "ProgressTab.qml",
+                  "GoalRing.qml",     "HeatmapView.qml",  "MetaStat.qml",      "TipArea.qml",
+                  "TipBubble.qml"});
+}
+
+TEST_F(FirstFrameTest, ReadsOnlyTheChosenStyleOfTheFace) {
+    harness.model().settings().timerStyle.set(TimerStyle::bar);
+    make();
+    EXPECT_THAT(reading.names(), Contains("BarFace.qml"));
+    expectUnread({"RingFace.qml", "MinimalFace.qml"});
+}
+
+TEST_F(FirstFrameTest, WhatIsWantedLaterIsReadThen) {
+    make();
+    harness.model().settings().timerStyle.set(TimerStyle::minimal);
+    EXPECT_THAT(reading.names(), Contains("MinimalFace.qml"));
+    for (LazyPopup* const popup : popover->findChildren<LazyPopup*>())
+        popup->open();
+    for (const char* const file :
+         {"PhaseChoices.qml", "SoundChoices.qml", "MoreCommands.qml", "TaskChoices.qml", "SymbolCard.qml"})
+        EXPECT_THAT(reading.names(), Contains(file));
+}
+
+} // namespace
+} // namespace selvane
