@@ -122,8 +122,10 @@ TEST_F(FirstFrameTest, WhatIsWantedLaterIsReadThen) {
     make();
     harness.model().settings().timerStyle.set(TimerStyle::minimal);
     EXPECT_THAT(reading.names(), Contains("MinimalFace.qml"));
-    for (LazyPopup* const popup : popover->findChildren<LazyPopup*>())
+    for (LazyPopup* const popup : popover->findChildren<LazyPopup*>()) {
         popup->open();
+        EXPECT_NE(popup->made(), nullptr) << popup->source().fileName().toStdString();
+    }
     for (const char* const file :
          {"PhaseChoices.qml", "SoundChoices.qml", "MoreCommands.qml", "TaskChoices.qml", "SymbolCard.qml"})
         EXPECT_THAT(reading.names(), Contains(file));
