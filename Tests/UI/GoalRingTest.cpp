@@ -26,7 +26,7 @@ protected:
         image.setDevicePixelRatio(scale);
         image.fill(Qt::white);
         QPainter painter(&image);
-        ring.paint(&painter);
+        ring.paint(&painter, ring.size());
         return image;
     }
 

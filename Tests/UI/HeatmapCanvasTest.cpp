@@ -57,7 +57,7 @@ protected:
         image.setDevicePixelRatio(scale);
         image.fill(Qt::white);
         QPainter painter(&image);
-        canvas.paint(&painter);
+        canvas.paint(&painter, canvas.size());
         return image;
     }
     static int greyAt(const QImage& image, int x, int y) { return qGray(image.pixel(x, y)); }
@@ -235,7 +235,7 @@ TEST(HeatmapLegend, HasASquareOfEachLevelBetweenItsWords) {
     QImage image(legend.size().toSize(), QImage::Format_RGB32);
     image.fill(Qt::white);
     QPainter painter(&image);
-    legend.paint(&painter);
+    legend.paint(&painter, legend.size());
 
     std::vector<int> shades;
     const int middle = image.height() / 2;

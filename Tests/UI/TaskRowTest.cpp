@@ -176,7 +176,7 @@ TEST(SessionDotsShape, FillsCirclesOfFiveFromTheLeft) {
     picture.fill(Qt::white);
     QPainter painter(&picture);
     painter.scale(10, 10);
-    dots.paint(&painter);
+    dots.paint(&painter, dots.size());
     painter.end();
     EXPECT_EQ(picture.pixelColor(1, 25), QColor(Qt::red));
     EXPECT_EQ(picture.pixelColor(48, 25), QColor(Qt::red));
@@ -267,7 +267,7 @@ protected:
         picture.fill(Qt::white);
         QPainter painter(&picture);
         painter.scale(10, 10);
-        shape.paint(&painter);
+        shape.paint(&painter, shape.size());
         return picture;
     }
     static constexpr int middle = 90;

@@ -4,6 +4,7 @@
 #include <QQuickWindow>
 
 #include <algorithm>
+#include <cmath>
 
 namespace selvane {
 
@@ -32,12 +33,12 @@ double RoundedShape::pixels() const {
     return window() ? window()->effectiveDevicePixelRatio() : 1;
 }
 
-QRectF RoundedShape::shapeRectangle() const {
-    return crispRectangle({_spread, _spread, width() - 2 * _spread, height() - 2 * _spread}, pixels());
+QRectF RoundedShape::shapeRectangle(const QSizeF& size) const {
+    return crispRectangle({_spread, _spread, size.width() - 2 * _spread, size.height() - 2 * _spread},
+                          pixels());
 }
 
-double RoundedShape::cornerRadius() const {
-    const QRectF shape = shapeRectangle();
+double RoundedShape::cornerRadius(const QRectF& shape) const {
     const double half = std::min(shape.width(), shape.height()) / 2;
     return _radius < 0 ? half : std::min(_radius, half);
 }
@@ -50,24 +51,48 @@ QBrush RoundedShape::edge(const QRectF& /*shape*/) const {
     return _edgeColor;
 }
 
-void RoundedShape::paint(QPainter* painter) {
-    const QRectF shape = shapeRectangle();
-    if (shape.isEmpty())
-        return;
-    const double radius = cornerRadius();
+bool RoundedShape::isClear() const {
+    const QRectF shape = shapeRectangle(size());
+    const auto isInvisible = [](const QBrush& brush) {
+        return brush.style() == Qt::SolidPattern && brush.color().alpha() == 0;
+    };
+    return shape.isEmpty() ||
+           (!_ringed && !isSeen(_shadow) && isInvisible(fill(shape)) && isInvisible(edge(shape)));
+}
+
+QSizeF RoundedShape::leastSize() const {
+    const QRectF shape = shapeRectangle(size());
+    const double radius = cornerRadius(shape);
+    // Of a continuous corner, also that of the ring around it; and as far into the shape as its shadow
+    // changes.
+    const double corner = std::max((radius + ringOut()) * 1.3, radius + reach(_shadow));
+    // One pixel to repeat, and one at each side of it for places that aren't whole.
+    const double least = 2 * (_spread + corner) + 3 / pixels();
+    const auto isEven = [](const QBrush& brush) { return brush.style() == Qt::SolidPattern; };
+    if (isEven(fill(shape)) && isEven(edge(shape)))
+        return {least, least + std::abs(_shadow.offset)};
+    return {least, StillItem::leastSize().height()};
+}
+
+void RoundedShape::paint(QPainter* painter, const QSizeF& size) {
+    const QRectF shape = shapeRectangle(size);
+    const double radius = cornerRadius(shape);
     paintShadow(*painter, shape, radius, _shadow, pixels());
     painter->setPen(Qt::NoPen);
     painter->fillPath(roundedRectangle(shape, radius, Corners::continuous), fill(shape));
     painter->fillPath(frame(shape, radius, crispWidth(_edgeWidth, pixels())), edge(shape));
     if (_ringed)
-        paintRing(*painter, shape);
+        paintRing(*painter, shape, radius);
 }
 
-void RoundedShape::paintRing(QPainter& painter, const QRectF& shape) const {
+double RoundedShape::ringOut() const {
     // Without room around the shape the ring lies on its edge.
-    const double out = std::min(_spread, ringGap + ringWidth);
-    painter.fillPath(frame(shape.adjusted(-out, -out, out, out), cornerRadius() + out, ringWidth),
-                     _ringColor);
+    return std::min(_spread, ringGap + ringWidth);
+}
+
+void RoundedShape::paintRing(QPainter& painter, const QRectF& shape, double radius) const {
+    const double out = ringOut();
+    painter.fillPath(frame(shape.adjusted(-out, -out, out, out), radius + out, ringWidth), _ringColor);
 }
 
 } // namespace selvane

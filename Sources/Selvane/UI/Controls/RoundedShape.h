@@ -60,7 +60,7 @@ public:
     [[nodiscard]] const QColor& ringColor() const { return _ringColor; }
     void setRingColor(const QColor& color) { set(_ringColor, color); }
 
-    void paint(QPainter* painter) override;
+    void paint(QPainter* painter, const QSizeF& size) override;
 
 Q_SIGNALS:
     void shapeChanged();
@@ -68,9 +68,13 @@ Q_SIGNALS:
 protected:
     /// Device pixels to a pixel of the window.
     [[nodiscard]] double pixels() const;
-    /// The shape, with its sides on borders between device pixels as counted from the item's corner.
-    [[nodiscard]] QRectF shapeRectangle() const;
-    [[nodiscard]] double cornerRadius() const;
+    /// The shape in an item of that size, with its sides on borders between device pixels as counted from the
+    /// item's corner.
+    [[nodiscard]] QRectF shapeRectangle(const QSizeF& size) const;
+    [[nodiscard]] double cornerRadius(const QRectF& shape) const;
+
+    [[nodiscard]] bool isClear() const override;
+    [[nodiscard]] QSizeF leastSize() const override;
 
     /// What fills the shape, and its edge. From top to bottom of the shape.
     [[nodiscard]] virtual QBrush fill(const QRectF& shape) const;
@@ -85,7 +89,9 @@ protected:
     }
 
 private:
-    void paintRing(QPainter& painter, const QRectF& shape) const;
+    /// From the shape to the outer side of its ring.
+    [[nodiscard]] double ringOut() const;
+    void paintRing(QPainter& painter, const QRectF& shape, double radius) const;
 
     double _spread = 0;
     double _radius = -1;

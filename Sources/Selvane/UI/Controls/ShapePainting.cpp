@@ -4,7 +4,6 @@
 #include <QPainter>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <numbers>
 
@@ -20,20 +19,28 @@ double distance(double x, double y, double halfWidth, double halfHeight, double 
            radius;
 }
 
+/// Of a shadow that ends softly.
+double sigma(const SoftShadow& shadow) {
+    return shadow.radius / 2;
+}
+
 /// The shadow of a shape of whole pixels, with `reach` pixels around it.
 QImage shadowImage(int width, int height, double radius, int reach, double sigma, const QColor& color) {
     QImage image(width + 2 * reach, height + 2 * reach, QImage::Format_ARGB32_Premultiplied);
     const double spread = sigma * std::numbers::sqrt2;
-    for (int row = 0; row < image.height(); ++row) {
+    // All four quarters are alike.
+    for (int row = 0; row < (image.height() + 1) / 2; ++row) {
         auto* const line = reinterpret_cast<QRgb*>(image.scanLine(row));
-        for (int column = 0; column < image.width(); ++column) {
+        for (int column = 0; column < (image.width() + 1) / 2; ++column) {
             const double beyond =
                 distance(column + 0.5 - image.width() / 2.0, row + 0.5 - image.height() / 2.0, width / 2.0,
                          height / 2.0, radius);
             const double strength = std::erfc(beyond / spread) / 2;
             line[column] = qPremultiply(qRgba(color.red(), color.green(), color.blue(),
                                               static_cast<int>(std::lround(strength * color.alpha()))));
+            line[image.width() - 1 - column] = line[column];
         }
+        std::copy_n(line, image.width(), reinterpret_cast<QRgb*>(image.scanLine(image.height() - 1 - row)));
     }
     return image;
 }
@@ -69,45 +76,25 @@ QPainterPath roundedRectangle(const QRectF& rect, double radius, Corners corners
     return path;
 }
 
+bool isSeen(const SoftShadow& shadow) {
+    return shadow.color.alpha() > 0 && shadow.radius > 0;
+}
+
+double reach(const SoftShadow& shadow) {
+    return isSeen(shadow) ? sigma(shadow) * 3 : 0;
+}
+
 void paintShadow(QPainter& painter, const QRectF& shape, double cornerRadius, const SoftShadow& shadow,
                  double pixels) {
-    if (shadow.color.alpha() == 0 || shadow.radius <= 0 || shape.isEmpty())
+    if (!isSeen(shadow) || shape.isEmpty())
         return;
     const double radius = std::min({cornerRadius, shape.width() / 2, shape.height() / 2}) * pixels;
-    const double sigma = shadow.radius * pixels / 2;
-    const int reach = static_cast<int>(std::ceil(sigma * 3));
-    const int width = static_cast<int>(std::lround(shape.width() * pixels));
-    const int height = static_cast<int>(std::lround(shape.height() * pixels));
-    // Between the corners a shadow is the same all along: that much is drawn stretched.
-    const int corner = static_cast<int>(std::ceil(radius)) + reach;
-    const int tileWidth = std::min(width, 2 * corner + 1);
-    const int tileHeight = std::min(height, 2 * corner + 1);
-    const QImage tile = shadowImage(tileWidth, tileHeight, radius, reach, sigma, shadow.color);
-
-    const auto edges = [&](int length, int tileLength, double origin, std::array<double, 4>& from,
-                           std::array<double, 4>& to) {
-        const int side = (tileLength - 1) / 2 + reach;
-        const int all = tileLength + 2 * reach;
-        from = {0, static_cast<double>(side), static_cast<double>(all - side), static_cast<double>(all)};
-        to = from;
-        to[2] += length - tileLength;
-        to[3] += length - tileLength;
-        for (double& place : to)
-            place = origin + (place - reach) / pixels;
-    };
-    std::array<double, 4> fromX{};
-    std::array<double, 4> toX{};
-    std::array<double, 4> fromY{};
-    std::array<double, 4> toY{};
-    edges(width, tileWidth, shape.left(), fromX, toX);
-    edges(height, tileHeight, shape.top() + shadow.offset, fromY, toY);
-    for (std::size_t row = 0; row < 3; ++row) {
-        for (std::size_t column = 0; column < 3; ++column) {
-            painter.drawImage(
-                QRectF(QPointF(toX[column], toY[row]), QPointF(toX[column + 1], toY[row + 1])), tile,
-                QRectF(QPointF(fromX[column], fromY[row]), QPointF(fromX[column + 1], fromY[row + 1])));
-        }
-    }
+    const int around = static_cast<int>(std::ceil(reach(shadow) * pixels));
+    QImage image = shadowImage(static_cast<int>(std::lround(shape.width() * pixels)),
+                               static_cast<int>(std::lround(shape.height() * pixels)), radius, around,
+                               sigma(shadow) * pixels, shadow.color);
+    image.setDevicePixelRatio(pixels);
+    painter.drawImage(shape.topLeft() + QPointF(0, shadow.offset) - QPointF(around, around) / pixels, image);
 }
 
 double crispWidth(double width, double pixels) {

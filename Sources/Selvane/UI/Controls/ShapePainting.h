@@ -31,6 +31,12 @@ struct SoftShadow {
     bool operator==(const SoftShadow&) const = default;
 };
 
+/// False for a shadow that is clear or reaches nowhere.
+[[nodiscard]] bool isSeen(const SoftShadow& shadow);
+
+/// How far from the shape's sides, outward and inward, a shadow changes.
+[[nodiscard]] double reach(const SoftShadow& shadow);
+
 /// Paints the shadow of a rounded rectangle, also where the shape will cover it. `pixels` is the number of
 /// device pixels to a unit of the painter.
 void paintShadow(QPainter& painter, const QRectF& shape, double cornerRadius, const SoftShadow& shadow,

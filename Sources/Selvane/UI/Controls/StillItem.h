@@ -8,8 +8,8 @@ class QPainter;
 namespace selvane {
 
 /// An item that is painted whole, and painted again only when `update()` asks for it or its size changes. It
-/// keeps one picture of itself, where a QQuickPaintedItem that is drawn without a graphics card keeps two.
-/// Main thread.
+/// keeps one picture of itself, where a QQuickPaintedItem that is drawn without a graphics card keeps two; of
+/// what is the same all along it keeps no more than is needed to repeat it. Main thread.
 ///
 /// What derives from it names it with its namespace: the tools of QML find no other name.
 class StillItem : public QQuickItem {
@@ -19,10 +19,17 @@ class StillItem : public QQuickItem {
 public:
     explicit StillItem(QQuickItem* parent = nullptr);
 
-    /// Paints in pixels of the window, from the item's corner. What lies outside the item isn't shown.
-    virtual void paint(QPainter* painter) = 0;
+    /// Paints the item as if it had that size, which is its own or, where `leastSize()` allows, less. In
+    /// pixels of the window, from the item's corner. What lies outside the size isn't shown.
+    virtual void paint(QPainter* painter, const QSizeF& size) = 0;
 
 protected:
+    /// True if there is nothing to see, so that no picture is needed.
+    [[nodiscard]] virtual bool isClear() const { return false; }
+    /// The least width at which only a middle that is the same all along is narrower than in the item, and
+    /// the least height likewise; infinite where no such middle is, as in the beginning.
+    [[nodiscard]] virtual QSizeF leastSize() const;
+
     QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
     void itemChange(ItemChange change, const ItemChangeData& data) override;
 };

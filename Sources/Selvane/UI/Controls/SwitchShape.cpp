@@ -33,7 +33,7 @@ SwitchShape::SwitchShape(QQuickItem* parent) : StillItem(parent) {
     setImplicitSize(trackWidth + 2 * spread, trackHeight + 2 * spread);
 }
 
-void SwitchShape::paint(QPainter* painter) {
+void SwitchShape::paint(QPainter* painter, const QSizeF& /*size*/) {
     const double pixels = window() ? window()->effectiveDevicePixelRatio() : 1;
     const QRectF track(spread, spread, trackWidth, trackHeight);
     painter->setPen(Qt::NoPen);

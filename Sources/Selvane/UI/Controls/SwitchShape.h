@@ -52,7 +52,7 @@ public:
     [[nodiscard]] const QColor& ringColor() const { return _ringColor; }
     void setRingColor(const QColor& color) { set(_ringColor, color); }
 
-    void paint(QPainter* painter) override;
+    void paint(QPainter* painter, const QSizeF& size) override;
 
 Q_SIGNALS:
     void shapeChanged();

@@ -103,7 +103,7 @@ void GoalRingCanvas::setCaptionInk(const QColor& ink) {
     Q_EMIT captionInkChanged();
 }
 
-void GoalRingCanvas::paint(QPainter* painter) {
+void GoalRingCanvas::paint(QPainter* painter, const QSizeF& /*size*/) {
     painter->setRenderHint(QPainter::Antialiasing);
     paintRing(*painter);
     paintNumber(*painter);

@@ -48,7 +48,7 @@ public:
     [[nodiscard]] const QColor& captionInk() const { return _captionInk; }
     void setCaptionInk(const QColor& ink);
 
-    void paint(QPainter* painter) override;
+    void paint(QPainter* painter, const QSizeF& size) override;
 
 Q_SIGNALS:
     void minutesChanged();

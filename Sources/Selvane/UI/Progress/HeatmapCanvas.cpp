@@ -247,7 +247,7 @@ void HeatmapCanvas::focusOutEvent(QFocusEvent* event) {
 
 // Painting
 
-void HeatmapCanvas::paint(QPainter* painter) {
+void HeatmapCanvas::paint(QPainter* painter, const QSizeF& /*size*/) {
     painter->setRenderHint(QPainter::Antialiasing);
     const double scale = HeatmapPainting::scaleOf(*painter);
     paintSquares(*painter, scale);

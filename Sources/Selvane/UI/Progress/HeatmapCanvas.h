@@ -77,7 +77,7 @@ public:
     [[nodiscard]] QRectF cursorSquare() const;
     [[nodiscard]] QString summary() const;
 
-    void paint(QPainter* painter) override;
+    void paint(QPainter* painter, const QSizeF& size) override;
 
 Q_SIGNALS:
     void daysChanged();

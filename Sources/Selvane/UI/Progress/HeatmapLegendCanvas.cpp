@@ -55,7 +55,7 @@ void HeatmapLegendCanvas::setLabelInk(const QColor& ink) {
     Q_EMIT labelInkChanged();
 }
 
-void HeatmapLegendCanvas::paint(QPainter* painter) {
+void HeatmapLegendCanvas::paint(QPainter* painter, const QSizeF& /*size*/) {
     painter->setRenderHint(QPainter::Antialiasing);
     const double scale = HeatmapPainting::scaleOf(*painter);
     painter->setFont(HeatmapPainting::labelFont());

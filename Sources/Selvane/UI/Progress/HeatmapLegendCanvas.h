@@ -24,7 +24,7 @@ public:
     [[nodiscard]] const QColor& labelInk() const { return _labelInk; }
     void setLabelInk(const QColor& ink);
 
-    void paint(QPainter* painter) override;
+    void paint(QPainter* painter, const QSizeF& size) override;
 
 Q_SIGNALS:
     void inkChanged();

@@ -62,9 +62,9 @@ bool CheckShape::contains(const QPointF& point) const {
     return QLineF(boundingRect().center(), point).length() <= std::min(width(), height()) / 2;
 }
 
-void CheckShape::paint(QPainter* painter) {
-    const QPointF center = boundingRect().center();
-    const double radius = std::min(width(), height()) / 2;
+void CheckShape::paint(QPainter* painter, const QSizeF& size) {
+    const QPointF center = QRectF({}, size).center();
+    const double radius = std::min(size.width(), size.height()) / 2;
 
     painter->setBrush(Qt::NoBrush);
     painter->setPen(QPen(faded(_ringColor, on(ringOpacityWhenOff, _progress)), ringWidth));

@@ -34,7 +34,7 @@ public:
     void setFillColor(const QColor& color);
 
     [[nodiscard]] bool contains(const QPointF& point) const override;
-    void paint(QPainter* painter) override;
+    void paint(QPainter* painter, const QSizeF& size) override;
 
 Q_SIGNALS:
     void progressChanged();

@@ -53,7 +53,7 @@ void SessionDots::setOpenColor(const QColor& color) {
     Q_EMIT openColorChanged();
 }
 
-void SessionDots::paint(QPainter* painter) {
+void SessionDots::paint(QPainter* painter, const QSizeF& /*size*/) {
     const auto [filled, total] = TaskText::dots(_done, _total);
     painter->setPen(Qt::NoPen);
     for (int circle = 0; circle < total; ++circle) {

@@ -32,7 +32,7 @@ public:
     [[nodiscard]] QColor openColor() const { return _openColor; }
     void setOpenColor(const QColor& color);
 
-    void paint(QPainter* painter) override;
+    void paint(QPainter* painter, const QSizeF& size) override;
 
 Q_SIGNALS:
     void doneChanged();

@@ -28,10 +28,10 @@ void RingBezel::setInk(const QColor& ink) {
     Q_EMIT inkChanged();
 }
 
-void RingBezel::paint(QPainter* painter) {
+void RingBezel::paint(QPainter* painter, const QSizeF& size) {
     painter->setRenderHint(QPainter::Antialiasing);
-    painter->translate(width() / 2, height() / 2);
-    for (const RingGeometry::Tick& tick : RingGeometry::ticks(width())) {
+    painter->translate(size.width() / 2, size.height() / 2);
+    for (const RingGeometry::Tick& tick : RingGeometry::ticks(size.width())) {
         painter->setPen(QPen(faded(_ink, tick.opacity), tick.width, Qt::SolidLine, Qt::RoundCap));
         painter->drawLine(tick.inner, tick.outer);
     }

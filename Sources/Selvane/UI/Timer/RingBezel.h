@@ -20,7 +20,7 @@ public:
     [[nodiscard]] const QColor& ink() const { return _ink; }
     void setInk(const QColor& ink);
 
-    void paint(QPainter* painter) override;
+    void paint(QPainter* painter, const QSizeF& size) override;
 
 Q_SIGNALS:
     void inkChanged();
