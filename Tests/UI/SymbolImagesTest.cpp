@@ -1,5 +1,6 @@
 #include "Selvane/UI/Symbols/SymbolImages.h"
 
+#include "Selvane/UI/Symbols/SymbolSource.h"
 #include "Selvane/UI/Symbols/Symbols.h"
 
 #include <QTemporaryDir>
@@ -55,7 +56,11 @@ public:
                        .toUtf8());
     }
 
-    [[nodiscard]] SymbolImages images() const { return SymbolImages(_folder.path()); }
+    [[nodiscard]] SymbolImages images() const {
+        return SymbolImages([folder = _folder.path()](const QString& name) {
+            return SymbolSource::read(folder + QLatin1Char('/') + name + QStringLiteral(".svg"));
+        });
+    }
 
 private:
     QTemporaryDir _folder;

@@ -1,4 +1,5 @@
 #include "Selvane/UI/Symbols/SymbolImages.h"
+#include "Selvane/UI/Symbols/SymbolSource.h"
 #include "Selvane/UI/Symbols/Symbols.h"
 
 #include <QFont>
@@ -55,10 +56,18 @@ void drawRow(QPainter& painter, SymbolImages& images, const QString& name, QPoin
                      name);
 }
 
+SymbolImages imagesOf(const QString& folder) {
+    if (folder.isEmpty())
+        return SymbolImages();
+    return SymbolImages([folder](const QString& name) {
+        return SymbolSource::read(folder + QLatin1Char('/') + name + QStringLiteral(".svg"));
+    });
+}
+
 int draw(const QStringList& arguments) {
     const bool dark = arguments[1] == QStringLiteral("dark");
     const double scale = arguments[2].toDouble();
-    SymbolImages images = arguments.size() > 4 ? SymbolImages(arguments[4]) : SymbolImages();
+    SymbolImages images = imagesOf(arguments.value(4));
     const int rows = (static_cast<int>(Symbols::names.size()) + columns - 1) / columns;
     QImage sheet((QSizeF(2 * margin + columns * columnWidth, 2 * margin + rows * rowHeight) * scale).toSize(),
                  QImage::Format_RGB32);

@@ -2,8 +2,11 @@
 
 #include "Selvane/App/SettingChoices.h"
 #include "Selvane/UI/Symbols/SymbolDrawing.h"
+#include "Selvane/UI/Symbols/SymbolSource.h"
 
 #include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,7 +20,7 @@ namespace {
 using testing::Not;
 
 QString fileOf(std::string_view name) {
-    return QStringLiteral(":/selvane/symbols/%1.svg").arg(QString::fromStdString(std::string(name)));
+    return QStringLiteral(":/selvane/symbols/%1.symbol").arg(QString::fromStdString(std::string(name)));
 }
 
 /// Where ink and what takes it away lie on the grid, at the heaviest weight.
@@ -41,8 +44,8 @@ TEST(Symbols, EveryDrawingHasAName) {
     const QStringList files = QDir(QStringLiteral(":/selvane/symbols")).entryList();
     EXPECT_EQ(files.size(), static_cast<qsizetype>(Symbols::names.size()));
     for (const QString& file : files) {
-        ASSERT_TRUE(file.endsWith(QStringLiteral(".svg"))) << file.toStdString();
-        EXPECT_TRUE(Symbols::contains(file.chopped(4).toStdString())) << file.toStdString();
+        ASSERT_TRUE(file.endsWith(QStringLiteral(".symbol"))) << file.toStdString();
+        EXPECT_TRUE(Symbols::contains(file.chopped(7).toStdString())) << file.toStdString();
     }
 }
 
@@ -103,6 +106,27 @@ TEST(Symbols, PartsAreSomeOfTheShapes) {
 
 TEST(Symbols, NoFileGivesADrawingWithoutShapes) {
     EXPECT_TRUE(SymbolDrawing::fromFile(fileOf("star")).shapes.empty());
+    EXPECT_TRUE(SymbolSource::read(fileOf("star")).shapes.empty());
+}
+
+TEST(Symbols, WhatIsSavedIsReadAgain) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("a.symbol"));
+    for (const std::string_view name : Symbols::names) {
+        const SymbolDrawing drawing = SymbolDrawing::fromFile(fileOf(name));
+        ASSERT_TRUE(drawing.save(path));
+        EXPECT_EQ(SymbolDrawing::fromFile(path), drawing) << name;
+    }
+    EXPECT_FALSE(SymbolDrawing().save(folder.filePath(QStringLiteral("missing/a.symbol"))));
+}
+
+TEST(Symbols, FileCutShortGivesADrawingWithoutShapes) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("a.symbol"));
+    ASSERT_TRUE(SymbolDrawing::fromFile(fileOf("eye")).save(path));
+    QFile file(path);
+    ASSERT_TRUE(file.resize(file.size() - 1));
+    EXPECT_EQ(SymbolDrawing::fromFile(path), SymbolDrawing());
 }
 
 } // namespace

@@ -9,15 +9,10 @@ namespace selvane {
 
 /// One symbol as it was drawn: outlines on a square grid, not yet of any weight, size or colour. A plain
 /// value.
-///
-/// The files are SVG of the size of the grid. Black is ink; a white stroke or fill takes the ink away again
-/// that lies below it, also under heavier weights. Widths of strokes are relative to `strokeWidth`, which
-/// stands for the weight. Parts that can light up one after another are the last elements of the file, with
-/// the ids "part1", "part2" and so on, one element each.
 struct SymbolDrawing {
     /// The side of the grid, in its own units. Ink stays half a unit away from its edges.
     static constexpr double side = 24.0;
-    /// The width of a stroke of the weight's own width in the files.
+    /// The width that strokes have in the drawings where it is to be the weight's own.
     static constexpr double strokeWidth = 2.0;
 
     struct Shape {
@@ -28,6 +23,8 @@ struct SymbolDrawing {
         double strokes;
         /// Takes ink away.
         bool erases;
+
+        bool operator==(const Shape&) const = default;
     };
 
     /// From the bottom to the top.
@@ -35,8 +32,12 @@ struct SymbolDrawing {
     /// How many of the last shapes are parts.
     int parts = 0;
 
-    /// Reads a file. A file that can't be read, or isn't SVG, gives a drawing without shapes.
+    bool operator==(const SymbolDrawing&) const = default;
+
+    /// Reads a file that `save` wrote. Any other, and one that isn't there, gives a drawing without shapes.
     [[nodiscard]] static SymbolDrawing fromFile(const QString& path);
+    /// False if the file can't be written. It is for this version of the program only.
+    [[nodiscard]] bool save(const QString& path) const;
 };
 
 } // namespace selvane

@@ -101,7 +101,11 @@ double strokeWidth(SymbolWeight weight) {
     __builtin_unreachable();
 }
 
-SymbolImages::SymbolImages(QString folder) : _folder(std::move(folder)), _masks(mostBytes) {}
+SymbolImages::SymbolImages(Drawings drawings) : _read(std::move(drawings)), _masks(mostBytes) {}
+
+SymbolDrawing SymbolImages::compiledDrawing(const QString& name) {
+    return SymbolDrawing::fromFile(QStringLiteral(":/selvane/symbols/%1.symbol").arg(name));
+}
 
 const SymbolDrawing& SymbolImages::drawing(const QString& name) {
     const auto found = _drawings.constFind(name);
@@ -109,7 +113,7 @@ const SymbolDrawing& SymbolImages::drawing(const QString& name) {
         return *found;
     SymbolDrawing drawing;
     if (Symbols::contains(name.toStdString()))
-        drawing = SymbolDrawing::fromFile(_folder + QLatin1Char('/') + name + QStringLiteral(".svg"));
+        drawing = _read(name);
     if (drawing.shapes.empty() && !name.isEmpty())
         Log::line("there is no symbol named \"" + name.toStdString() + "\"");
     return *_drawings.insert(name, std::move(drawing));

@@ -8,6 +8,8 @@
 #include <QImage>
 #include <QString>
 
+#include <functional>
+
 namespace selvane {
 
 /// How heavy a symbol is: as heavy as text of the weight of that name.
@@ -46,8 +48,11 @@ public:
     /// The opacity of a part that is not lit.
     static constexpr double faint = 0.35;
 
-    /// `folder`: where the drawings lie, for tests and tools.
-    explicit SymbolImages(QString folder = QStringLiteral(":/selvane/symbols"));
+    /// The drawing of a name; one without shapes if there is none.
+    using Drawings = std::function<SymbolDrawing(const QString& name)>;
+
+    /// `drawings`: others than those that are compiled in, for tests and tools.
+    explicit SymbolImages(Drawings drawings = compiledDrawing);
 
     /// How opaque each pixel is, of Format_Alpha8.
     [[nodiscard]] QImage mask(const QString& name, const SymbolStyle& style);
@@ -69,9 +74,10 @@ private:
         }
     };
 
+    [[nodiscard]] static SymbolDrawing compiledDrawing(const QString& name);
     const SymbolDrawing& drawing(const QString& name);
 
-    QString _folder;
+    Drawings _read;
     /// Grows to one entry for each name that was ever asked for.
     QHash<QString, SymbolDrawing> _drawings;
     QCache<Key, QImage> _masks;
