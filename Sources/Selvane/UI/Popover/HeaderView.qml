@@ -1,32 +1,38 @@
 import QtQuick
-import QtQuick.Layouts
 import Selvane.Popover
 
 /// The phase, the streak and the menu of everything else.
-RowLayout {
+Item {
     id: root
 
     required property HeaderModel model
     required property PhaseMenuModel phaseMenu
 
-    spacing: 0
+    implicitHeight: Math.max(phase.height, streak.height, more.height)
 
     PhaseMenu {
+        id: phase
+
+        anchors.verticalCenter: parent.verticalCenter
         model: root.phaseMenu
     }
 
-    Item {
-        Layout.fillWidth: true
-    }
-
     StreakBadge {
-        Layout.rightMargin: 10
+        id: streak
+
+        anchors.right: more.left
+        anchors.rightMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
         model: root.model
     }
 
     // The symbol, not the area around it that takes the click, ends where the rows below end.
     MoreMenu {
-        Layout.rightMargin: -5
+        id: more
+
+        anchors.right: parent.right
+        anchors.rightMargin: -5
+        anchors.verticalCenter: parent.verticalCenter
         model: root.model
     }
 }

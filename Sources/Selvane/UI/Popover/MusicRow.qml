@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Selvane.Controls
 import Selvane.Popover
 
@@ -21,51 +20,56 @@ Item {
         id: hover
     }
 
-    RowLayout {
-        anchors.fill: parent
+    PlayingSymbol {
+        id: symbol
+
+        anchors.left: parent.left
         anchors.leftMargin: 14
+        anchors.verticalCenter: parent.verticalCenter
+        name: root.model.symbol
+        size: 13
+        weight: Symbol.Medium
+        color: Theme.secondaryText
+        playing: root.model.isPlaying
+    }
+
+    MusicMenu {
+        anchors.left: symbol.right
+        anchors.leftMargin: 2
+        anchors.verticalCenter: parent.verticalCenter
+        model: root.model
+    }
+
+    IconButton {
+        anchors.right: soundButton.left
+        anchors.rightMargin: 4
+        anchors.verticalCenter: parent.verticalCenter
+        visible: root.model.extra === MusicRowModel.OpenPlayer
+        symbol: "arrow.up.forward.app"
+        tooltip: root.model.openTooltip
+        onClicked: root.model.openPlayer()
+    }
+
+    MiniSlider {
+        anchors.right: soundButton.left
+        anchors.rightMargin: 8
+        anchors.verticalCenter: parent.verticalCenter
+        visible: root.model.extra === MusicRowModel.Volume
+        accessibleName: root.model.volumeLabel
+        value: root.model.volume
+        shown: root.model.isPlaying || root.hovering || activeFocus
+        onMoved: root.model.volume = value
+    }
+
+    IconButton {
+        id: soundButton
+
+        anchors.right: parent.right
         anchors.rightMargin: 6
-        spacing: 0
-
-        PlayingSymbol {
-            name: root.model.symbol
-            size: 13
-            weight: Symbol.Medium
-            color: Theme.secondaryText
-            playing: root.model.isPlaying
-        }
-
-        MusicMenu {
-            Layout.leftMargin: 2
-            model: root.model
-        }
-
-        Item {
-            Layout.fillWidth: true
-        }
-
-        IconButton {
-            Layout.rightMargin: 4
-            visible: root.model.extra === MusicRowModel.OpenPlayer
-            symbol: "arrow.up.forward.app"
-            tooltip: root.model.openTooltip
-            onClicked: root.model.openPlayer()
-        }
-
-        MiniSlider {
-            Layout.rightMargin: 8
-            visible: root.model.extra === MusicRowModel.Volume
-            accessibleName: root.model.volumeLabel
-            value: root.model.volume
-            shown: root.model.isPlaying || root.hovering || activeFocus
-            onMoved: root.model.volume = value
-        }
-
-        IconButton {
-            symbol: root.model.soundSymbol
-            tooltip: root.model.soundTooltip
-            enabled: root.model.canPlay
-            onClicked: root.model.toggleSound()
-        }
+        anchors.verticalCenter: parent.verticalCenter
+        symbol: root.model.soundSymbol
+        tooltip: root.model.soundTooltip
+        enabled: root.model.canPlay
+        onClicked: root.model.toggleSound()
     }
 }

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Selvane.Controls
 import Selvane.Popover
 import Selvane.Tasks
@@ -17,7 +16,7 @@ Item {
     }
 
     implicitWidth: 348
-    implicitHeight: column.implicitHeight
+    implicitHeight: page.y + page.height
     width: implicitWidth
     height: implicitHeight
 
@@ -53,85 +52,97 @@ Item {
         onPressed: controls.focusPrimaryButton()
     }
 
-    ColumnLayout {
-        id: column
+    HeaderView {
+        id: header
 
-        anchors.fill: parent
-        spacing: 0
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: parent.top
+        anchors.leftMargin: 16
+        anchors.rightMargin: 16
+        anchors.topMargin: 20
+        model: root.model.header
+        phaseMenu: root.model.phaseMenu
+    }
 
-        HeaderView {
-            Layout.fillWidth: true
-            Layout.leftMargin: 16
-            Layout.rightMargin: 16
-            Layout.topMargin: 20
-            model: root.model.header
-            phaseMenu: root.model.phaseMenu
-        }
+    SessionStatusRow {
+        id: status
 
-        SessionStatusRow {
-            Layout.alignment: Qt.AlignHCenter
-            Layout.topMargin: 12
-            words: root.model.sessionStatus
-        }
+        x: Math.round((root.width - width) / 2)
+        anchors.top: header.bottom
+        anchors.topMargin: 12
+        words: root.model.sessionStatus
+    }
 
-        TimerSection {
-            Layout.alignment: Qt.AlignHCenter
-            Layout.topMargin: 12
-            model: root.model
-            onReleased: controls.focusPrimaryButton()
-        }
+    TimerSection {
+        id: timer
 
-        ControlsView {
-            id: controls
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.top: status.bottom
+        anchors.topMargin: 12
+        model: root.model
+        onReleased: controls.focusPrimaryButton()
+    }
 
-            Layout.alignment: Qt.AlignHCenter
-            Layout.topMargin: 20
-            model: root.model.controls
-        }
+    ControlsView {
+        id: controls
 
-        MusicRow {
-            Layout.fillWidth: true
-            Layout.leftMargin: 16
-            Layout.rightMargin: 16
-            Layout.topMargin: 20
-            model: root.model.music
-        }
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.top: timer.bottom
+        anchors.topMargin: 20
+        model: root.model.controls
+    }
 
-        TabSwitcher {
-            Layout.fillWidth: true
-            Layout.leftMargin: 16
-            Layout.rightMargin: 16
-            Layout.topMargin: 12
-            items: [root.model.tasksTitle, root.model.progressTitle]
-            currentIndex: root.tab
-            tooltip: root.model.tabTooltip
-            onChosen: tab => root.tab = tab
-        }
+    MusicRow {
+        id: music
 
-        Item {
-            Layout.fillWidth: true
-            Layout.preferredHeight: 236
+        anchors.left: header.left
+        anchors.right: header.right
+        anchors.top: controls.bottom
+        anchors.topMargin: 20
+        model: root.model.music
+    }
 
-            TabPage {
-                selected: root.tab === PopoverModel.Tasks
+    TabSwitcher {
+        id: tabs
 
-                TaskListView {
-                    anchors.fill: parent
-                    tasks: root.model.tasks
-                    onReleased: controls.focusPrimaryButton()
-                }
+        anchors.left: header.left
+        anchors.right: header.right
+        anchors.top: music.bottom
+        anchors.topMargin: 12
+        items: [root.model.tasksTitle, root.model.progressTitle]
+        currentIndex: root.tab
+        tooltip: root.model.tabTooltip
+        onChosen: tab => root.tab = tab
+    }
+
+    Item {
+        id: page
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: tabs.bottom
+        height: 236
+
+        TabPage {
+            selected: root.tab === PopoverModel.Tasks
+
+            TaskListView {
+                anchors.fill: parent
+                tasks: root.model.tasks
+                onReleased: controls.focusPrimaryButton()
             }
+        }
 
-            TabPage {
-                selected: root.tab === PopoverModel.Progress
+        TabPage {
+            selected: root.tab === PopoverModel.Progress
 
-                LazyItem {
-                    anchors.fill: parent
-                    source: Qt.resolvedUrl("../Progress/ProgressTab.qml")
-                    properties: ({ model: root.model.progress })
-                    wanted: root.tab === PopoverModel.Progress
-                    kept: true
-                }
+            LazyItem {
+                anchors.fill: parent
+                source: Qt.resolvedUrl("../Progress/ProgressTab.qml")
+                properties: ({ model: root.model.progress })
+                wanted: root.tab === PopoverModel.Progress
+                kept: true
             }
         }
     }

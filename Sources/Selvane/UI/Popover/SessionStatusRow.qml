@@ -5,6 +5,7 @@ import Selvane.Controls
 CrossFadeText {
     id: root
 
+    width: Math.ceil(implicitWidth)
     color: Theme.secondaryText
     font.pixelSize: 12
     font.weight: Font.Medium

@@ -10,6 +10,7 @@ Row {
 
     readonly property color ink: model.isTodayMet ? Theme.primaryText : Theme.secondaryText
 
+    width: Math.ceil(implicitWidth)
     spacing: 3
 
     Accessible.role: Accessible.StaticText
