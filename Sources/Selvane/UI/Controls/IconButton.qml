@@ -7,6 +7,7 @@ Pressable {
 
     required property string symbol
     property real symbolSize: 13
+    property int symbolWeight: Symbol.Medium
     property color symbolColor: enabled ? Theme.primaryText : Theme.tertiaryText
 
     implicitWidth: 26
@@ -18,7 +19,7 @@ Pressable {
             anchors.centerIn: parent
             name: root.symbol
             size: root.symbolSize
-            weight: Symbol.Medium
+            weight: root.symbolWeight
             color: root.symbolColor
         }
     }

@@ -4,24 +4,10 @@
 
 namespace selvane {
 
-namespace {
-
-bool isReturn(const QKeyEvent& event) {
-    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+bool PressKeys::isReturnAlone(const QKeyEvent& event) {
+    return (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) &&
+           (event.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
 }
-
-bool isAlone(const QKeyEvent& event) {
-    return (event.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-}
-
-/// Whether the event goes no further.
-bool takes(const QKeyEvent& event) {
-    if (isReturn(event))
-        return isAlone(event);
-    return event.key() == Qt::Key_Space && event.isAutoRepeat();
-}
-
-} // namespace
 
 void PressKeys::componentComplete() {
     if (parent())
@@ -32,7 +18,9 @@ bool PressKeys::eventFilter(QObject* control, QEvent* event) {
     if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)
         return QObject::eventFilter(control, event);
     const QKeyEvent& key = *static_cast<QKeyEvent*>(event);
-    if (!takes(key))
+    // Other releases and repetitions of Space would press again.
+    const bool takes = isReturnAlone(key) || (key.key() == Qt::Key_Space && key.isAutoRepeat());
+    if (!takes)
         return QObject::eventFilter(control, event);
     event->accept();
     if (key.type() == QEvent::KeyPress && !key.isAutoRepeat())

@@ -1,10 +1,9 @@
 import QtQuick
-import QtQuick.Templates as T
 import Selvane.Controls
 
 /// What every button has in common: its keys, its words for assistive technology, its tooltip. A click leaves the
 /// keyboard where it is; Tab brings it here, and then Space or Return presses.
-T.AbstractButton {
+PressArea {
     id: root
 
     property string tooltip: ""
@@ -12,17 +11,12 @@ T.AbstractButton {
 
     implicitWidth: Math.ceil(implicitContentWidth + leftPadding + rightPadding)
     implicitHeight: Math.ceil(implicitContentHeight + topPadding + bottomPadding)
-    focusPolicy: Qt.TabFocus
-    hoverEnabled: true
 
     Accessible.role: Accessible.Button
     Accessible.name: accessibleName
     Accessible.description: enabled ? tooltip : Theme.unavailable
+    Accessible.pressed: pressed
     Accessible.onPressAction: if (root.enabled) root.clicked()
-
-    PressKeys {
-        onPressed: root.clicked()
-    }
 
     HoverTip {
         text: root.tooltip

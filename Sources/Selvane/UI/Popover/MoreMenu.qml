@@ -9,19 +9,11 @@ IconButton {
     required property HeaderModel model
 
     symbol: "ellipsis"
+    symbolSize: 14
+    symbolWeight: Symbol.Semibold
     accessibleName: model.moreLabel
     Accessible.description: model.isUpdateAvailable ? model.updateLabel : ""
     onClicked: menu.open()
-
-    contentItem: Item {
-        Symbol {
-            anchors.centerIn: parent
-            name: root.symbol
-            size: 14
-            weight: Symbol.Semibold
-            color: root.symbolColor
-        }
-    }
 
     // There is an update. The symbol's box is 18 wide; the dot reaches 3 beyond its right and 2 beyond its top.
     Rectangle {

@@ -47,8 +47,6 @@ FocusScope {
             anchors.verticalCenter: parent.verticalCenter
             visible: root.tasks.canClear
             text: root.tasks.clearLabel
-            font.pixelSize: Theme.caption
-            font.weight: Font.Normal
             onClicked: {
                 // The button goes with the last done task; the keyboard would go with it.
                 if (activeFocus)
