@@ -4,6 +4,11 @@
 
 namespace selvane {
 
+// An item that measured itself anew as it goes would tell half of this place.
+LazyItem::~LazyItem() {
+    delete made();
+}
+
 void LazyItem::setSource(const QUrl& source) {
     if (source == _part.source())
         return;

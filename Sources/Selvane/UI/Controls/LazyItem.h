@@ -33,6 +33,7 @@ class LazyItem : public QQuickItem {
 
 public:
     explicit LazyItem(QQuickItem* parent = nullptr) : QQuickItem(parent) {}
+    ~LazyItem() override;
 
     [[nodiscard]] const QUrl& source() const { return _part.source(); }
     void setSource(const QUrl& source);
