@@ -383,6 +383,7 @@ TEST_F(TimerFaceTest, NothingMovesUnderReducedMotion) {
     face.harness.pass(Seconds{750});
     face.open();
     face.engine().reset();
+    QCoreApplication::sendPostedEvents();
     (void)face.window().grabWindow();
     EXPECT_DOUBLE_EQ(face.item<RingArc>()->shownProgress(), 0);
     EXPECT_DOUBLE_EQ(face.item<TimeText>()->rollPosition(), 1);
@@ -394,6 +395,7 @@ TEST_F(TimerFaceTest, ResetMovesTheArcAndTheDigits) {
     face.open();
     (void)face.window().grabWindow();
     face.engine().reset();
+    QCoreApplication::sendPostedEvents();
     (void)face.window().grabWindow();
     EXPECT_GT(face.item<RingArc>()->shownProgress(), 0.1);
     EXPECT_LT(face.item<TimeText>()->rollPosition(), 0.9);

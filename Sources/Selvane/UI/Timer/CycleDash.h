@@ -22,8 +22,8 @@ enum class Look {
 
 enum class Pulse { moving, still };
 
-/// A sixth of the way from one end of the pulse to the other; finer steps are hardly seen.
-inline constexpr Seconds pulseStep{1.4 / 6};
+/// About a fifth of the way from one end of the pulse to the other; finer steps are hardly seen.
+inline constexpr Seconds pulseStep{0.27};
 
 /// A dash for each focus phase of the set, at least one. The position counts from 1; beyond the length every
 /// dash is full.

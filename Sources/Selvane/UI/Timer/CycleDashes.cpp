@@ -2,6 +2,7 @@
 
 #include "Selvane/UI/Controls/Ink.h"
 #include "Selvane/UI/Timer/CycleDash.h"
+#include "Selvane/UI/Timer/DigitRoll.h"
 
 #include <QPainter>
 
@@ -77,6 +78,17 @@ void CycleDashes::followPulse() {
     }
     _pulseStart = now();
     stepAfter(CycleDash::pulseStep);
+}
+
+void CycleDashes::setTime(const QString& time) {
+    if (std::exchange(_time, time) == time)
+        return;
+    if (_follows) {
+        repaint(dash(_position - 1));
+        // The end of the digits' roll is another frame that is drawn anyway.
+        stepAfter(DigitRoll::tickLength);
+    }
+    Q_EMIT timeChanged();
 }
 
 void CycleDashes::step() {

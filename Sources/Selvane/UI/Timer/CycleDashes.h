@@ -21,6 +21,9 @@ class CycleDashes : public selvane::SteppedItem {
     Q_PROPERTY(int length READ length WRITE setLength NOTIFY changed FINAL)
     Q_PROPERTY(bool isRunning READ isRunning WRITE setRunning NOTIFY changed FINAL)
     Q_PROPERTY(bool reducesMotion READ reducesMotion WRITE setReducesMotion NOTIFY changed FINAL)
+    /// The time that is shown beside the dashes. Its changes are frames that the pulse shares, so that it asks
+    /// for fewer of its own.
+    Q_PROPERTY(QString time READ time WRITE setTime NOTIFY timeChanged FINAL)
     Q_PROPERTY(QColor ink READ ink WRITE setInk NOTIFY changed FINAL)
 
     /// "Session 2 of 4"
@@ -41,6 +44,8 @@ public:
     void setRunning(bool running) { change(_isRunning, running); }
     [[nodiscard]] bool reducesMotion() const { return _reducesMotion; }
     void setReducesMotion(bool reducesMotion) { change(_reducesMotion, reducesMotion); }
+    [[nodiscard]] const QString& time() const { return _time; }
+    void setTime(const QString& time);
     [[nodiscard]] const QColor& ink() const { return _ink; }
     void setInk(const QColor& ink) { change(_ink, ink); }
 
@@ -51,6 +56,7 @@ public:
 
 Q_SIGNALS:
     void changed();
+    void timeChanged();
 
 protected:
     void draw(QPainter& painter) override;
@@ -74,6 +80,7 @@ private:
     int _length = 1;
     bool _isRunning = false;
     bool _reducesMotion = false;
+    QString _time;
     QColor _ink = Qt::black;
     Seconds _pulseStart{0};
     bool _follows = false;

@@ -32,6 +32,9 @@ public:
         smooth
     };
 
+    /// How long a roll of the pace `tick` takes.
+    static constexpr Seconds tickLength{0.21};
+
     void change(const QString& time, Pace pace, Seconds now);
     /// Ends what is rolling.
     void settle() { _before = _time; }

@@ -24,6 +24,7 @@ Item {
         position: root.model.cyclePosition
         length: root.model.cycleLength
         isRunning: root.model.isRunning
+        time: root.model.time
         reducesMotion: Theme.reducesMotion
         ink: Theme.solidPrimary
 

@@ -49,6 +49,18 @@ void SteppedItem::geometryChange(const QRectF& newGeometry, const QRectF& oldGeo
     QQuickPaintedItem::geometryChange(newGeometry, oldGeometry);
 }
 
+void SteppedItem::decideSoon() {
+    if (std::exchange(_isDeciding, true))
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            _isDeciding = false;
+            decide();
+        },
+        Qt::QueuedConnection);
+}
+
 void SteppedItem::stepAfter(Seconds delay) {
     _timer.start(std::chrono::ceil<std::chrono::milliseconds>(delay));
 }

@@ -37,6 +37,11 @@ protected:
     void stepAfter(Seconds delay);
     void stopSteps() { _timer.stop(); }
 
+    /// One call of `decide` when all that changes now has changed, in time for the next frame. What is polished
+    /// is too late for that: it would cost a frame more.
+    void decideSoon();
+    virtual void decide() {}
+
     virtual void step() = 0;
     /// The item came before the user, or went.
     virtual void shownChanged() = 0;
@@ -53,6 +58,7 @@ private:
     QTimer _timer;
     QMetaObject::Connection _windowVisibility;
     bool _wasShown = false;
+    bool _isDeciding = false;
     /// A part asked for after the whole would take the place of the whole.
     bool _isStale = true;
 };

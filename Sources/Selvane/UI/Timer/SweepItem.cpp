@@ -10,7 +10,7 @@ void SweepItem::setProgress(double progress) {
     if (std::exchange(_progress, progress) == progress)
         return;
     // Where to move and how is decided when all that changed with the progress is known.
-    polish();
+    decideSoon();
     Q_EMIT progressChanged();
 }
 
@@ -22,7 +22,7 @@ void SweepItem::setRunning(bool running) {
 void SweepItem::setReducesMotion(bool reducesMotion) {
     if (std::exchange(_reducesMotion, reducesMotion) == reducesMotion)
         return;
-    polish();
+    decideSoon();
     Q_EMIT reducesMotionChanged();
 }
 
@@ -45,7 +45,7 @@ void SweepItem::shownChanged() {
     show();
 }
 
-void SweepItem::updatePolish() {
+void SweepItem::decide() {
     Sweep::Motion motion = Sweep::Motion::spring;
     if (_reducesMotion || !isShown())
         motion = Sweep::Motion::none;

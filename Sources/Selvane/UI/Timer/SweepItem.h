@@ -53,7 +53,7 @@ protected:
     void step() override;
     void shownChanged() override;
     void componentComplete() override;
-    void updatePolish() override;
+    void decide() override;
 
 private:
     void show();

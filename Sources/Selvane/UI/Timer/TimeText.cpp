@@ -43,6 +43,15 @@ Measures measure(const QFont& font) {
     return {std::round(widest + tracking), std::round(metrics.horizontalAdvance(QChar(u':')) + tracking)};
 }
 
+/// Times of one shape lie in the same cells.
+QString shape(QString time) {
+    for (QChar& character : time) {
+        if (character != u':')
+            character = u'0';
+    }
+    return time;
+}
+
 double widthOf(const QString& time, const Measures& measures) {
     double width = 0;
     for (const QChar character : time)
@@ -57,11 +66,13 @@ TimeText::TimeText(QQuickItem* parent) : SteppedItem(parent) {
 }
 
 void TimeText::setTime(const QString& time) {
-    if (std::exchange(_time, time) == time)
+    const QString before = std::exchange(_time, time);
+    if (before == time)
         return;
-    layOut();
+    if (shape(before) != shape(time))
+        layOut();
     // How to change is decided when all that changed with the time is known.
-    polish();
+    decideSoon();
     Q_EMIT timeChanged();
 }
 
@@ -126,7 +137,7 @@ void TimeText::layOut() {
         Q_EMIT fontChanged();
 }
 
-void TimeText::updatePolish() {
+void TimeText::decide() {
     if (_roll.time() == _time)
         return;
     DigitRoll::Pace pace = DigitRoll::Pace::smooth;
@@ -135,6 +146,10 @@ void TimeText::updatePolish() {
     else if (_isRunning)
         pace = DigitRoll::Pace::tick;
     _roll.change(_time, pace, now());
+    if (pace == DigitRoll::Pace::tick)
+        repaint(rollingArea());
+    else
+        repaint();
     scheduleStep();
 }
 
@@ -167,7 +182,7 @@ QRectF TimeText::rollingArea() const {
 }
 
 void TimeText::draw(QPainter& painter) {
-    // The roll learns of a time when it is polished, which may not have happened where nobody sees it.
+    // The roll learns of a time a little later, which may be too late for a picture taken now.
     if (_roll.time() != _time)
         _roll.change(_time, DigitRoll::Pace::none, now());
     painter.setRenderHint(QPainter::TextAntialiasing);

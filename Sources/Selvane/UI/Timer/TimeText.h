@@ -66,7 +66,7 @@ protected:
     void draw(QPainter& painter) override;
     void step() override;
     void shownChanged() override;
-    void updatePolish() override;
+    void decide() override;
 
 private:
     void layOut();
