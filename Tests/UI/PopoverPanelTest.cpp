@@ -412,6 +412,16 @@ TEST_F(PopoverPanelTest, ArrowsOfTheVolumeSliderSetTheVolume) {
     EXPECT_DOUBLE_EQ(harness.model().settings().musicVolume(), 0.65);
 }
 
+TEST_F(PopoverPanelTest, ScreenReaderSetsTheVolume) {
+    QAccessibleInterface* const slider =
+        find(QAccessible::queryAccessibleInterface(window), QStringLiteral("Volume"), QAccessible::Slider);
+    ASSERT_NE(slider, nullptr);
+    slider->valueInterface()->setCurrentValue(0.25);
+    EXPECT_DOUBLE_EQ(harness.model().settings().musicVolume(), 0.25);
+    slider->actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
+    EXPECT_DOUBLE_EQ(harness.model().settings().musicVolume(), 0.3);
+}
+
 TEST_F(PopoverPanelTest, KeysSelectTheTabs) {
     EXPECT_EQ(view()->property("tab"), QVariant(PopoverModel::Tasks));
     QTest::keyClick(window, Qt::Key_2, Qt::ControlModifier);

@@ -1,24 +1,23 @@
 import QtQuick
-import QtQuick.Templates as T
 import Selvane.Controls
 
 /// A line of text to type, without a frame. Its name for assistive technology is the placeholder unless another is set.
-T.TextField {
+TextInput {
     id: root
 
+    property string placeholderText: ""
+    property color placeholderTextColor: Theme.secondaryText
     property string accessibleName: placeholderText
     /// A placeholder that is too long is made smaller instead of cut.
     property bool shrinksPlaceholder: false
 
-    implicitWidth: Math.ceil(Math.max(contentWidth, placeholder.implicitWidth) + leftPadding + rightPadding)
-    implicitHeight: Math.ceil(Math.max(contentHeight, placeholder.implicitHeight) + topPadding + bottomPadding)
+    // Text that is too long moves with the cursor.
+    clip: true
+    activeFocusOnTab: true
     color: enabled ? Theme.primaryText : Theme.tertiaryText
-    placeholderTextColor: Theme.secondaryText
     selectionColor: Theme.ink(0.18)
     selectedTextColor: Theme.primaryText
     selectByMouse: true
-    // Controls take the desktop's font, text the program's.
-    font.family: Theme.fontFamily
     font.pixelSize: 14
     verticalAlignment: TextInput.AlignVCenter
 
@@ -41,5 +40,12 @@ T.TextField {
         fontSizeMode: root.shrinksPlaceholder ? Text.HorizontalFit : Text.FixedSize
         minimumPixelSize: 8
         Accessible.ignored: true
+    }
+
+    // The pointer of text; and a press of a button that does nothing here isn't one beside the field.
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.AllButtons & ~(Qt.LeftButton | Qt.MiddleButton)
+        cursorShape: Qt.IBeamCursor
     }
 }

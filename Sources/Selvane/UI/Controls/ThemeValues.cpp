@@ -2,9 +2,6 @@
 
 #include "Selvane/UI/Controls/Ink.h"
 
-#include <QFont>
-#include <QGuiApplication>
-
 namespace selvane {
 
 ThemeValues::ThemeValues(QObject* parent) : QObject(parent), _palette(Palette::of({})) {}
@@ -44,10 +41,6 @@ Look::Glass ThemeValues::glass() const {
 
 QColor ThemeValues::blended(const QColor& from, const QColor& to, double part) {
     return selvane::blended(from, to, part);
-}
-
-QString ThemeValues::fontFamily() const {
-    return QGuiApplication::font().family();
 }
 
 void ThemeValues::lookChanged() {

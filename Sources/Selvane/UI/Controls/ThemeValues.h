@@ -28,8 +28,6 @@ class ThemeValues : public QObject {
 
     /// What a screen reader says of a control that can't be used now. Qt 6.4 has no state for that in views.
     Q_PROPERTY(QString unavailable READ unavailable CONSTANT FINAL)
-    /// The program's font, for what would take the desktop's instead.
-    Q_PROPERTY(QString fontFamily READ fontFamily NOTIFY changed FINAL)
 
     Q_PROPERTY(QColor surface READ surface NOTIFY changed FINAL)
     Q_PROPERTY(QColor backdrop READ backdrop NOTIFY changed FINAL)
@@ -68,7 +66,6 @@ public:
     /// The color on the way from one to another, at 0 the first, at 1 the second and beyond that no further.
     [[nodiscard]] Q_INVOKABLE static QColor blended(const QColor& from, const QColor& to, double part);
 
-    [[nodiscard]] QString fontFamily() const;
     [[nodiscard]] const QColor& surface() const { return _palette.surface; }
     [[nodiscard]] const QColor& backdrop() const { return _palette.backdrop; }
     [[nodiscard]] const QColor& popup() const { return _palette.popup; }

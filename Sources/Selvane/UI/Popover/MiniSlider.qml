@@ -1,31 +1,28 @@
 import QtQuick
-import QtQuick.Templates as T
 import Selvane.Controls
 
 /// A small slider from 0 to 1.
-T.Slider {
+SlideArea {
     id: root
 
     required property string accessibleName
     /// Whether it is drawn. A slider that isn't can still be found by the keyboard and by screen readers.
     property bool shown: true
-
-    readonly property real minimumValue: from
-    readonly property real maximumValue: to
+    /// All that is drawn.
+    property alias background: drawing
 
     implicitWidth: 72
     implicitHeight: 20
-    padding: 0
     stepSize: 0.05
-    snapMode: T.Slider.NoSnap
-    focusPolicy: Qt.TabFocus
-    hoverEnabled: true
-    wheelEnabled: true
+    handleWidth: 12
 
     Accessible.role: Accessible.Slider
     Accessible.name: accessibleName
 
-    background: Item {
+    Item {
+        id: drawing
+
+        anchors.fill: parent
         opacity: root.shown ? 1 : 0
 
         Behavior on opacity {
@@ -45,22 +42,23 @@ T.Slider {
 
         Rectangle {
             y: (parent.height - height) / 2
-            width: root.handle.x + root.handle.width / 2
+            width: handle.x + handle.width / 2
             height: 3
             radius: 1.5
             color: Theme.solidPrimary
         }
-    }
 
-    handle: RoundedShape {
-        opacity: root.background.opacity
-        x: root.visualPosition * (root.width - 12) - spread
-        y: (root.height - height) / 2
-        width: 12 + 2 * spread
-        height: 12 + 2 * spread
-        spread: 4
-        color: Theme.solidPrimary
-        ringed: root.visualFocus
-        ringColor: Theme.focusRing
+        RoundedShape {
+            id: handle
+
+            x: root.position * (root.width - root.handleWidth) - spread
+            y: (root.height - height) / 2
+            width: root.handleWidth + 2 * spread
+            height: width
+            spread: 4
+            color: Theme.solidPrimary
+            ringed: root.visualFocus
+            ringColor: Theme.focusRing
+        }
     }
 }

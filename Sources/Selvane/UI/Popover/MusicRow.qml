@@ -56,9 +56,9 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         visible: root.model.extra === MusicRowModel.Volume
         accessibleName: root.model.volumeLabel
-        value: root.model.volume
+        position: root.model.volume
         shown: root.model.isPlaying || root.hovering || activeFocus
-        onMoved: root.model.volume = value
+        onMoved: root.model.volume = position
     }
 
     IconButton {

@@ -1,21 +1,27 @@
 import QtQuick
-import QtQuick.Templates as T
 import Selvane.Controls
+import Selvane.Tasks
 
-/// A thin bar that shows what part of a list is seen, while that is asked for.
-T.ScrollBar {
+/// A thin bar that shows what part of a list is seen, while that changes or the pointer is there.
+ScrollTrack {
     id: root
 
-    implicitWidth: 10
-    padding: 3
-    minimumSize: 0.15
-    visible: size < 1
-    Accessible.ignored: true
+    required property ListView view
 
-    contentItem: Rectangle {
-        radius: width / 2
+    implicitWidth: 10
+    visible: partSeen < 1
+    partSeen: view.visibleArea.heightRatio
+    partAbove: view.visibleArea.yPosition
+    onScrolled: partAbove => view.contentY = view.originY + partAbove * view.contentHeight
+
+    Rectangle {
+        x: 3
+        y: root.thumbY
+        width: 4
+        height: root.thumbHeight
+        radius: 2
         color: Theme.ink(root.pressed ? 0.5 : root.hovered ? 0.4 : 0.25)
-        opacity: root.active ? 1 : 0
+        opacity: root.view.movingVertically || root.pressed || root.hovered ? 1 : 0
 
         Behavior on opacity {
             SpringMotion {

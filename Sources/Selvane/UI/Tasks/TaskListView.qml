@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Templates as T
 import Selvane.Controls
 import Selvane.Tasks
 
@@ -123,8 +122,6 @@ FocusScope {
             Accessible.role: Accessible.List
             Accessible.name: root.tasks.name
 
-            T.ScrollBar.vertical: ScrollThumb {}
-
             // What the user sees happen takes its time; all else has happened at once. A row that is moved while it
             // appears must not stay half there.
             Transition {
@@ -179,6 +176,13 @@ FocusScope {
                 tasks: root.tasks
                 input: input
             }
+        }
+
+        ScrollThumb {
+            anchors.top: list.top
+            anchors.right: list.right
+            anchors.bottom: list.bottom
+            view: list
         }
 
         EdgeFade {

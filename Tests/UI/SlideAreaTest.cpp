@@ -1,0 +1,218 @@
+#include "ControlsFixture.h"
+
+#include <QSignalSpy>
+#include <QWheelEvent>
+
+#include <gmock/gmock.h>
+
+#include <limits>
+
+namespace selvane {
+namespace {
+
+/// A slider with steps of 0.1 whose handle's middle goes from 10 to 110.
+class SlideAreaTest : public test::ControlsFixture {
+protected:
+    QQuickItem* slider = show(R"(SlideArea {
+        width: 120; height: 20; handleWidth: 20; position: 0.5
+        Accessible.role: Accessible.Slider
+        Accessible.name: "Volume"
+    })");
+    QSignalSpy moves{slider, SIGNAL(moved())};
+
+    [[nodiscard]] double position() const { return slider->property("position").toDouble(); }
+    void setPosition(double position) { slider->setProperty("position", position); }
+    void takeKeyboard() { slider->forceActiveFocus(Qt::TabFocusReason); }
+
+    [[nodiscard]] QPoint at(double x) const { return slider->mapToScene({x, 10}).toPoint(); }
+    void press(double x) { QTest::mousePress(&window, Qt::LeftButton, {}, at(x)); }
+    void drag(double x) { QTest::mouseMove(&window, at(x)); }
+    void letGo(double x) { QTest::mouseRelease(&window, Qt::LeftButton, {}, at(x)); }
+
+    /// Turns the wheel above the slider by eighths of a degree; 120 is a notch away from the user.
+    void turnWheel(QPoint angle, bool inverted = false) {
+        QWheelEvent event(at(60), window.mapToGlobal(at(60)), {}, angle, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, inverted);
+        QCoreApplication::sendEvent(&window, &event);
+    }
+};
+
+// The owner
+
+TEST_F(SlideAreaTest, OwnerSetsThePositionAndIsNotToldOfIt) {
+    setPosition(0.3);
+    EXPECT_DOUBLE_EQ(position(), 0.3);
+    setPosition(7);
+    EXPECT_DOUBLE_EQ(position(), 1);
+    setPosition(-7);
+    EXPECT_DOUBLE_EQ(position(), 0);
+    EXPECT_EQ(moves.count(), 0);
+}
+
+TEST_F(SlideAreaTest, WhatIsNotANumberIsNoPosition) {
+    setPosition(std::numeric_limits<double>::quiet_NaN());
+    EXPECT_DOUBLE_EQ(position(), 0.5);
+    slider->setProperty("value", std::numeric_limits<double>::quiet_NaN());
+    EXPECT_DOUBLE_EQ(position(), 0.5);
+    EXPECT_EQ(moves.count(), 0);
+}
+
+// The mouse
+
+TEST_F(SlideAreaTest, PressBringsTheHandleToTheNearestStep) {
+    struct Row {
+        const char* name;
+        double x;
+        double position;
+    };
+    for (const Row& row :
+         {Row{"the beginning", 0, 0}, Row{"the handle's middle at the beginning", 10, 0},
+          Row{"before the middle of two steps", 34, 0.2}, Row{"behind the middle of two steps", 36, 0.3},
+          Row{"a step", 80, 0.7}, Row{"the end", 119, 1}}) {
+        setPosition(0.5);
+        press(row.x);
+        EXPECT_DOUBLE_EQ(position(), row.position) << row.name;
+        letGo(row.x);
+        EXPECT_DOUBLE_EQ(position(), row.position) << row.name;
+    }
+    EXPECT_EQ(moves.count(), 6);
+}
+
+TEST_F(SlideAreaTest, PressOnTheHandlesMiddleMovesNothing) {
+    press(60);
+    letGo(60);
+    EXPECT_EQ(moves.count(), 0);
+}
+
+TEST_F(SlideAreaTest, DragGoesFromStepToStepAndEndsAtTheEnds) {
+    press(60);
+    drag(63);
+    EXPECT_DOUBLE_EQ(position(), 0.5) << "still the nearest";
+    drag(72);
+    EXPECT_DOUBLE_EQ(position(), 0.6);
+    drag(300);
+    EXPECT_DOUBLE_EQ(position(), 1);
+    drag(-300);
+    EXPECT_DOUBLE_EQ(position(), 0);
+    letGo(20);
+    EXPECT_DOUBLE_EQ(position(), 0.1) << "where it was let go";
+    EXPECT_EQ(moves.count(), 4);
+}
+
+TEST_F(SlideAreaTest, PointerMovesNothingByItself) {
+    drag(20);
+    drag(100);
+    EXPECT_EQ(moves.count(), 0);
+}
+
+TEST_F(SlideAreaTest, OtherButtonsOfTheMouseDoNothing) {
+    QTest::mouseClick(&window, Qt::RightButton, {}, at(20));
+    QTest::mouseClick(&window, Qt::MiddleButton, {}, at(20));
+    EXPECT_EQ(moves.count(), 0);
+}
+
+TEST_F(SlideAreaTest, ClickLeavesTheKeyboardWhereItIs) {
+    press(20);
+    letGo(20);
+    EXPECT_FALSE(slider->hasActiveFocus());
+}
+
+TEST_F(SlideAreaTest, HandleThatFillsItCantBeMoved) {
+    slider->setProperty("handleWidth", 120);
+    press(20);
+    letGo(100);
+    EXPECT_EQ(moves.count(), 0);
+}
+
+TEST_F(SlideAreaTest, WheelMovesItByAStepANotch) {
+    turnWheel({0, 120});
+    EXPECT_DOUBLE_EQ(position(), 0.6);
+    turnWheel({0, -240});
+    EXPECT_DOUBLE_EQ(position(), 0.4);
+    turnWheel({0, 60});
+    EXPECT_DOUBLE_EQ(position(), 0.45) << "a finer wheel";
+    turnWheel({120, 0});
+    EXPECT_DOUBLE_EQ(position(), 0.55) << "sideways";
+    turnWheel({0, 120}, true);
+    EXPECT_DOUBLE_EQ(position(), 0.45) << "a wheel that is turned round";
+    EXPECT_EQ(moves.count(), 5);
+}
+
+TEST_F(SlideAreaTest, WheelIsForOthersOnceItIsAtItsEnd) {
+    QQuickItem* const around = show(R"(Item {
+        width: 120; height: 20
+        property int turns: 0
+        WheelHandler { onWheel: parent.turns += 1 }
+        SlideArea { anchors.fill: parent; position: 0.95 }
+    })");
+    turnWheel({0, 120});
+    EXPECT_EQ(around->property("turns").toInt(), 0);
+    turnWheel({0, 120});
+    EXPECT_EQ(around->property("turns").toInt(), 1);
+}
+
+// The keyboard
+
+TEST_F(SlideAreaTest, LeftAndRightMoveItByAStep) {
+    takeKeyboard();
+    EXPECT_TRUE(slider->property("visualFocus").toBool());
+    key(Qt::Key_Right);
+    EXPECT_DOUBLE_EQ(position(), 0.6);
+    key(Qt::Key_Left);
+    key(Qt::Key_Left);
+    EXPECT_DOUBLE_EQ(position(), 0.4);
+    setPosition(1);
+    key(Qt::Key_Right);
+    EXPECT_EQ(moves.count(), 3) << "there is no further";
+}
+
+TEST_F(SlideAreaTest, OtherKeysAreForOthers) {
+    QQuickItem* const around = show(R"(Item {
+        property list<int> keys
+        property alias slider: slider
+        Keys.onPressed: event => keys.push(event.key)
+        SlideArea { id: slider }
+    })");
+    around->property("slider").value<QQuickItem*>()->forceActiveFocus(Qt::TabFocusReason);
+    for (const Qt::Key which : {Qt::Key_Up, Qt::Key_Left, Qt::Key_Right, Qt::Key_Escape})
+        key(which);
+    EXPECT_THAT(around->property("keys").value<QList<int>>(),
+                testing::ElementsAre(Qt::Key_Up, Qt::Key_Escape));
+}
+
+TEST_F(SlideAreaTest, NothingMovesItWhileItIsDisabled) {
+    takeKeyboard();
+    slider->setEnabled(false);
+    key(Qt::Key_Right);
+    press(20);
+    letGo(20);
+    turnWheel({0, 120});
+    EXPECT_EQ(moves.count(), 0);
+}
+
+// Assistive technology
+
+TEST_F(SlideAreaTest, AssistiveTechnologyKnowsAndMovesIt) {
+    QAccessibleInterface* const known = accessible(QStringLiteral("Volume"));
+    ASSERT_NE(known, nullptr);
+    EXPECT_EQ(known->role(), QAccessible::Slider);
+    EXPECT_TRUE(known->state().focusable);
+    ASSERT_NE(known->valueInterface(), nullptr);
+    QAccessibleValueInterface& value = *known->valueInterface();
+    EXPECT_DOUBLE_EQ(value.currentValue().toDouble(), 0.5);
+    EXPECT_TRUE(value.minimumValue().isValid());
+    EXPECT_DOUBLE_EQ(value.minimumValue().toDouble(), 0);
+    EXPECT_DOUBLE_EQ(value.maximumValue().toDouble(), 1);
+    EXPECT_DOUBLE_EQ(value.minimumStepSize().toDouble(), 0.1);
+
+    value.setCurrentValue(0.23);
+    EXPECT_DOUBLE_EQ(position(), 0.23);
+    known->actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
+    EXPECT_DOUBLE_EQ(position(), 0.33);
+    known->actionInterface()->doAction(QAccessibleActionInterface::decreaseAction());
+    EXPECT_DOUBLE_EQ(position(), 0.23);
+    EXPECT_EQ(moves.count(), 3) << "the owner hears of it";
+}
+
+} // namespace
+} // namespace selvane
