@@ -33,6 +33,8 @@ public:
         const std::scoped_lock lock(_mutex);
         if (type == QmlFile)
             _names.insert(url.fileName().toStdString());
+        if (type == QmldirFile)
+            _modules.insert(url.path().section(u'/', -2, -2).toStdString());
         return url;
     }
 
@@ -41,9 +43,16 @@ public:
         return _names;
     }
 
+    /// The last part of the names of the modules.
+    [[nodiscard]] std::set<std::string> modules() const {
+        const std::scoped_lock lock(_mutex);
+        return _modules;
+    }
+
 private:
     mutable std::mutex _mutex;
     std::set<std::string> _names;
+    std::set<std::string> _modules;
 };
 
 /// The popover as it is made for its first frame. Each file that the engine reads for it costs time before
@@ -109,6 +118,15 @@ TEST_F(FirstFrameTest, ReadsNoMenuEditorOrPageThatIsNotSeen) {
                   "SymbolTile.qml",   "MinutesField.qml", "TitleEditor.qml",   "ProgressTab.qml",
                   "GoalRing.qml",     "HeatmapView.qml",  "MetaStat.qml",      "TipArea.qml",
                   "TipBubble.qml"});
+}
+
+TEST_F(FirstFrameTest, NeedsNoModuleOfControlsOrLayouts) {
+    harness.model().addTask("Write");
+    make();
+    EXPECT_THAT(reading.modules(), Contains("Popover"));
+    EXPECT_THAT(reading.modules(), Contains("QtQuick"));
+    for (const char* const module : {"Templates", "Controls.2", "Layouts", "Window", "Shapes"})
+        EXPECT_THAT(reading.modules(), Not(Contains(module)));
 }
 
 TEST_F(FirstFrameTest, ReadsOnlyTheChosenStyleOfTheFace) {
