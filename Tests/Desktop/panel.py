@@ -1,6 +1,7 @@
 #!/usr/bin/python3
 """The panel opens and closes by every way that a user knows."""
 
+import pathlib
 import sys
 
 import harness
@@ -13,11 +14,18 @@ def inside(inner, outer):
             inner.y + inner.height <= outer.y + outer.height)
 
 
+def loaded(selvane, library):
+    return library in pathlib.Path(f"/proc/{selvane.process.pid}/maps").read_text()
+
+
 def test(desktop, selvane):
     selvane.start()
     check(selvane.stays_closed(), "a start by itself opens nothing")
 
     selvane.open_panel()
+    check(loaded(selvane, "libQt6Quick."), "the panel is drawn by Qt Quick")
+    check(not loaded(selvane, "QuickTemplates2") and not loaded(selvane, "QuickLayouts"),
+          "what only menus need isn't loaded for the first frame")
     panel = selvane.card
     check(inside(panel, Area(0, 0, *desktop.size)), f"the panel lies on the screen: {panel}")
     if selvane.dial:
@@ -38,6 +46,11 @@ def test(desktop, selvane):
     check(not selvane.stays_closed(), "a turn of the wheel elsewhere leaves the panel open")
     desktop.move(2, desktop.size[1] - 2)
     idle = desktop.settled_picture(selvane.panel)
+    selvane.click_control("More")
+    wait("a menu loads what menus need", lambda: loaded(selvane, "QuickTemplates2"))
+    desktop.key("Escape")
+    desktop.move(2, desktop.size[1] - 2)
+    wait("the menu to close", lambda: not changed_area(idle, desktop.picture(selvane.panel)))
     selvane.click_control("Start")
     wait("the countdown", lambda: changed_area(idle, desktop.picture(selvane.panel)))
     check(not selvane.stays_closed(1.5), "a click on Start leaves the panel open")
