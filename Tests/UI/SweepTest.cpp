@@ -40,12 +40,36 @@ TEST(Sweep, JumpsWithoutMotion) {
 TEST(Sweep, LongPhaseNeedsNoStepBetweenItsTicks) {
     Sweep sweep;
     sweep.jump(0.5);
-    for (int tick = 1; tick <= 3; ++tick) {
+    for (int tick = 1; tick <= 30; ++tick) {
         const Seconds now = start + Seconds{static_cast<double>(tick)};
         sweep.aim(0.5 + tick / 1500.0, Motion::linear, path, now);
-        EXPECT_DOUBLE_EQ(sweep.shown(now), 0.5 + tick / 1500.0);
+        EXPECT_NEAR(sweep.shown(now) * path, (0.5 + tick / 1500.0) * path, 0.5) << "half a pixel";
         EXPECT_TRUE(steps(sweep, now).empty());
     }
+}
+
+TEST(Sweep, TickThatCannotBeSeenIsNotDrawn) {
+    Sweep sweep;
+    sweep.jump(0.5);
+    // Two fifths of the least that can be seen.
+    const double tick = 0.2 / path;
+    sweep.aim(0.5 + tick, Motion::linear, path, start);
+    EXPECT_DOUBLE_EQ(sweep.shown(start), 0.5);
+    EXPECT_DOUBLE_EQ(sweep.target(), 0.5 + tick);
+    sweep.aim(0.5 + 2 * tick, Motion::linear, path, start);
+    EXPECT_DOUBLE_EQ(sweep.shown(start), 0.5);
+    sweep.aim(0.5 + 3 * tick, Motion::linear, path, start);
+    EXPECT_DOUBLE_EQ(sweep.shown(start), 0.5 + 3 * tick) << "none is lost";
+    sweep.aim(0.5 + 4 * tick, Motion::none, path, start);
+    EXPECT_DOUBLE_EQ(sweep.shown(start), 0.5 + 4 * tick) << "a jump is drawn however short it is";
+}
+
+TEST(Sweep, FirstTickBringsTheHead) {
+    Sweep sweep;
+    sweep.jump(0);
+    sweep.aim(0.2 / path, Motion::linear, path, start);
+    EXPECT_GT(sweep.shown(start), 0);
+    EXPECT_GT(sweep.headPresence(start), 0);
 }
 
 TEST(Sweep, ShortPhaseStepsByHalfPixelsAndJoinsItsTicks) {

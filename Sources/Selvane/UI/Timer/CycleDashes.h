@@ -21,8 +21,8 @@ class CycleDashes : public selvane::SteppedItem {
     Q_PROPERTY(int length READ length WRITE setLength NOTIFY changed FINAL)
     Q_PROPERTY(bool isRunning READ isRunning WRITE setRunning NOTIFY changed FINAL)
     Q_PROPERTY(bool reducesMotion READ reducesMotion WRITE setReducesMotion NOTIFY changed FINAL)
-    /// The time that is shown beside the dashes. Its changes are frames that the pulse shares, so that it asks
-    /// for fewer of its own.
+    /// The time that is shown beside the dashes. Its changes are frames that the pulse shares, so that it
+    /// asks for fewer of its own.
     Q_PROPERTY(QString time READ time WRITE setTime NOTIFY timeChanged FINAL)
     Q_PROPERTY(QColor ink READ ink WRITE setInk NOTIFY changed FINAL)
 

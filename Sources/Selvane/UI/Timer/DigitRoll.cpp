@@ -13,7 +13,7 @@ constexpr double response = 0.5;
 constexpr double dampingFraction = 0.85;
 constexpr Seconds smoothStep{1.0 / 60};
 /// A tick's roll ends when the spring has come so near that the rest is not seen in a digit.
-constexpr Seconds tickStep = DigitRoll::tickLength / 3;
+constexpr Seconds tickStep = DigitRoll::tickLength / 2;
 /// Sums of steps miss the end by less.
 constexpr Seconds nothing{1e-6};
 

@@ -33,7 +33,7 @@ public:
     };
 
     /// How long a roll of the pace `tick` takes.
-    static constexpr Seconds tickLength{0.21};
+    static constexpr Seconds tickLength{0.18};
 
     void change(const QString& time, Pace pace, Seconds now);
     /// Ends what is rolling.

@@ -37,8 +37,8 @@ protected:
     void stepAfter(Seconds delay);
     void stopSteps() { _timer.stop(); }
 
-    /// One call of `decide` when all that changes now has changed, in time for the next frame. What is polished
-    /// is too late for that: it would cost a frame more.
+    /// One call of `decide` when all that changes now has changed, in time for the next frame. What is
+    /// polished is too late for that: it would cost a frame more.
     void decideSoon();
     virtual void decide() {}
 

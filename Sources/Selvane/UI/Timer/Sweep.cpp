@@ -21,6 +21,7 @@ constexpr double farthestTick = 0.05;
 } // namespace
 
 void Sweep::jump(double target) {
+    _target = target;
     _from = target;
     _to = target;
     _headFrom = target > 0 ? 1 : 0;
@@ -37,6 +38,9 @@ void Sweep::aim(double target, Motion motion, double pathPixels, Seconds now) {
     const bool headChanges = head != (target > 0 ? 1 : 0);
     const double visibleSteps =
         headChanges ? std::max(distance * pathPixels * 2, mostStepsOfATick) : distance * pathPixels * 2;
+    _target = target;
+    if (motion == Motion::linear && visibleSteps < 1)
+        return;
     if (motion == Motion::none || visibleSteps < 1.5) {
         jump(target);
         return;

@@ -9,7 +9,8 @@ namespace selvane {
 /// Where the end of an arc or a bar is drawn while it is on its way to a new place. A value; the caller tells
 /// the time, on any clock that only goes forward.
 ///
-/// It steps only as often as a step can be seen, so that a long phase costs nothing between its ticks.
+/// It steps only as often as a step can be seen, so that a long phase costs nothing between its ticks, and
+/// not even at every tick.
 class Sweep {
 public:
     enum class Motion {
@@ -26,7 +27,7 @@ public:
     /// Sets out for a share. `pathPixels` is how many pixels of the screen the whole path has.
     void aim(double target, Motion motion, double pathPixels, Seconds now);
 
-    [[nodiscard]] double target() const { return _to; }
+    [[nodiscard]] double target() const { return _target; }
     /// Where it is drawn now.
     [[nodiscard]] double shown(Seconds now) const;
     /// How much of the head at the end is there, from 0 to 1: it goes with the last of the line, and comes
@@ -39,6 +40,7 @@ private:
     /// How far it has come on its way, from 0 to 1.
     [[nodiscard]] double travelled(Seconds now) const;
 
+    double _target = 0;
     double _from = 0;
     double _to = 0;
     double _headFrom = 0;

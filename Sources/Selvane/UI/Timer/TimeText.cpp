@@ -205,9 +205,13 @@ void TimeText::draw(QPainter& painter) {
         const double y = std::round((_baseline - rise + offset) * scale) / scale;
         painter.drawText(QPointF(x, y), character);
     };
+    const QRectF wanted = painter.hasClipping() ? painter.clipBoundingRect() : boundingRect();
     const std::vector<DigitRoll::Cell> cells = _roll.cells();
     for (std::size_t index = 0; index < cells.size() && index + 1 < _edges.size(); ++index) {
         const auto& [shown, before] = cells[index];
+        // Ink may reach a little into the cells beside its own.
+        if (left + _edges[index + 1] < wanted.left() - 2 || left + _edges[index] > wanted.right() + 2)
+            continue;
         if (!before) {
             draw(shown, index, 0, 1);
             continue;
