@@ -3,6 +3,7 @@
 #include <QImage>
 #include <QQuickWindow>
 #include <QSGImageNode>
+#include <QSGRectangleNode>
 
 #include <array>
 #include <span>
@@ -17,6 +18,8 @@ struct Piece {
     int length = 0;
     int to = 0;
     int drawnLength = 0;
+
+    [[nodiscard]] bool isStretched() const { return length != drawnLength; }
 };
 
 /// One piece, or three of which the middle one is stretched.
@@ -50,11 +53,20 @@ StretchedPicture::StretchedPicture(const QImage& picture, QSize full, double pix
     const Pieces rows(picture.height(), full.height());
     for (const Piece& row : rows.all()) {
         for (const Piece& column : columns.all()) {
+            const QRectF place(column.to / pixels, row.to / pixels, column.drawnLength / pixels,
+                               row.drawnLength / pixels);
+            if (column.isStretched() && row.isStretched()) {
+                // One pixel. As a rectangle of its colour it is drawn several times faster.
+                QSGRectangleNode* const node = window.createRectangleNode();
+                node->setColor(picture.pixelColor(column.from, row.from));
+                node->setRect(place);
+                appendChildNode(node);
+                continue;
+            }
             QSGImageNode* const node = window.createImageNode();
             node->setTexture(_texture.get());
             node->setSourceRect(QRectF(column.from, row.from, column.length, row.length));
-            node->setRect(QRectF(column.to / pixels, row.to / pixels, column.drawnLength / pixels,
-                                 row.drawnLength / pixels));
+            node->setRect(place);
             appendChildNode(node);
         }
     }
