@@ -6,8 +6,12 @@
 #include "SelvaneCore/Log.h"
 
 #include <QBitmap>
+#include <QFont>
+#include <QFontInfo>
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QPainter>
+#include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQmlError>
 #include <QQuickItem>
@@ -15,6 +19,9 @@
 #include <QScreen>
 #include <QSurfaceFormat>
 
+#include <array>
+#include <optional>
+#include <thread>
 #include <utility>
 
 namespace selvane {
@@ -46,6 +53,65 @@ QRegion roundedRegion(QSize size, int radius) {
     painter.end();
     return QRegion(mask);
 }
+
+QUrl popoverFile() {
+    return QUrl(QStringLiteral("qrc:/qt-project.org/imports/Selvane/Popover/Popover.qml"));
+}
+
+QUrl faceFile(TimerFaceModel::Style style) {
+    const auto file = [](const char* name) {
+        return QUrl(
+            QStringLiteral("qrc:/qt-project.org/imports/Selvane/Timer/%1.qml").arg(QLatin1String(name)));
+    };
+    switch (style) {
+    case TimerFaceModel::Ring:
+        return file("RingFace");
+    case TimerFaceModel::Bar:
+        return file("BarFace");
+    case TimerFaceModel::Minimal:
+        return file("MinimalFace");
+    }
+    __builtin_unreachable();
+}
+
+/// By weight and size in pixels.
+constexpr std::array usedFonts{
+    std::pair{QFont::Normal, 11},   std::pair{QFont::Normal, 13},   std::pair{QFont::Normal, 14},
+    std::pair{QFont::Medium, 11},   std::pair{QFont::Medium, 12},   std::pair{QFont::Medium, 13},
+    std::pair{QFont::DemiBold, 11}, std::pair{QFont::DemiBold, 12}, std::pair{QFont::DemiBold, 14},
+};
+
+/// Finds the files of the fonts that the views use, which Qt does only when the first text asks for them.
+void findFonts() {
+    QFont font = QGuiApplication::font();
+    for (const auto& [weight, size] : usedFonts) {
+        font.setWeight(weight);
+        font.setPixelSize(size);
+        [[maybe_unused]] const double height = QFontMetricsF(font).height();
+    }
+}
+
+/// What the first frame needs and more than one thread can get at once: as long as this exists, the engine
+/// reads the files of the views in a thread of its own, while this one finds the fonts.
+class HeadStart {
+public:
+    HeadStart(QQmlEngine& engine, TimerFaceModel::Style style) : _modules(&engine) {
+        // The fonts of the system are listed once for all threads.
+        std::thread listing(
+            [] { [[maybe_unused]] const bool found = QFontInfo(QGuiApplication::font()).exactMatch(); });
+        // What a module asks of this thread must be done before, or the engine's would wait for it.
+        _modules.setData("import QtQuick\nItem {}", {});
+        _popover.emplace(&engine, popoverFile(), QQmlComponent::Asynchronous);
+        _face.emplace(&engine, faceFile(style), QQmlComponent::Asynchronous);
+        listing.join();
+        findFonts();
+    }
+
+private:
+    QQmlComponent _modules;
+    std::optional<QQmlComponent> _popover;
+    std::optional<QQmlComponent> _face;
+};
 
 } // namespace
 
@@ -84,13 +150,13 @@ PopoverPanel::PopoverPanel(const PanelContext& context)
                    Qt::NoDropShadowWindowHint);
     _view.setResizeMode(QQuickView::SizeViewToRootObject);
     _view.setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(&_model)}});
-    _view.setSource(QUrl(QStringLiteral("qrc:/qt-project.org/imports/Selvane/Popover/Popover.qml")));
+    const HeadStart headStart(*_view.engine(), _model.face()->style());
+    _view.setSource(popoverFile());
     for (const QQmlError& error : _view.errors())
         Log::line("the popover doesn't load: " + error.toString().toStdString());
     // The timer's face may be given another style, and with it another height.
     if (const QQuickItem* const root = _view.rootObject())
         QObject::connect(root, &QQuickItem::heightChanged, &_view, [this] { heightChanged(); });
-    fitWindow();
 }
 
 bool PopoverPanel::isReady() const {
