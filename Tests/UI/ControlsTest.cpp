@@ -320,7 +320,7 @@ TEST_F(TabsTest, HighlightIsThereAtOnceInAWiderRow) {
     ASSERT_FALSE(theme().reducesMotion());
     const auto shapes = tabs->findChildren<QQuickItem*>();
     const auto highlight = std::ranges::find_if(
-        shapes, [](const QQuickItem* shape) { return shape->property("place").isValid(); });
+        shapes, [](const QQuickItem* shape) { return shape->property("shadowRadius").toDouble() > 0; });
     ASSERT_NE(highlight, shapes.end());
     const double before = (*highlight)->x();
     tabs->setWidth(tabs->width() + 30);

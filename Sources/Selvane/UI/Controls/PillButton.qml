@@ -18,14 +18,7 @@ Pressable {
     leftInset: -4
     rightInset: -4
     bottomInset: -4
-    scale: down ? 0.96 : 1
-
-    Behavior on scale {
-        SpringMotion {
-            response: 0.15
-            dampingFraction: 0.85
-        }
-    }
+    scale: size.value
 
     contentItem: Text {
         text: root.text
@@ -44,5 +37,14 @@ Pressable {
         hovered: root.hovered
         pressed: root.down
         ringed: root.visualFocus
+    }
+
+    SpringValue {
+        id: size
+
+        target: root.down ? 0.96 : 1
+        response: 0.15
+        dampingFraction: 0.85
+        animated: !Theme.reducesMotion
     }
 }

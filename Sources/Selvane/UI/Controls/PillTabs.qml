@@ -47,13 +47,20 @@ KeyboardStop {
         label: root.label
         onChosen: index => root.chosen(index)
 
-        RoundedShape {
-            /// In segments: where the row becomes wider, the highlight is there at once.
-            property real place: Math.max(root.currentIndex, 0)
+        // In segments: where the row becomes wider, the highlight is there at once.
+        SpringValue {
+            id: place
 
+            target: Math.max(root.currentIndex, 0)
+            response: 0.25
+            dampingFraction: 0.85
+            animated: !Theme.reducesMotion
+        }
+
+        RoundedShape {
             // Room for the shadow.
             spread: 5
-            x: Math.round(place * strip.segment) - 5
+            x: Math.round(place.value * strip.segment) - 5
             y: -5
             width: Math.round(strip.segment) + 10
             height: strip.height + 10
@@ -63,13 +70,6 @@ KeyboardStop {
             shadowColor: Theme.segmentShadow
             shadowRadius: 3
             shadowOffset: 1
-
-            Behavior on place {
-                SpringMotion {
-                    response: 0.25
-                    dampingFraction: 0.85
-                }
-            }
         }
 
         Repeater {

@@ -19,18 +19,19 @@ SlideArea {
     Accessible.role: Accessible.Slider
     Accessible.name: accessibleName
 
+    SpringValue {
+        id: presence
+
+        target: root.shown ? 1 : 0
+        response: 0.2
+        animated: !Theme.reducesMotion
+    }
+
     Item {
         id: drawing
 
         anchors.fill: parent
-        opacity: root.shown ? 1 : 0
-
-        Behavior on opacity {
-            SpringMotion {
-                response: 0.2
-                dampingFraction: 1
-            }
-        }
+        opacity: presence.value
 
         Rectangle {
             y: (parent.height - height) / 2

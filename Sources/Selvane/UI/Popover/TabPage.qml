@@ -8,14 +8,16 @@ Item {
     required property bool selected
 
     anchors.fill: parent
-    opacity: selected ? 1 : 0
+    opacity: presence.value
     visible: opacity > 0
     enabled: selected
 
-    Behavior on opacity {
-        SpringMotion {
-            response: 0.5
-            dampingFraction: 0.85
-        }
+    SpringValue {
+        id: presence
+
+        target: root.selected ? 1 : 0
+        response: 0.5
+        dampingFraction: 0.85
+        animated: !Theme.reducesMotion
     }
 }

@@ -24,22 +24,22 @@ Item {
     Accessible.onPressAction: root.clicked()
     Accessible.onToggleAction: root.clicked()
 
+    SpringValue {
+        id: tick
+
+        target: root.isOn ? 1 : 0
+        response: 0.25
+        dampingFraction: 0.85
+        animated: root.animated && !Theme.reducesMotion
+    }
+
     CheckShape {
         id: shape
 
         anchors.fill: parent
-        progress: root.isOn ? 1 : 0
+        progress: tick.value
         ringColor: Theme.secondaryText
         fillColor: Theme.primary
-
-        Behavior on progress {
-            enabled: root.animated
-
-            SpringMotion {
-                response: 0.25
-                dampingFraction: 0.85
-            }
-        }
     }
 
     Symbol {

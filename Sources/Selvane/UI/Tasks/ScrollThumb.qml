@@ -14,6 +14,14 @@ ScrollTrack {
     partAbove: view.visibleArea.yPosition
     onScrolled: partAbove => view.contentY = view.originY + partAbove * view.contentHeight
 
+    SpringValue {
+        id: presence
+
+        target: root.view.movingVertically || root.pressed || root.hovered ? 1 : 0
+        response: 0.25
+        animated: !Theme.reducesMotion
+    }
+
     Rectangle {
         x: 3
         y: root.thumbY
@@ -21,13 +29,6 @@ ScrollTrack {
         height: root.thumbHeight
         radius: 2
         color: Theme.ink(root.pressed ? 0.5 : root.hovered ? 0.4 : 0.25)
-        opacity: root.view.movingVertically || root.pressed || root.hovered ? 1 : 0
-
-        Behavior on opacity {
-            SpringMotion {
-                response: 0.25
-                dampingFraction: 1
-            }
-        }
+        opacity: presence.value
     }
 }

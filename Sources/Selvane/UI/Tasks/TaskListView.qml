@@ -214,18 +214,19 @@ FocusScope {
         }
     }
 
+    SpringValue {
+        id: emptiness
+
+        target: root.tasks.isEmpty ? 1 : 0
+        response: 0.5
+        animated: !Theme.reducesMotion
+    }
+
     Column {
         anchors.centerIn: input
         spacing: 6
         visible: opacity > 0
-        opacity: root.tasks.isEmpty ? 1 : 0
-
-        Behavior on opacity {
-            SpringMotion {
-                response: 0.5
-                dampingFraction: 1
-            }
-        }
+        opacity: emptiness.value
 
         Symbol {
             anchors.horizontalCenter: parent.horizontalCenter

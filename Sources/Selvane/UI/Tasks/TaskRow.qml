@@ -24,16 +24,7 @@ FocusScope {
     /// False while the row waits for another task, whose differences from the last one are no changes.
     property bool inUse: true
     /// From 0, open, to 1, done.
-    property real doneness: isDone ? 1 : 0
-
-    Behavior on doneness {
-        enabled: root.inUse
-
-        SpringMotion {
-            response: 0.5
-            dampingFraction: 0.85
-        }
-    }
+    readonly property real doneness: tick.value
 
     z: isLifted ? 1 : 0
     // One stop of the list; it can't end while the keyboard is still there.
@@ -55,6 +46,15 @@ FocusScope {
     // A row that waits isn't drawn, but would be told.
     Accessible.ignored: !inUse
     Accessible.onPressAction: root.input.requestMenu(root.index)
+
+    SpringValue {
+        id: tick
+
+        target: root.isDone ? 1 : 0
+        response: 0.5
+        dampingFraction: 0.85
+        animated: root.inUse && !Theme.reducesMotion
+    }
 
     Item {
         id: content

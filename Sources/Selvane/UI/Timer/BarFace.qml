@@ -48,6 +48,14 @@ Column {
             color: Theme.ink(0.08)
         }
 
+        SpringValue {
+            id: strength
+
+            target: root.model.strength
+            response: 0.5
+            animated: !Theme.reducesMotion
+        }
+
         BarFill {
             anchors.horizontalCenter: parent.horizontalCenter
             anchors.verticalCenter: parent.verticalCenter
@@ -56,14 +64,7 @@ Column {
             isRunning: root.model.isRunning
             reducesMotion: Theme.reducesMotion
             ink: Theme.solidPrimary
-            opacity: root.model.strength
-
-            Behavior on opacity {
-                SpringMotion {
-                    response: 0.5
-                    dampingFraction: 1
-                }
-            }
+            opacity: strength.value
         }
     }
 

@@ -11,14 +11,15 @@ Item {
     required property TimerFaceModel model
 
     enabled: chosen
-    opacity: chosen ? 1 : 0
+    opacity: presence.value
     scale: Theme.reducesMotion ? 1 : 0.96 + 0.04 * opacity
 
-    Behavior on opacity {
-        SpringMotion {
-            response: 0.5
-            dampingFraction: 1
-        }
+    SpringValue {
+        id: presence
+
+        target: root.chosen ? 1 : 0
+        response: 0.5
+        animated: !Theme.reducesMotion
     }
 
     LazyItem {

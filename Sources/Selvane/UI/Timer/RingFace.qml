@@ -16,20 +16,21 @@ Item {
         ink: Theme.solidPrimary
     }
 
+    SpringValue {
+        id: strength
+
+        target: root.model.strength
+        response: 0.5
+        animated: !Theme.reducesMotion
+    }
+
     RingArc {
         anchors.centerIn: parent
         progress: root.model.progress
         isRunning: root.model.isRunning
         reducesMotion: Theme.reducesMotion
         ink: Theme.solidPrimary
-        opacity: root.model.strength
-
-        Behavior on opacity {
-            SpringMotion {
-                response: 0.5
-                dampingFraction: 1
-            }
-        }
+        opacity: strength.value
     }
 
     Column {

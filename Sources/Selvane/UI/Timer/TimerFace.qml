@@ -9,13 +9,14 @@ Item {
     required property TimerFaceModel model
 
     implicitWidth: 240
-    implicitHeight: model.frameHeight
+    implicitHeight: frame.value
 
-    Behavior on implicitHeight {
-        SpringMotion {
-            response: 0.5
-            dampingFraction: 1
-        }
+    SpringValue {
+        id: frame
+
+        target: root.model.frameHeight
+        response: 0.5
+        animated: !Theme.reducesMotion
     }
 
     FaceStyle {
