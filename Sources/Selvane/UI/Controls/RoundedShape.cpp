@@ -1,5 +1,6 @@
 #include "Selvane/UI/Controls/RoundedShape.h"
 
+#include <QDataStream>
 #include <QPainter>
 #include <QQuickWindow>
 
@@ -13,6 +14,10 @@ namespace {
 constexpr double ringWidth = 2;
 /// Of the ground, between the shape and its ring.
 constexpr double ringGap = 2;
+
+bool isSeen(const QBrush& brush) {
+    return brush.style() != Qt::SolidPattern || brush.color().alpha() > 0;
+}
 
 /// What lies within a shape but not within the same shape drawn smaller by a width.
 QPainterPath frame(const QRectF& outer, double radius, double width) {
@@ -51,13 +56,15 @@ QBrush RoundedShape::edge(const QRectF& /*shape*/) const {
     return _edgeColor;
 }
 
+void RoundedShape::describe(QDataStream& look) const {
+    const QRectF shape = shapeRectangle(size());
+    look << "RoundedShape" << _spread << _radius << fill(shape) << edge(shape) << _edgeWidth << _shadow.color
+         << _shadow.radius << _shadow.offset << _ringed << _ringColor;
+}
+
 bool RoundedShape::isClear() const {
     const QRectF shape = shapeRectangle(size());
-    const auto isInvisible = [](const QBrush& brush) {
-        return brush.style() == Qt::SolidPattern && brush.color().alpha() == 0;
-    };
-    return shape.isEmpty() ||
-           (!_ringed && !isSeen(_shadow) && isInvisible(fill(shape)) && isInvisible(edge(shape)));
+    return shape.isEmpty() || (!_ringed && !isSeen(_shadow) && !isSeen(fill(shape)) && !isSeen(edge(shape)));
 }
 
 QSizeF RoundedShape::leastSize() const {
@@ -79,8 +86,10 @@ void RoundedShape::paint(QPainter* painter, const QSizeF& size) {
     const double radius = cornerRadius(shape);
     paintShadow(*painter, shape, radius, _shadow, pixels());
     painter->setPen(Qt::NoPen);
-    painter->fillPath(roundedRectangle(shape, radius, Corners::continuous), fill(shape));
-    painter->fillPath(frame(shape, radius, crispWidth(_edgeWidth, pixels())), edge(shape));
+    if (const QBrush brush = fill(shape); isSeen(brush))
+        painter->fillPath(roundedRectangle(shape, radius, Corners::continuous), brush);
+    if (const QBrush brush = edge(shape); isSeen(brush))
+        painter->fillPath(frame(shape, radius, crispWidth(_edgeWidth, pixels())), brush);
     if (_ringed)
         paintRing(*painter, shape, radius);
 }

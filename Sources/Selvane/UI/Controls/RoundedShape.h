@@ -73,6 +73,7 @@ protected:
     [[nodiscard]] QRectF shapeRectangle(const QSizeF& size) const;
     [[nodiscard]] double cornerRadius(const QRectF& shape) const;
 
+    void describe(QDataStream& look) const override;
     [[nodiscard]] bool isClear() const override;
     [[nodiscard]] QSizeF leastSize() const override;
 

@@ -2,6 +2,7 @@
 
 #include "Selvane/UI/Controls/Ink.h"
 
+#include <QDataStream>
 #include <QLineF>
 #include <QPainter>
 
@@ -62,6 +63,10 @@ bool CheckShape::contains(const QPointF& point) const {
     return QLineF(boundingRect().center(), point).length() <= std::min(width(), height()) / 2;
 }
 
+void CheckShape::describe(QDataStream& look) const {
+    look << "CheckShape" << _progress << _ringColor << _fillColor;
+}
+
 void CheckShape::paint(QPainter* painter, const QSizeF& size) {
     const QPointF center = QRectF({}, size).center();
     const double radius = std::min(size.width(), size.height()) / 2;
@@ -71,6 +76,8 @@ void CheckShape::paint(QPainter* painter, const QSizeF& size) {
     // Inside the edge.
     painter->drawEllipse(center, radius - ringWidth / 2, radius - ringWidth / 2);
 
+    if (_progress <= 0)
+        return;
     painter->setPen(Qt::NoPen);
     painter->setBrush(faded(_fillColor, on(0, _progress)));
     const double scale = on(discScaleWhenOff, _progress);

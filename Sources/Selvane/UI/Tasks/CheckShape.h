@@ -41,6 +41,9 @@ Q_SIGNALS:
     void ringColorChanged();
     void fillColorChanged();
 
+protected:
+    void describe(QDataStream& look) const override;
+
 private:
     double _progress = 0;
     QColor _ringColor;
