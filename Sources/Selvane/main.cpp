@@ -8,6 +8,7 @@
 #include "Selvane/Platform/Linux/LinuxScheduler.h"
 #include "Selvane/Platform/Linux/LinuxSerialQueue.h"
 #include "Selvane/Platform/Linux/LinuxStatusItem.h"
+#include "Selvane/Platform/Linux/LoadedPages.h"
 #include "Selvane/Platform/Linux/LocalZone.h"
 #include "Selvane/Platform/Linux/LogindAwayMonitor.h"
 #include "Selvane/Platform/Linux/SingleInstance.h"
@@ -161,6 +162,7 @@ int run(QGuiApplication& application) {
         .appearance = &appearance,
         .presses = &presses,
         .makePanel = PanelLoader::load,
+        .giveBackMemory = LoadedPages::giveBack,
     });
     instance.onActivate = [&delegate] { delegate.applicationShouldHandleReopen(); };
 

@@ -28,8 +28,10 @@ protected:
                                                     EXPECT_EQ(context.windows, &windows);
                                                     return std::make_unique<test::FakePanel>(harness.journal);
                                                 },
-                                                &windows});
+                                                &windows, [this] { ++givenBack; }});
     }
+
+    int givenBack = 0;
 
     test::ModelHarness harness;
     test::FakeStatusItemHost host;
@@ -44,6 +46,31 @@ TEST_F(AppDelegateTest, LaunchShowsTheItemThenBacksUpThenLooksForNews) {
     finishLaunching();
     EXPECT_TRUE(host.content());
     EXPECT_THAT(harness.journal.entries(), ElementsAre("lifecycle.backUpDaily", "lifecycle.whatsNew"));
+}
+
+TEST_F(AppDelegateTest, MemoryOfTheStartIsGivenBackOnceItIsOver) {
+    finishLaunching();
+    harness.pass(Seconds{0.9});
+    EXPECT_EQ(givenBack, 0);
+    harness.pass(Seconds{0.2});
+    EXPECT_EQ(givenBack, 1);
+    harness.pass(Seconds{3600});
+    EXPECT_EQ(givenBack, 1);
+}
+
+TEST_F(AppDelegateTest, MemoryOfTheFirstOpeningIsGivenBackOnceItIsOver) {
+    finishLaunching();
+    harness.pass(Seconds{0.5});
+    delegate.applicationShouldHandleReopen();
+    harness.pass(Seconds{1});
+    EXPECT_EQ(givenBack, 0) << "the start's waits for the opening";
+    harness.pass(Seconds{1.1});
+    EXPECT_EQ(givenBack, 1);
+    delegate.applicationShouldHandleReopen();
+    harness.pass(Seconds{1});
+    delegate.applicationShouldHandleReopen();
+    harness.pass(Seconds{10});
+    EXPECT_EQ(givenBack, 1) << "what is opened again needs what it finds";
 }
 
 TEST(AppDelegate, RecoveryNoticePostsOneDataNotification) {

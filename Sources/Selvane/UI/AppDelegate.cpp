@@ -4,14 +4,25 @@
 
 namespace selvane {
 
+namespace {
+
+/// Before a user who starts the program by hand finds its icon.
+constexpr Seconds startLength{1};
+/// As long as the panel's first transitions.
+constexpr Seconds firstOpeningLength{2};
+
+} // namespace
+
 AppDelegate::AppDelegate(AppEnvironment environment)
     : _scheduler(*environment.scheduler), _model(std::move(environment)) {}
 
 void AppDelegate::applicationDidFinishLaunching(Desktop desktop) {
+    _giveBackMemory = std::move(desktop.giveBackMemory);
     _statusItem = std::make_unique<StatusItemController>(
         _model, *desktop.statusItem, _scheduler, *desktop.presses,
-        [make = std::move(desktop.makePanel),
+        [this, make = std::move(desktop.makePanel),
          context = PanelContext{&_model, desktop.appearance, &_scheduler, desktop.windows}] {
+            giveBackMemory(firstOpeningLength);
             return make(context);
         });
     _statusItem->onQuit = _lifetime.guard([this] {
@@ -26,6 +37,11 @@ void AppDelegate::applicationDidFinishLaunching(Desktop desktop) {
     _model.backUpDaily();
     _model.showWhatsNewIfUpdated();
     _model.announceRecovery();
+    giveBackMemory(startLength);
+}
+
+void AppDelegate::giveBackMemory(Seconds delay) {
+    _givingBack = _scheduler.after(delay, [this] { _giveBackMemory(); });
 }
 
 void AppDelegate::applicationShouldHandleReopen() {

@@ -30,6 +30,9 @@ public:
         std::function<std::unique_ptr<Panel>(const PanelContext&)> makePanel;
         /// May be null.
         WindowCoordinator* windows = nullptr;
+        /// Called when the start, and later the first opening of the panel, is over: what memory only they
+        /// needed can go.
+        std::function<void()> giveBackMemory = [] {};
     };
 
     /// The launch sequence.
@@ -46,7 +49,11 @@ public:
 private:
     Scheduler& _scheduler;
     AppModel _model;
+    void giveBackMemory(Seconds delay);
+
     std::unique_ptr<StatusItemController> _statusItem;
+    std::function<void()> _giveBackMemory;
+    Subscription _givingBack;
     Lifetime _lifetime;
 };
 

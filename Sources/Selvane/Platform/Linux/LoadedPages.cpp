@@ -1,0 +1,72 @@
+#include "Selvane/Platform/Linux/LoadedPages.h"
+
+#include <sys/mman.h>
+
+#include <charconv>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <sstream>
+#include <string>
+
+namespace selvane::LoadedPages {
+
+namespace {
+
+/// "7f00-7f10"
+std::optional<Range> range(const std::string& text) {
+    Range result{};
+    const char* const end = text.data() + text.size();
+    const auto begin = std::from_chars(text.data(), end, result.begin, 16);
+    if (begin.ec != std::errc() || begin.ptr == end || *begin.ptr != '-')
+        return std::nullopt;
+    const auto rest = std::from_chars(begin.ptr + 1, end, result.end, 16);
+    if (rest.ec != std::errc() || rest.ptr != end || result.begin >= result.end)
+        return std::nullopt;
+    return result;
+}
+
+/// "7f00-7f10 r-xp 00000000 fe:00 1234    /usr/lib/libm.so.6"
+std::optional<Range> readOnlyFile(const std::string& line) {
+    std::istringstream words(line);
+    std::string place;
+    std::string rights;
+    std::string offset;
+    std::string device;
+    std::string number;
+    std::string path;
+    words >> place >> rights >> offset >> device >> number >> path;
+    if (!path.starts_with('/') || (rights != "r-xp" && rights != "r--p"))
+        return std::nullopt;
+    return range(place);
+}
+
+} // namespace
+
+std::vector<Range> unchanged(std::string_view smaps) {
+    std::vector<Range> ranges;
+    std::optional<Range> file;
+    std::istringstream lines{std::string(smaps)};
+    for (std::string line; std::getline(lines, line);) {
+        // Of the lines about a mapping, only the first doesn't begin with a name and a colon.
+        const std::string_view first = std::string_view(line).substr(0, line.find(' '));
+        if (!first.ends_with(':')) {
+            file = readOnlyFile(line);
+        } else if (file && first == "Anonymous:") {
+            if (line.ends_with(" 0 kB"))
+                ranges.push_back(*file);
+            file.reset();
+        }
+    }
+    return ranges;
+}
+
+void giveBack() {
+    std::ifstream file("/proc/self/smaps");
+    const std::string text{std::istreambuf_iterator(file), {}};
+    for (const Range& range : unchanged(text))
+        // A refusal, as for locked memory, leaves things as they are.
+        (void)madvise(reinterpret_cast<void*>(range.begin), range.end - range.begin, MADV_DONTNEED);
+}
+
+} // namespace selvane::LoadedPages

@@ -1,0 +1,124 @@
+#include "Selvane/Platform/Linux/LoadedPages.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace selvane {
+namespace {
+
+using LoadedPages::Range;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::string mapping(const std::string& head, const std::string& anonymous = "0 kB") {
+    return head +
+           "\nSize:  1648 kB\nKernelPageSize:    4 kB\nRss:  1024 kB\nPrivate_Dirty:   0 kB\nAnonymous:      "
+           "   " +
+           anonymous + "\nLocked:        0 kB\nVmFlags: rd ex mr mw me\n";
+}
+
+const std::string code =
+    "7f0000001000-7f0000003000 r-xp 00002000 fe:00 1234                     /usr/lib/libm.so.6";
+
+TEST(LoadedPages, CodeAndDataOfFilesAreUnchanged) {
+    EXPECT_THAT(
+        LoadedPages::unchanged(
+            mapping(code) +
+            mapping("7f0000003000-7f0000004000 r--p 00000000 fe:00 77    /usr/share/fonts/A Font.otf")),
+        ElementsAre(Range{0x7f0000001000, 0x7f0000003000}, Range{0x7f0000003000, 0x7f0000004000}));
+}
+
+TEST(LoadedPages, PageThatWasChangedKeepsItsMapping) {
+    EXPECT_THAT(LoadedPages::unchanged(mapping(code, "4 kB")), IsEmpty());
+    EXPECT_THAT(LoadedPages::unchanged(mapping(code, "40 kB")), IsEmpty());
+}
+
+TEST(LoadedPages, MemoryThatIsNoPrivateFileIsLeft) {
+    for (const char* const head : {"7f0000001000-7f0000003000 rw-p 00002000 fe:00 1234   /usr/lib/libm.so.6",
+                                   "7f0000001000-7f0000003000 r--s 00002000 00:01 1234   /memfd:sound",
+                                   "7f0000001000-7f0000003000 ---p 00002000 fe:00 1234   /usr/lib/libm.so.6",
+                                   "7f0000001000-7f0000003000 r-xp 00000000 00:00 0      [vdso]",
+                                   "7f0000001000-7f0000003000 r--p 00000000 00:00 0"})
+        EXPECT_THAT(LoadedPages::unchanged(mapping(head)), IsEmpty()) << head;
+}
+
+TEST(LoadedPages, TextThatSaysNothingForSureGivesNothing) {
+    EXPECT_THAT(LoadedPages::unchanged(""), IsEmpty());
+    EXPECT_THAT(LoadedPages::unchanged(code), IsEmpty()) << "nothing about changes";
+    EXPECT_THAT(LoadedPages::unchanged(code + "\nAnonymous:"), IsEmpty());
+    EXPECT_THAT(LoadedPages::unchanged(mapping("zz-7f0000003000 r-xp 0 fe:00 1 /usr/lib/libm.so.6")),
+                IsEmpty());
+    EXPECT_THAT(LoadedPages::unchanged(mapping("7f00-7e00 r-xp 0 fe:00 1 /usr/lib/libm.so.6")), IsEmpty());
+}
+
+/// Pages of a file in this process's memory.
+class MappedFile {
+public:
+    static constexpr std::size_t size = 64 * 4096;
+
+    MappedFile() : _file(std::tmpfile()) {
+        const std::string text(size, 'a');
+        EXPECT_EQ(write(fileno(_file), text.data(), size), static_cast<ssize_t>(size));
+        _memory = static_cast<char*>(mmap(nullptr, size, PROT_READ, MAP_PRIVATE, fileno(_file), 0));
+        EXPECT_NE(_memory, MAP_FAILED);
+    }
+    MappedFile(const MappedFile&) = delete;
+    MappedFile& operator=(const MappedFile&) = delete;
+    ~MappedFile() {
+        munmap(_memory, size);
+        std::fclose(_file);
+    }
+
+    [[nodiscard]] char* memory() const { return _memory; }
+
+    /// Reads all of it: how many of its bytes are the file's.
+    [[nodiscard]] std::ptrdiff_t read() const { return std::count(_memory, _memory + size, 'a'); }
+
+    /// What the kernel says is in memory.
+    [[nodiscard]] int residentKilobytes() const {
+        std::ostringstream begin;
+        begin << std::hex << reinterpret_cast<std::uintptr_t>(_memory) << '-';
+        std::ifstream smaps("/proc/self/smaps");
+        bool isHere = false;
+        for (std::string line; std::getline(smaps, line);) {
+            if (line.starts_with(begin.str()))
+                isHere = true;
+            else if (isHere && line.starts_with("Rss:"))
+                return std::stoi(line.substr(4));
+        }
+        return -1;
+    }
+
+private:
+    std::FILE* _file;
+    char* _memory = nullptr;
+};
+
+TEST(LoadedPages, PagesGoAndComeBackAsTheyWere) {
+    const MappedFile file;
+    ASSERT_EQ(file.read(), static_cast<std::ptrdiff_t>(MappedFile::size));
+    ASSERT_EQ(file.residentKilobytes(), 256);
+    LoadedPages::giveBack();
+    EXPECT_EQ(file.residentKilobytes(), 0);
+    EXPECT_EQ(file.read(), static_cast<std::ptrdiff_t>(MappedFile::size));
+}
+
+TEST(LoadedPages, ChangeThatIsInNoFileStays) {
+    const MappedFile file;
+    ASSERT_EQ(mprotect(file.memory(), MappedFile::size, PROT_READ | PROT_WRITE), 0);
+    file.memory()[5 * 4096] = 'b';
+    ASSERT_EQ(mprotect(file.memory(), MappedFile::size, PROT_READ), 0);
+    LoadedPages::giveBack();
+    EXPECT_EQ(file.memory()[5 * 4096], 'b');
+}
+
+} // namespace
+} // namespace selvane
