@@ -10,6 +10,7 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace selvane {
 namespace {
@@ -25,20 +26,24 @@ std::string mapping(const std::string& head, const std::string& anonymous = "0 k
            anonymous + "\nLocked:        0 kB\nVmFlags: rd ex mr mw me\n";
 }
 
+std::vector<Range> unchanged(const std::string& smaps) {
+    std::istringstream text(smaps);
+    return LoadedPages::unchanged(text);
+}
+
 const std::string code =
     "7f0000001000-7f0000003000 r-xp 00002000 fe:00 1234                     /usr/lib/libm.so.6";
 
 TEST(LoadedPages, CodeAndDataOfFilesAreUnchanged) {
     EXPECT_THAT(
-        LoadedPages::unchanged(
-            mapping(code) +
-            mapping("7f0000003000-7f0000004000 r--p 00000000 fe:00 77    /usr/share/fonts/A Font.otf")),
+        unchanged(mapping(code) +
+                  mapping("7f0000003000-7f0000004000 r--p 00000000 fe:00 77    /usr/share/fonts/A Font.otf")),
         ElementsAre(Range{0x7f0000001000, 0x7f0000003000}, Range{0x7f0000003000, 0x7f0000004000}));
 }
 
 TEST(LoadedPages, PageThatWasChangedKeepsItsMapping) {
-    EXPECT_THAT(LoadedPages::unchanged(mapping(code, "4 kB")), IsEmpty());
-    EXPECT_THAT(LoadedPages::unchanged(mapping(code, "40 kB")), IsEmpty());
+    EXPECT_THAT(unchanged(mapping(code, "4 kB")), IsEmpty());
+    EXPECT_THAT(unchanged(mapping(code, "40 kB")), IsEmpty());
 }
 
 TEST(LoadedPages, MemoryThatIsNoPrivateFileIsLeft) {
@@ -47,16 +52,15 @@ TEST(LoadedPages, MemoryThatIsNoPrivateFileIsLeft) {
                                    "7f0000001000-7f0000003000 ---p 00002000 fe:00 1234   /usr/lib/libm.so.6",
                                    "7f0000001000-7f0000003000 r-xp 00000000 00:00 0      [vdso]",
                                    "7f0000001000-7f0000003000 r--p 00000000 00:00 0"})
-        EXPECT_THAT(LoadedPages::unchanged(mapping(head)), IsEmpty()) << head;
+        EXPECT_THAT(unchanged(mapping(head)), IsEmpty()) << head;
 }
 
 TEST(LoadedPages, TextThatSaysNothingForSureGivesNothing) {
-    EXPECT_THAT(LoadedPages::unchanged(""), IsEmpty());
-    EXPECT_THAT(LoadedPages::unchanged(code), IsEmpty()) << "nothing about changes";
-    EXPECT_THAT(LoadedPages::unchanged(code + "\nAnonymous:"), IsEmpty());
-    EXPECT_THAT(LoadedPages::unchanged(mapping("zz-7f0000003000 r-xp 0 fe:00 1 /usr/lib/libm.so.6")),
-                IsEmpty());
-    EXPECT_THAT(LoadedPages::unchanged(mapping("7f00-7e00 r-xp 0 fe:00 1 /usr/lib/libm.so.6")), IsEmpty());
+    EXPECT_THAT(unchanged(""), IsEmpty());
+    EXPECT_THAT(unchanged(code), IsEmpty()) << "nothing about changes";
+    EXPECT_THAT(unchanged(code + "\nAnonymous:"), IsEmpty());
+    EXPECT_THAT(unchanged(mapping("zz-7f0000003000 r-xp 0 fe:00 1 /usr/lib/libm.so.6")), IsEmpty());
+    EXPECT_THAT(unchanged(mapping("7f00-7e00 r-xp 0 fe:00 1 /usr/lib/libm.so.6")), IsEmpty());
 }
 
 /// Pages of a file in this process's memory.

@@ -4,10 +4,10 @@
 
 #include <charconv>
 #include <fstream>
-#include <iterator>
 #include <optional>
 #include <sstream>
 #include <string>
+#include <string_view>
 
 namespace selvane::LoadedPages {
 
@@ -43,11 +43,10 @@ std::optional<Range> readOnlyFile(const std::string& line) {
 
 } // namespace
 
-std::vector<Range> unchanged(std::string_view smaps) {
+std::vector<Range> unchanged(std::istream& smaps) {
     std::vector<Range> ranges;
     std::optional<Range> file;
-    std::istringstream lines{std::string(smaps)};
-    for (std::string line; std::getline(lines, line);) {
+    for (std::string line; std::getline(smaps, line);) {
         // Of the lines about a mapping, only the first doesn't begin with a name and a colon.
         const std::string_view first = std::string_view(line).substr(0, line.find(' '));
         if (!first.ends_with(':')) {
@@ -63,8 +62,7 @@ std::vector<Range> unchanged(std::string_view smaps) {
 
 void giveBack() {
     std::ifstream file("/proc/self/smaps");
-    const std::string text{std::istreambuf_iterator(file), {}};
-    for (const Range& range : unchanged(text))
+    for (const Range& range : unchanged(file))
         // A refusal, as for locked memory, leaves things as they are.
         (void)madvise(reinterpret_cast<void*>(range.begin), range.end - range.begin, MADV_DONTNEED);
 }

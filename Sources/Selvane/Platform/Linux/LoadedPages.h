@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <string_view>
+#include <iosfwd>
 #include <vector>
 
 /// The program's code and what else it reads from files, as far as it lies in the process's memory. The
@@ -19,9 +19,9 @@ struct Range {
     bool operator==(const Range&) const = default;
 };
 
-/// Where memory is as it is in a file: private, not writable, with no page that was ever changed. `smaps` is
-/// the text of /proc/PID/smaps; what it doesn't say for sure is left out.
-[[nodiscard]] std::vector<Range> unchanged(std::string_view smaps);
+/// Where memory is as it is in a file: private, not writable, with no page that was ever changed. `smaps`
+/// gives the text of /proc/PID/smaps; what it doesn't say for sure is left out.
+[[nodiscard]] std::vector<Range> unchanged(std::istream& smaps);
 
 /// Takes such pages out of this process's memory. Those that are touched again come back from the kernel's
 /// cache, which costs about a microsecond for sixteen. Takes some milliseconds. Any thread.

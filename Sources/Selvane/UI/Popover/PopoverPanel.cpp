@@ -168,12 +168,15 @@ void PopoverPanel::fitWindow() {
     if (!root)
         return;
     const QSize size(qRound(root->width()), qRound(root->height()));
-    CardMargin::set(_view, _model.shadowMargin());
+    const Fit fit{size, _model.shadowMargin(), _view.devicePixelRatio()};
+    if (std::exchange(_fit, fit) == fit)
+        return;
+    CardMargin::set(_view, fit.margin);
     // Equal bounds make tiling compositors let the window float.
     _view.setMinimumSize(size);
     _view.setMaximumSize(size);
     _view.resize(size);
-    _view.setMask(_model.shadowMargin() > 0 ? QRegion() : roundedRegion(size, _model.cornerRadius()));
+    _view.setMask(fit.margin > 0 ? QRegion() : roundedRegion(size, _model.cornerRadius()));
 }
 
 void PopoverPanel::show(const StatusItemAnchor& anchor) {
@@ -184,6 +187,8 @@ void PopoverPanel::show(const StatusItemAnchor& anchor) {
     fitWindow();
     _anchor = anchor;
     place();
+    // The screen that it is on now may have pixels of another size.
+    fitWindow();
     _view.show();
     _view.raise();
     _view.requestActivate();

@@ -28,6 +28,15 @@ public:
     [[nodiscard]] bool isVisible() const override;
 
 private:
+    /// What the window was last made to fit.
+    struct Fit {
+        QSize size;
+        int margin = 0;
+        double pixels = 0;
+
+        bool operator==(const Fit&) const = default;
+    };
+
     void fitWindow();
     void heightChanged();
     void place();
@@ -38,6 +47,7 @@ private:
     QQuickView _view;
     /// Where the panel was last opened.
     StatusItemAnchor _anchor;
+    Fit _fit;
     bool _hadKeyboard = false;
 };
 

@@ -104,11 +104,14 @@ QRectF CycleDashes::dash(int index) const {
 void CycleDashes::draw(QPainter& painter) {
     painter.setPen(Qt::NoPen);
     const Seconds sinceStart = _follows ? now() - _pulseStart : Seconds{0};
-    int index = 0;
+    const QRectF wanted = painter.hasClipping() ? painter.clipBoundingRect() : boundingRect();
+    int index = -1;
     for (const CycleDash::Look look : rowOf(*this)) {
+        ++index;
+        if (!dash(index).intersects(wanted))
+            continue;
         painter.setBrush(faded(_ink, CycleDash::opacity(look, sinceStart)));
         painter.drawRoundedRect(dash(index), dashHeight / 2, dashHeight / 2);
-        ++index;
     }
 }
 
