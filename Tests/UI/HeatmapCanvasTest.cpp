@@ -202,6 +202,34 @@ TEST_F(HeatmapCanvasTest, CursorOnTodayGoesAlongWithTheDay) {
     EXPECT_EQ(canvas.cursorTip(), QStringLiteral("Mar 6 · no focus"));
 }
 
+TEST_F(HeatmapCanvasTest, ChosenDayStaysTheSameWhenAWeekBegins) {
+    useKeyboard();
+    QTest::keyClick(&window, Qt::Key_Up);
+    ASSERT_EQ(canvas.cursorTip(), QStringLiteral("Mar 4 · 2h"));
+    const QRectF before = canvas.cursorSquare();
+    days.today = {2026, 3, 8};
+    show();
+    EXPECT_EQ(canvas.cursorTip(), QStringLiteral("Mar 4 · 2h"));
+    EXPECT_EQ(canvas.cursorSquare(), before.translated(-16, 0)) << "a column to the left";
+}
+
+TEST_F(HeatmapCanvasTest, ChosenDayThatLeavesTheGridMakesWayForTheOldest) {
+    useKeyboard();
+    QTest::keyClick(&window, Qt::Key_Home);
+    days.today = {2026, 3, 8};
+    show();
+    EXPECT_EQ(canvas.cursorTip(), QStringLiteral("Nov 9 · no focus"));
+}
+
+TEST_F(HeatmapCanvasTest, CursorBroughtBackToTodayGoesAlongToo) {
+    useKeyboard();
+    QTest::keyClick(&window, Qt::Key_Up);
+    QTest::keyClick(&window, Qt::Key_End);
+    days.today = {2026, 3, 6};
+    show();
+    EXPECT_EQ(canvas.cursorTip(), QStringLiteral("Mar 6 · no focus"));
+}
+
 TEST_F(HeatmapCanvasTest, WithoutDaysNothingIsChosen) {
     canvas.setDays({});
     useKeyboard();

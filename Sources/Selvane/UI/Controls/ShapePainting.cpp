@@ -101,8 +101,12 @@ double crispWidth(double width, double pixels) {
     return std::max(1.0, std::round(width * pixels)) / pixels;
 }
 
+double crispPlace(double place, double pixels) {
+    return std::round(place * pixels) / pixels;
+}
+
 QRectF crispRectangle(const QRectF& rect, double pixels) {
-    const auto snap = [pixels](double place) { return std::round(place * pixels) / pixels; };
+    const auto snap = [pixels](double place) { return crispPlace(place, pixels); };
     return {QPointF(snap(rect.left()), snap(rect.top())), QPointF(snap(rect.right()), snap(rect.bottom()))};
 }
 

@@ -45,6 +45,9 @@ void paintShadow(QPainter& painter, const QRectF& shape, double cornerRadius, co
 /// A width as whole device pixels, at least one, in the painter's units.
 [[nodiscard]] double crispWidth(double width, double pixels);
 
+/// The nearest place on a border between device pixels.
+[[nodiscard]] double crispPlace(double place, double pixels);
+
 /// The rectangle with its sides on borders between device pixels.
 [[nodiscard]] QRectF crispRectangle(const QRectF& rect, double pixels);
 

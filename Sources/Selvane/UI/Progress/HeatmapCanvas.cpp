@@ -1,5 +1,6 @@
 #include "Selvane/UI/Progress/HeatmapCanvas.h"
 
+#include "Selvane/UI/Controls/ShapePainting.h"
 #include "Selvane/UI/Progress/HeatmapDays.h"
 #include "Selvane/UI/Progress/HeatmapGrid.h"
 #include "Selvane/UI/Progress/HeatmapLayout.h"
@@ -149,7 +150,11 @@ void HeatmapCanvas::componentComplete() {
 void HeatmapCanvas::rebuild() {
     if (!isComponentComplete())
         return;
+    // The chosen day stays the same where a new day moves the grid.
+    const std::optional<DayKey> chosen =
+        _cursor < 0 ? std::nullopt : std::optional(_grid->squares()[static_cast<std::size_t>(_cursor)].day);
     *_grid = _days.days() ? HeatmapGrid(*_days.days(), _layout->weeks, QLocale()) : HeatmapGrid();
+    setCursor(chosen ? _grid->offsetOf(*chosen) : -1);
     if (_hovered >= static_cast<int>(_grid->squares().size()))
         _hovered = -1;
     update();
@@ -166,9 +171,12 @@ void HeatmapCanvas::geometryChange(const QRectF& geometry, const QRectF& oldGeom
 // The chosen day
 
 int HeatmapCanvas::cursor() const {
-    const int last = static_cast<int>(_grid->squares().size()) - 1;
-    // The keyboard begins at today, and stays there when a new day comes.
-    return _cursor < 0 || _cursor > last ? last : _cursor;
+    return _cursor < 0 ? _grid->last() : _cursor;
+}
+
+void HeatmapCanvas::setCursor(int offset) {
+    // The keyboard begins at today; from there it goes along when a new day comes.
+    _cursor = offset >= _grid->last() ? -1 : offset;
 }
 
 QString HeatmapCanvas::words(int offset) const {
@@ -229,7 +237,7 @@ void HeatmapCanvas::keyPressEvent(QKeyEvent* event) {
         event->ignore();
         return;
     }
-    _cursor = _grid->stepped(cursor(), *step);
+    setCursor(_grid->stepped(cursor(), *step));
     // What was chosen last is what counts, also while the pointer rests on another day.
     _hovered = -1;
     tellOfTip();
@@ -256,11 +264,10 @@ void HeatmapCanvas::paint(QPainter* painter, const QSizeF& /*size*/) {
 
 void HeatmapCanvas::paintSquares(QPainter& painter, double scale) const {
     // Squares begin and end with a pixel, so that all of them are sharp and alike.
-    const double side = HeatmapPainting::snapped(_layout->cell, scale);
+    const double side = crispPlace(_layout->cell, scale);
     for (int offset = 0; const HeatmapGrid::Square& day : _grid->squares()) {
         const QPointF place = square(offset++).topLeft();
-        const QPointF corner(HeatmapPainting::snapped(place.x(), scale),
-                             HeatmapPainting::snapped(place.y(), scale));
+        const QPointF corner(crispPlace(place.x(), scale), crispPlace(place.y(), scale));
         HeatmapPainting::fillSquare(painter, corner, side, side * roundness,
                                     HeatmapPainting::faded(_ink, HeatmapPainting::opacityOfLevel(day.level)));
         if (day.outline != HeatmapGrid::Outline::none)
@@ -275,11 +282,11 @@ void HeatmapCanvas::paintLabels(QPainter& painter, double scale) const {
     const double monthLine = HeatmapPainting::baseline(0, _layout->labelHeight, scale);
     for (const HeatmapGrid::MonthLabel& label : _grid->monthLabels()) {
         const double left = square(label.column * HeatmapGrid::rows).left();
-        painter.drawText(QPointF(HeatmapPainting::snapped(left, scale), monthLine), label.name);
+        painter.drawText(QPointF(crispPlace(left, scale), monthLine), label.name);
     }
     for (int row = 0; const std::string_view label : HeatmapGrid::weekdayLabels) {
         const QRectF beside = square(row++);
-        painter.drawText(QPointF(HeatmapPainting::snapped(_layout->left(width()), scale),
+        painter.drawText(QPointF(crispPlace(_layout->left(width()), scale),
                                  HeatmapPainting::baseline(beside.top(), beside.height(), scale)),
                          qtText(label));
     }

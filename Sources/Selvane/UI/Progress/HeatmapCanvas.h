@@ -104,6 +104,7 @@ private:
     void setHovered(int offset);
     void tellOfTip();
     [[nodiscard]] int cursor() const;
+    void setCursor(int offset);
     [[nodiscard]] QString words(int offset) const;
     [[nodiscard]] QRectF square(int offset) const;
     void paintSquares(QPainter& painter, double scale) const;
@@ -116,6 +117,7 @@ private:
     QColor _labelInk = Qt::black;
     /// Days by their offset; -1 for none.
     int _hovered = -1;
+    /// -1 for today.
     int _cursor = -1;
 };
 

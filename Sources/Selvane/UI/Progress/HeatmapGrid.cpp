@@ -44,10 +44,14 @@ HeatmapGrid::HeatmapGrid(const HeatmapDays& days, int weeks, const QLocale& loca
     nameMonths(locale);
 }
 
+int HeatmapGrid::offsetOf(DayKey day) const {
+    const auto found = std::ranges::lower_bound(_squares, day, {}, &Square::day);
+    return std::min(static_cast<int>(found - _squares.begin()), last());
+}
+
 void HeatmapGrid::nameMonths(const QLocale& locale) {
     // 1. A column is of the month of its first day. One that begins a month gets its name, unless too little
-    // of the
-    //    month is in sight.
+    // of the month is in sight.
     std::optional<int> lastMonth;
     for (int column = 0; column * rows < static_cast<int>(_squares.size()); ++column) {
         const int month = _squares[static_cast<std::size_t>(column * rows)].day.month;
@@ -64,8 +68,7 @@ void HeatmapGrid::nameMonths(const QLocale& locale) {
 }
 
 int HeatmapGrid::stepped(int offset, Step step) const {
-    const int last = static_cast<int>(_squares.size()) - 1;
-    const auto to = [&](int target) { return target < 0 || target > last ? offset : target; };
+    const auto to = [&](int target) { return target < 0 || target > last() ? offset : target; };
     switch (step) {
     case Step::dayBack:
         return to(offset - 1);
@@ -78,7 +81,7 @@ int HeatmapGrid::stepped(int offset, Step step) const {
     case Step::first:
         return 0;
     case Step::last:
-        return last;
+        return last();
     }
     return offset;
 }

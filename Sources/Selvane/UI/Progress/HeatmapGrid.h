@@ -50,6 +50,10 @@ public:
     [[nodiscard]] int columns() const { return _columns; }
     /// By offset: every day up to today, the days after it not.
     [[nodiscard]] const std::vector<Square>& squares() const { return _squares; }
+    /// Today's offset; -1 without days.
+    [[nodiscard]] int last() const { return static_cast<int>(_squares.size()) - 1; }
+    /// The offset of the day, or of the nearest one that is in the grid; -1 without days.
+    [[nodiscard]] int offsetOf(DayKey day) const;
     /// From left to right.
     [[nodiscard]] const std::vector<MonthLabel>& monthLabels() const { return _monthLabels; }
 

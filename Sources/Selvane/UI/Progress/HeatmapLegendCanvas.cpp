@@ -1,5 +1,6 @@
 #include "Selvane/UI/Progress/HeatmapLegendCanvas.h"
 
+#include "Selvane/UI/Controls/ShapePainting.h"
 #include "Selvane/UI/Progress/HeatmapPainting.h"
 
 #include <QFontMetricsF>
@@ -64,10 +65,10 @@ void HeatmapLegendCanvas::paint(QPainter* painter, const QSizeF& /*size*/) {
     painter->drawText(QPointF(0, baseline), less);
     painter->drawText(QPointF(secondWord(), baseline), more);
 
-    const double drawnSide = HeatmapPainting::snapped(side, scale);
+    const double drawnSide = crispPlace(side, scale);
     for (int level = 0; level < levels; ++level) {
-        const double left = HeatmapPainting::snapped(firstSquare() + level * (side + gap), scale);
-        const double top = HeatmapPainting::snapped((lineHeight - side) / 2, scale);
+        const double left = crispPlace(firstSquare() + level * (side + gap), scale);
+        const double top = crispPlace((lineHeight - side) / 2, scale);
         HeatmapPainting::fillSquare(*painter, {left, top}, drawnSide, radius,
                                     HeatmapPainting::faded(_ink, HeatmapPainting::opacityOfLevel(level)));
     }

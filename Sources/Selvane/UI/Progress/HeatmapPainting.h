@@ -14,15 +14,13 @@ namespace selvane::HeatmapPainting {
 
 /// How many pixels of the screen there are to one of the window.
 [[nodiscard]] double scaleOf(const QPainter& painter);
-/// The nearest length that ends between two pixels of the screen.
-[[nodiscard]] double snapped(double length, double scale);
 
-[[nodiscard]] QColor faded(const QColor& colour, double opacity);
+[[nodiscard]] QColor faded(const QColor& color, double opacity);
 
 /// Fills a square whose corners bend continuously.
-void fillSquare(QPainter& painter, QPointF corner, double side, double radius, const QColor& colour);
+void fillSquare(QPainter& painter, QPointF corner, double side, double radius, const QColor& color);
 /// Draws a line of width 1 along the inside of such a square.
-void outlineSquare(QPainter& painter, QPointF corner, double side, double radius, const QColor& colour);
+void outlineSquare(QPainter& painter, QPointF corner, double side, double radius, const QColor& color);
 
 /// The program's font in the size of the labels.
 [[nodiscard]] QFont labelFont();
