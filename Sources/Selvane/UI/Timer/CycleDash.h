@@ -22,8 +22,8 @@ enum class Look {
 
 enum class Pulse { moving, still };
 
-/// Less than a third of the way from one end of the pulse to the other. A dash is small and faint: finer steps are
-/// hardly seen, but cost a frame each.
+/// Less than a third of the way from one end of the pulse to the other. A dash is small and faint: finer
+/// steps are hardly seen, but cost a frame each.
 inline constexpr Seconds pulseStep{0.41};
 
 /// A dash for each focus phase of the set, at least one. The position counts from 1; beyond the length every
