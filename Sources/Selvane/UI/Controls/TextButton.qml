@@ -5,6 +5,9 @@ import Selvane.Controls
 Pressable {
     id: root
 
+    property int fontSize: 12
+    property int fontWeight: Font.Medium
+
     readonly property color resting: root.hovered ? Theme.primaryText : Theme.secondaryText
 
     implicitHeight: 24
@@ -14,8 +17,8 @@ Pressable {
     contentItem: Text {
         text: root.text
         color: root.enabled ? root.resting : Theme.tertiaryText
-        font.pixelSize: 12
-        font.weight: Font.Medium
+        font.pixelSize: root.fontSize
+        font.weight: root.fontWeight
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
     }

@@ -46,6 +46,8 @@ FocusScope {
             anchors.verticalCenter: parent.verticalCenter
             visible: root.tasks.canClear
             text: root.tasks.clearLabel
+            fontSize: Theme.caption
+            fontWeight: Font.Normal
             onClicked: {
                 // The button goes with the last done task; the keyboard would go with it.
                 if (activeFocus)
