@@ -19,11 +19,13 @@ using LoadedPages::Range;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-std::string mapping(const std::string& head, const std::string& anonymous = "0 kB") {
+std::string mapping(const std::string& head, const std::string& anonymous = "0 kB",
+                    const std::string& swapped = "0 kB") {
     return head +
            "\nSize:  1648 kB\nKernelPageSize:    4 kB\nRss:  1024 kB\nPrivate_Dirty:   0 kB\nAnonymous:      "
            "   " +
-           anonymous + "\nLocked:        0 kB\nVmFlags: rd ex mr mw me\n";
+           anonymous + "\nAnonHugePages:         0 kB\nSwap:                  " + swapped +
+           "\nLocked:        0 kB\nVmFlags: rd ex mr mw me\n";
 }
 
 std::vector<Range> unchanged(const std::string& smaps) {
@@ -44,6 +46,7 @@ TEST(LoadedPages, CodeAndDataOfFilesAreUnchanged) {
 TEST(LoadedPages, PageThatWasChangedKeepsItsMapping) {
     EXPECT_THAT(unchanged(mapping(code, "4 kB")), IsEmpty());
     EXPECT_THAT(unchanged(mapping(code, "40 kB")), IsEmpty());
+    EXPECT_THAT(unchanged(mapping(code, "0 kB", "4 kB")), IsEmpty()) << "also where it is swapped out";
 }
 
 TEST(LoadedPages, MemoryThatIsNoPrivateFileIsLeft) {
@@ -59,6 +62,8 @@ TEST(LoadedPages, TextThatSaysNothingForSureGivesNothing) {
     EXPECT_THAT(unchanged(""), IsEmpty());
     EXPECT_THAT(unchanged(code), IsEmpty()) << "nothing about changes";
     EXPECT_THAT(unchanged(code + "\nAnonymous:"), IsEmpty());
+    EXPECT_THAT(unchanged(code + "\nAnonymous:    0 kB\n"), IsEmpty()) << "nothing about the swap";
+    EXPECT_THAT(unchanged(code + "\nSwap:    0 kB\n"), IsEmpty());
     EXPECT_THAT(unchanged(mapping("zz-7f0000003000 r-xp 0 fe:00 1 /usr/lib/libm.so.6")), IsEmpty());
     EXPECT_THAT(unchanged(mapping("7f00-7e00 r-xp 0 fe:00 1 /usr/lib/libm.so.6")), IsEmpty());
 }
@@ -66,7 +71,7 @@ TEST(LoadedPages, TextThatSaysNothingForSureGivesNothing) {
 /// Pages of a file in this process's memory.
 class MappedFile {
 public:
-    static constexpr std::size_t size = 64 * 4096;
+    static constexpr std::size_t size = 1024 * 1024;
 
     MappedFile() : _file(std::tmpfile()) {
         const std::string text(size, 'a');
@@ -109,7 +114,7 @@ private:
 TEST(LoadedPages, PagesGoAndComeBackAsTheyWere) {
     const MappedFile file;
     ASSERT_EQ(file.read(), static_cast<std::ptrdiff_t>(MappedFile::size));
-    ASSERT_EQ(file.residentKilobytes(), 256);
+    ASSERT_EQ(file.residentKilobytes(), 1024);
     LoadedPages::giveBack();
     EXPECT_EQ(file.residentKilobytes(), 0);
     EXPECT_EQ(file.read(), static_cast<std::ptrdiff_t>(MappedFile::size));
@@ -118,10 +123,10 @@ TEST(LoadedPages, PagesGoAndComeBackAsTheyWere) {
 TEST(LoadedPages, ChangeThatIsInNoFileStays) {
     const MappedFile file;
     ASSERT_EQ(mprotect(file.memory(), MappedFile::size, PROT_READ | PROT_WRITE), 0);
-    file.memory()[5 * 4096] = 'b';
+    file.memory()[5 * 65536] = 'b';
     ASSERT_EQ(mprotect(file.memory(), MappedFile::size, PROT_READ), 0);
     LoadedPages::giveBack();
-    EXPECT_EQ(file.memory()[5 * 4096], 'b');
+    EXPECT_EQ(file.memory()[5 * 65536], 'b');
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "ControlsFixture.h"
 
+#include <QMetaProperty>
 #include <QSignalSpy>
 #include <QWheelEvent>
 
@@ -55,6 +56,17 @@ TEST_F(SlideAreaTest, WhatIsNotANumberIsNoPosition) {
     slider->setProperty("value", std::numeric_limits<double>::quiet_NaN());
     EXPECT_DOUBLE_EQ(position(), 0.5);
     EXPECT_EQ(moves.count(), 0);
+}
+
+TEST_F(SlideAreaTest, AssistiveTechnologyIsToldOfEveryMove) {
+    const QMetaObject* const type = slider->metaObject();
+    const QMetaProperty value = type->property(type->indexOfProperty("value"));
+    // Qt listens to no other name.
+    EXPECT_EQ(value.notifySignal().name(), "valueChanged");
+    const QSignalSpy told(slider, SIGNAL(valueChanged()));
+    setPosition(0.7);
+    setPosition(0.7);
+    EXPECT_EQ(told.count(), 1);
 }
 
 // The mouse

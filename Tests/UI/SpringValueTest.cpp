@@ -5,10 +5,12 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <memory>
+#include <vector>
 
 namespace selvane {
 namespace {
@@ -60,6 +62,23 @@ TEST_F(SpringValueTest, TurnsRoundWhereItIs) {
     const double place = value.value();
     value.setTarget(0);
     EXPECT_EQ(value.value(), place);
+}
+
+TEST_F(SpringValueTest, NextMotionBeginsWhereTheLastOneEnded) {
+    SpringValue& value = make("target: 1; response: 0.05");
+    std::vector<double> seen;
+    QObject::connect(&value, &SpringValue::valueChanged, [&] { seen.push_back(value.value()); });
+    value.setTarget(0);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return value.value() == 0; }));
+    seen.clear();
+    value.setResponse(10);
+    value.setTarget(1);
+    EXPECT_THAT(seen, testing::Each(testing::Lt(0.1))) << "after one that had ended";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return value.value() > 0.02; }));
+    const double place = value.value();
+    seen.clear();
+    value.setTarget(0);
+    EXPECT_THAT(seen, testing::Each(testing::DoubleNear(place, 0.1))) << "after one under way";
 }
 
 TEST_F(SpringValueTest, IsThereAtOnceWhileNothingMayMove) {

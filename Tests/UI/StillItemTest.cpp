@@ -23,6 +23,7 @@ public:
     bool shares = true;
     bool clear = false;
     double least = std::numeric_limits<double>::infinity();
+    double leastHeight = std::numeric_limits<double>::infinity();
     std::vector<QSizeF> painted;
 
     void paint(QPainter* painter, const QSizeF& size) override {
@@ -38,7 +39,7 @@ protected:
             look << "Flag" << middle;
     }
     [[nodiscard]] bool isClear() const override { return clear; }
-    [[nodiscard]] QSizeF leastSize() const override { return {least, StillItem::leastSize().height()}; }
+    [[nodiscard]] QSizeF leastSize() const override { return {least, leastHeight}; }
 };
 
 class StillItemTest : public testing::Test {
@@ -117,6 +118,35 @@ TEST_F(StillItemTest, WhatIsHiddenIsNotPaintedUntilItIsSeen) {
     first.setVisible(true);
     EXPECT_EQ(draw().pixelColor(5, 20), QColor(Qt::red));
     EXPECT_EQ(first.painted.size(), 1U);
+}
+
+TEST_F(StillItemTest, WhatIsInAHiddenItemIsPaintedWhenThatIsSeen) {
+    QQuickItem parent(window.contentItem());
+    parent.setVisible(false);
+    first.setParentItem(&parent);
+    first.shares = false;
+    draw();
+    EXPECT_THAT(first.painted, testing::IsEmpty());
+    parent.setVisible(true);
+    EXPECT_EQ(draw().pixelColor(5, 20), QColor(Qt::red));
+    first.setParentItem(window.contentItem());
+}
+
+TEST_F(StillItemTest, EvenMiddleOfBothSidesHasOneColor) {
+    second.setVisible(false);
+    first.setSize({300, 200});
+    first.leastHeight = 20;
+    first.least = 30;
+    for (const QColor& color : {QColor(Qt::green), QColor(37, 91, 143, 200)}) {
+        first.middle = color;
+        first.update();
+        const QImage picture = draw();
+        EXPECT_EQ(first.painted.back(), QSizeF(30, 20));
+        const QColor beside = picture.pixelColor(150, 1);
+        for (const QPoint place : {QPoint(150, 100), QPoint(12, 100), QPoint(287, 198)})
+            EXPECT_EQ(picture.pixelColor(place), beside) << place.x();
+        EXPECT_EQ(picture.pixelColor(5, 100), QColor(Qt::red));
+    }
 }
 
 TEST_F(StillItemTest, EvenMiddleIsRepeatedNotKept) {

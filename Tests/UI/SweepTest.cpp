@@ -64,6 +64,26 @@ TEST(Sweep, TickThatCannotBeSeenIsNotDrawn) {
     EXPECT_DOUBLE_EQ(sweep.shown(start), 0.5 + 4 * tick) << "a jump is drawn however short it is";
 }
 
+TEST(Sweep, TickThatASpringPassesIsStillAimedAt) {
+    Sweep sweep;
+    sweep.jump(0.9);
+    sweep.aim(0.1, Motion::spring, path, start);
+    const Seconds now = start + Seconds{0.2};
+    const double passed = sweep.shown(now);
+    ASSERT_GT(passed, 0.15);
+    sweep.aim(passed + 0.1 / path, Motion::linear, path, now);
+    EXPECT_NEAR(sweep.shown(now + Seconds{5}), passed, 1 / path);
+}
+
+TEST(Sweep, ResetAfterATickThatWasNotDrawnGoesAllTheWay) {
+    Sweep sweep;
+    sweep.jump(0.5);
+    sweep.aim(0.5 + 0.2 / path, Motion::linear, path, start);
+    sweep.aim(0, Motion::spring, path, start);
+    EXPECT_DOUBLE_EQ(sweep.shown(start), 0.5);
+    EXPECT_DOUBLE_EQ(sweep.shown(start + Seconds{5}), 0);
+}
+
 TEST(Sweep, FirstTickBringsTheHead) {
     Sweep sweep;
     sweep.jump(0);

@@ -403,6 +403,25 @@ TEST_F(TimerFaceTest, ResetMovesTheArcAndTheDigits) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return face.item<TimeText>()->rollPosition() == 1.0; }));
 }
 
+TEST_F(TimerFaceTest, TickDuringATickLeavesNoDigitHalfway) {
+    face.open("TimeText { time: '12:00'; isRunning: true; color: 'black' }");
+    auto* const text = face.item<TimeText>();
+    (void)face.window().grabWindow();
+    for (const char* const time : {"11:59", "11:58"}) {
+        text->setTime(QString::fromLatin1(time));
+        QCoreApplication::sendPostedEvents();
+        (void)face.window().grabWindow();
+    }
+    ASSERT_LT(text->rollPosition(), 1) << "the second one is still under way";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return text->rollPosition() == 1; }));
+    QTest::qWait(50);
+    const QImage rolled = face.window().grabWindow();
+    text->setColor(Qt::red);
+    (void)face.window().grabWindow();
+    text->setColor(Qt::black);
+    EXPECT_EQ(rolled, face.window().grabWindow()) << "as if painted anew";
+}
+
 TEST_F(TimerFaceTest, EveryDigitHasTheSameWidth) {
     face.open();
     TimeText* const time = face.item<TimeText>();

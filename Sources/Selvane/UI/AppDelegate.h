@@ -47,10 +47,10 @@ public:
     std::function<void()> onQuit;
 
 private:
-    Scheduler& _scheduler;
-    AppModel _model;
     void giveBackMemory(Seconds delay);
 
+    Scheduler& _scheduler;
+    AppModel _model;
     std::unique_ptr<StatusItemController> _statusItem;
     std::function<void()> _giveBackMemory;
     Subscription _givingBack;

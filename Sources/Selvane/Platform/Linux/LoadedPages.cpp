@@ -46,13 +46,18 @@ std::optional<Range> readOnlyFile(const std::string& line) {
 std::vector<Range> unchanged(std::istream& smaps) {
     std::vector<Range> ranges;
     std::optional<Range> file;
+    bool isUnchanged = false;
     for (std::string line; std::getline(smaps, line);) {
         // Of the lines about a mapping, only the first doesn't begin with a name and a colon.
         const std::string_view first = std::string_view(line).substr(0, line.find(' '));
         if (!first.ends_with(':')) {
             file = readOnlyFile(line);
-        } else if (file && first == "Anonymous:") {
-            if (line.ends_with(" 0 kB"))
+            isUnchanged = false;
+        } else if (first == "Anonymous:") {
+            isUnchanged = line.ends_with(" 0 kB");
+        } else if (file && first == "Swap:") {
+            // A changed page that was swapped out counts here only. It comes last of the two.
+            if (isUnchanged && line.ends_with(" 0 kB"))
                 ranges.push_back(*file);
             file.reset();
         }

@@ -24,7 +24,8 @@ struct Range {
 [[nodiscard]] std::vector<Range> unchanged(std::istream& smaps);
 
 /// Takes such pages out of this process's memory. Those that are touched again come back from the kernel's
-/// cache, which costs about a microsecond for sixteen. Takes some milliseconds. Any thread.
+/// cache, which costs about a microsecond for sixteen. Takes some milliseconds. Main thread, while no other
+/// maps or unmaps files.
 void giveBack();
 
 } // namespace selvane::LoadedPages

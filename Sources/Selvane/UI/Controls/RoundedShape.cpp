@@ -77,7 +77,7 @@ QSizeF RoundedShape::leastSize() const {
     const double least = 2 * (_spread + corner) + 3 / pixels();
     const auto isEven = [](const QBrush& brush) { return brush.style() == Qt::SolidPattern; };
     if (isEven(fill(shape)) && isEven(edge(shape)))
-        return {least, least + std::abs(_shadow.offset)};
+        return {least, least + 2 * std::abs(_shadow.offset)};
     return {least, StillItem::leastSize().height()};
 }
 

@@ -19,8 +19,10 @@ void SlideArea::setPosition(double position) {
     if (std::isnan(position))
         return;
     const double nearest = std::clamp(position, 0.0, 1.0);
-    if (std::exchange(_position, nearest) != nearest)
-        Q_EMIT positionChanged();
+    if (std::exchange(_position, nearest) == nearest)
+        return;
+    Q_EMIT positionChanged();
+    Q_EMIT valueChanged();
 }
 
 void SlideArea::setStepSize(double step) {

@@ -21,7 +21,7 @@ class SlideArea : public selvane::KeyboardStop {
     Q_PROPERTY(double handleWidth READ handleWidth WRITE setHandleWidth NOTIFY handleWidthChanged FINAL)
 
     // The names that Qt looks for on behalf of assistive technology, which moves the slider by them.
-    Q_PROPERTY(double value READ position WRITE moveTo NOTIFY positionChanged FINAL)
+    Q_PROPERTY(double value READ position WRITE moveTo NOTIFY valueChanged FINAL)
     Q_PROPERTY(double minimumValue READ minimumValue CONSTANT FINAL)
     Q_PROPERTY(double maximumValue READ maximumValue CONSTANT FINAL)
 
@@ -47,6 +47,8 @@ Q_SIGNALS:
     void moved();
 
     void positionChanged();
+    /// By this name assistive technology is told.
+    void valueChanged();
     void stepSizeChanged();
     void handleWidthChanged();
 

@@ -2,6 +2,8 @@
 
 #include "Selvane/UI/Controls/Spring.h"
 
+#include <QSignalBlocker>
+
 #include <utility>
 
 namespace selvane {
@@ -54,11 +56,15 @@ void SpringValue::move() {
     Spring spring;
     spring.setResponse(_response);
     spring.setDampingFraction(_dampingFraction);
-    _motion->stop();
-    _motion->setStartValue(_value);
-    _motion->setEndValue(_target);
-    _motion->setDuration(spring.duration());
-    _motion->setEasingCurve(spring.curve());
+    {
+        // What is set tells at once where the motion would be by now, one that has ended too.
+        const QSignalBlocker quiet(_motion);
+        _motion->stop();
+        _motion->setStartValue(_value);
+        _motion->setEndValue(_target);
+        _motion->setDuration(spring.duration());
+        _motion->setEasingCurve(spring.curve());
+    }
     _motion->start();
 }
 

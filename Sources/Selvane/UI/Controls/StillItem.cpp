@@ -22,7 +22,8 @@ constexpr int worthwhile = 4096;
 /// What is kept for items to come, in bytes. What items show now is in memory anyway.
 constexpr qsizetype mostShared = 256 * 1024;
 
-/// The pictures of all items that there are; the last item takes them with it.
+/// The pictures of all items that there are; the last item takes them with it. All windows are drawn by the
+/// main thread.
 std::shared_ptr<StillItem::Pictures> sharedPictures() {
     static std::weak_ptr<StillItem::Pictures> pictures;
     auto shared = pictures.lock();
@@ -57,7 +58,7 @@ QImage StillItem::sharedPicture(QSize pictureSize, const QSizeF& size, double pi
     describe(stream);
     if (look.isEmpty())
         return newPicture(pictureSize, size, pixels);
-    stream << size << pixels;
+    stream << size << pixels << antialiasing() << smooth();
     if (const QImage* const same = _pictures->object(look))
         return *same;
     const QImage picture = newPicture(pictureSize, size, pixels);

@@ -55,10 +55,11 @@ StretchedPicture::StretchedPicture(const QImage& picture, QSize full, double pix
         for (const Piece& column : columns.all()) {
             const QRectF place(column.to / pixels, row.to / pixels, column.drawnLength / pixels,
                                row.drawnLength / pixels);
-            if (column.isStretched() && row.isStretched()) {
-                // One pixel. As a rectangle of its colour it is drawn several times faster.
+            const QColor color = picture.pixelColor(column.from, row.from);
+            // A pixel as a rectangle is drawn several times faster, and in some clear colours a shade off.
+            if (column.isStretched() && row.isStretched() && color.alpha() == 255) {
                 QSGRectangleNode* const node = window.createRectangleNode();
-                node->setColor(picture.pixelColor(column.from, row.from));
+                node->setColor(color);
                 node->setRect(place);
                 appendChildNode(node);
                 continue;

@@ -18,10 +18,11 @@
 #include <QRegion>
 #include <QScreen>
 #include <QSurfaceFormat>
+#include <QThread>
 
 #include <array>
+#include <memory>
 #include <optional>
-#include <thread>
 #include <utility>
 
 namespace selvane {
@@ -97,13 +98,14 @@ class HeadStart {
 public:
     HeadStart(QQmlEngine& engine, TimerFaceModel::Style style) : _modules(&engine) {
         // The fonts of the system are listed once for all threads.
-        std::thread listing(
-            [] { [[maybe_unused]] const bool found = QFontInfo(QGuiApplication::font()).exactMatch(); });
+        const std::unique_ptr<QThread> listing(QThread::create(
+            [] { [[maybe_unused]] const bool isThere = QFontInfo(QGuiApplication::font()).exactMatch(); }));
+        listing->start();
         // What a module asks of this thread must be done before, or the engine's would wait for it.
         _modules.setData("import QtQuick\nItem {}", {});
         _popover.emplace(&engine, popoverFile(), QQmlComponent::Asynchronous);
         _face.emplace(&engine, faceFile(style), QQmlComponent::Asynchronous);
-        listing.join();
+        listing->wait();
         findFonts();
     }
 
@@ -169,7 +171,7 @@ void PopoverPanel::fitWindow() {
         return;
     const QSize size(qRound(root->width()), qRound(root->height()));
     const Fit fit{size, _model.shadowMargin(), _view.devicePixelRatio()};
-    if (std::exchange(_fit, fit) == fit)
+    if (std::exchange(_fit, fit) == fit && _view.size() == size)
         return;
     CardMargin::set(_view, fit.margin);
     // Equal bounds make tiling compositors let the window float.

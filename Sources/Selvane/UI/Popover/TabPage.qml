@@ -9,7 +9,8 @@ Item {
 
     anchors.fill: parent
     opacity: presence.value
-    visible: opacity > 0
+    // Where the spring swings about its end, the page would come and go.
+    visible: selected || opacity > 0.001
     enabled: selected
 
     SpringValue {

@@ -12,7 +12,7 @@ namespace {
 constexpr double response = 0.5;
 constexpr double dampingFraction = 0.85;
 constexpr Seconds smoothStep{1.0 / 60};
-/// A tick's roll ends when the spring has come so near that the rest is not seen in a digit.
+/// A tick's roll is cut short: what is left of the way is a few pixels, and a frame less.
 constexpr Seconds tickStep = DigitRoll::tickLength / 2;
 /// Sums of steps miss the end by less.
 constexpr Seconds nothing{1e-6};

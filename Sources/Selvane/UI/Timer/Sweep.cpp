@@ -39,7 +39,7 @@ void Sweep::aim(double target, Motion motion, double pathPixels, Seconds now) {
     const double visibleSteps =
         headChanges ? std::max(distance * pathPixels * 2, mostStepsOfATick) : distance * pathPixels * 2;
     _target = target;
-    if (motion == Motion::linear && visibleSteps < 1)
+    if (motion == Motion::linear && visibleSteps < 1 && std::abs(target - _to) * pathPixels * 2 < 1)
         return;
     if (motion == Motion::none || visibleSteps < 1.5) {
         jump(target);

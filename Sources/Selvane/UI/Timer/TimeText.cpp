@@ -145,9 +145,11 @@ void TimeText::decide() {
         pace = DigitRoll::Pace::none;
     else if (_isRunning)
         pace = DigitRoll::Pace::tick;
+    // Also the digits of a roll that hadn't ended yet.
+    const QRectF before = rollingArea();
     _roll.change(_time, pace, now());
     if (pace == DigitRoll::Pace::tick)
-        repaint(rollingArea());
+        repaint(before | rollingArea());
     else
         repaint();
     scheduleStep();
@@ -178,7 +180,7 @@ QRectF TimeText::rollingArea() const {
         if (cells[index].before)
             area |= QRectF(left + _edges[index], 0, _edges[index + 1] - _edges[index], height());
     }
-    return area.adjusted(-2, 0, 2, 0);
+    return area.isEmpty() ? area : area.adjusted(-2, 0, 2, 0);
 }
 
 void TimeText::draw(QPainter& painter) {
