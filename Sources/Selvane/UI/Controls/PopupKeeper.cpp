@@ -9,6 +9,24 @@
 
 namespace selvane {
 
+namespace {
+
+/// Lets the shortcuts in an item ask again what keeps them from their keys. The module of popups brings the
+/// answer that an open popup does; shortcuts that were there before the module would take the popup's keys.
+void renewShortcuts(const QQuickItem& item) {
+    for (QObject* const child : item.children()) {
+        if (!child->inherits("QQuickShortcut"))
+            continue;
+        const QVariant context = child->property("context");
+        child->setProperty("context", static_cast<int>(Qt::ApplicationShortcut));
+        child->setProperty("context", context);
+    }
+    for (const QQuickItem* const child : item.childItems())
+        renewShortcuts(*child);
+}
+
+} // namespace
+
 void PopupKeeper::setPopup(QObject* popup) {
     if (popup == _popup)
         return;
@@ -27,6 +45,7 @@ void PopupKeeper::popupOpens() {
     const QQuickWindow* const window = item ? item->window() : nullptr;
     if (!window)
         return;
+    renewShortcuts(*window->contentItem());
     _withWindow = connect(window, &QWindow::visibleChanged, this, [this](bool visible) {
         if (!visible && _popup)
             QMetaObject::invokeMethod(_popup, "close");
