@@ -263,11 +263,14 @@ protected:
         shape.setRingColor(Qt::red);
         shape.setFillColor(Qt::blue);
         shape.setProgress(progress);
-        QImage picture(180, 180, QImage::Format_ARGB32_Premultiplied);
-        picture.fill(Qt::white);
-        QPainter painter(&picture);
+        QImage shapePicture(180, 180, QImage::Format_ARGB32_Premultiplied);
+        shapePicture.fill(Qt::transparent);
+        QPainter painter(&shapePicture);
         painter.scale(10, 10);
         shape.paint(&painter, shape.size());
+        QImage picture(shapePicture.size(), shapePicture.format());
+        picture.fill(Qt::white);
+        QPainter(&picture).drawImage(0, 0, shapePicture);
         return picture;
     }
     static constexpr int middle = 90;

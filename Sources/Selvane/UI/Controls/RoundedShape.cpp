@@ -15,15 +15,35 @@ constexpr double ringWidth = 2;
 /// Of the ground, between the shape and its ring.
 constexpr double ringGap = 2;
 
+bool isEven(const QBrush& brush) {
+    return brush.style() == Qt::SolidPattern;
+}
+
 bool isSeen(const QBrush& brush) {
-    return brush.style() != Qt::SolidPattern || brush.color().alpha() > 0;
+    return !isEven(brush) || brush.color().alpha() > 0;
+}
+
+QRectF within(const QRectF& outer, double width) {
+    return outer.adjusted(width, width, -width, -width);
+}
+
+/// What is seen where one color lies over another.
+QColor over(const QColor& lower, const QColor& upper) {
+    const float share = upper.alphaF();
+    if (share <= 0)
+        return lower;
+    const float opacity = share + lower.alphaF() * (1 - share);
+    const auto mixed = [&](float below, float above) {
+        return (above * share + below * lower.alphaF() * (1 - share)) / opacity;
+    };
+    return QColor::fromRgbF(mixed(lower.redF(), upper.redF()), mixed(lower.greenF(), upper.greenF()),
+                            mixed(lower.blueF(), upper.blueF()), opacity);
 }
 
 /// What lies within a shape but not within the same shape drawn smaller by a width.
 QPainterPath frame(const QRectF& outer, double radius, double width) {
     QPainterPath path = roundedRectangle(outer, radius, Corners::continuous);
-    path.addPath(roundedRectangle(outer.adjusted(width, width, -width, -width), std::max(radius - width, 0.0),
-                                  Corners::continuous));
+    path.addPath(roundedRectangle(within(outer, width), std::max(radius - width, 0.0), Corners::continuous));
     path.setFillRule(Qt::OddEvenFill);
     return path;
 }
@@ -75,7 +95,6 @@ QSizeF RoundedShape::leastSize() const {
     const double corner = std::max((radius + ringOut()) * 1.3, radius + reach(_shadow));
     // One pixel to repeat, and one at each side of it for places that aren't whole.
     const double least = 2 * (_spread + corner) + 3 / pixels();
-    const auto isEven = [](const QBrush& brush) { return brush.style() == Qt::SolidPattern; };
     if (isEven(fill(shape)) && isEven(edge(shape)))
         return {least, least + 2 * std::abs(_shadow.offset)};
     return {least, StillItem::leastSize().height()};
@@ -86,10 +105,22 @@ void RoundedShape::paint(QPainter* painter, const QSizeF& size) {
     const double radius = cornerRadius(shape);
     paintShadow(*painter, shape, radius, _shadow, pixels());
     painter->setPen(Qt::NoPen);
-    if (const QBrush brush = fill(shape); isSeen(brush))
-        painter->fillPath(roundedRectangle(shape, radius, Corners::continuous), brush);
-    if (const QBrush brush = edge(shape); isSeen(brush))
-        painter->fillPath(frame(shape, radius, crispWidth(_edgeWidth, pixels())), brush);
+    const QBrush inside = fill(shape);
+    const QBrush outline = edge(shape);
+    const double width = crispWidth(_edgeWidth, pixels());
+    if (isEven(inside) && isEven(outline) && !isSeen(_shadow)) {
+        painter->setCompositionMode(paintsOnEmptyGround);
+        painter->fillPath(roundedRectangle(shape, radius, Corners::continuous),
+                          over(inside.color(), outline.color()));
+        if (isSeen(outline))
+            painter->fillPath(
+                roundedRectangle(within(shape, width), std::max(radius - width, 0.0), Corners::continuous),
+                inside);
+        painter->setCompositionMode(QPainter::CompositionMode_SourceOver);
+    } else {
+        painter->fillPath(roundedRectangle(shape, radius, Corners::continuous), inside);
+        painter->fillPath(frame(shape, radius, width), outline);
+    }
     if (_ringed)
         paintRing(*painter, shape, radius);
 }

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <QColor>
+#include <QPainter>
 #include <QPainterPath>
 #include <QRectF>
-
-class QPainter;
 
 namespace selvane {
 
@@ -19,6 +18,11 @@ enum class Corners {
 /// whose ends are half circles either way.
 [[nodiscard]] QPainterPath roundedRectangle(const QRectF& rect, double radius,
                                             Corners corners = Corners::round);
+
+/// Looks like the usual mode where nothing was painted before, and where the paint is opaque. In the usual
+/// mode the painter divides tall shapes among threads, and waking them takes longer than painting what a view
+/// is made of.
+inline constexpr auto paintsOnEmptyGround = QPainter::CompositionMode_Source;
 
 /// A soft shadow. Lengths are in the painter's units.
 struct SoftShadow {

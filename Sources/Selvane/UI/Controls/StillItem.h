@@ -28,7 +28,8 @@ public:
     explicit StillItem(QQuickItem* parent = nullptr);
 
     /// Paints the item as if it had that size, which is its own or, where `leastSize()` allows, less. In
-    /// pixels of the window, from the item's corner. What lies outside the size isn't shown.
+    /// pixels of the window, from the item's corner, on ground where nothing is painted yet. What lies
+    /// outside the size isn't shown.
     virtual void paint(QPainter* painter, const QSizeF& size) = 0;
 
 protected:

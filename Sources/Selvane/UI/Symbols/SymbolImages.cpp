@@ -18,12 +18,10 @@ namespace {
 constexpr qsizetype mostBytes = 512 * 1024;
 
 void paint(QPainter& painter, const SymbolDrawing::Shape& shape, const SymbolFit& fit, double strokeWidth) {
-    painter.setCompositionMode(shape.erases ? QPainter::CompositionMode_DestinationOut
-                                            : QPainter::CompositionMode_SourceOver);
-    painter.setBrush(shape.filled ? QBrush(Qt::black) : QBrush(Qt::NoBrush));
+    const QColor ink = shape.erases ? Qt::transparent : Qt::black;
+    painter.setBrush(shape.filled ? QBrush(ink) : QBrush(Qt::NoBrush));
     if (shape.strokes > 0)
-        painter.setPen(
-            QPen(Qt::black, shape.strokes * strokeWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter.setPen(QPen(ink, shape.strokes * strokeWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     else
         painter.setPen(Qt::NoPen);
     painter.drawPath(fit.place(shape.path));
@@ -65,6 +63,9 @@ QImage draw(const SymbolDrawing& drawing, const SymbolStyle& style) {
         image.fill(Qt::transparent);
         QPainter painter(&image);
         painter.setRenderHint(QPainter::Antialiasing);
+        // Ink takes the place of what is there, also to erase it. The usual mode would have tall shapes
+        // painted by several threads, and waking them takes longer than painting a symbol.
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
         painter.scale(oversampling, oversampling);
         for (std::size_t index = first; index < end; ++index)
             paint(painter, drawing.shapes[index], fit, width);

@@ -1,6 +1,7 @@
 #include "Selvane/UI/Tasks/CheckShape.h"
 
 #include "Selvane/UI/Controls/Ink.h"
+#include "Selvane/UI/Controls/ShapePainting.h"
 
 #include <QDataStream>
 #include <QLineF>
@@ -74,7 +75,9 @@ void CheckShape::paint(QPainter* painter, const QSizeF& size) {
     painter->setBrush(Qt::NoBrush);
     painter->setPen(QPen(faded(_ringColor, on(ringOpacityWhenOff, _progress)), ringWidth));
     // Inside the edge.
+    painter->setCompositionMode(paintsOnEmptyGround);
     painter->drawEllipse(center, radius - ringWidth / 2, radius - ringWidth / 2);
+    painter->setCompositionMode(QPainter::CompositionMode_SourceOver);
 
     if (_progress <= 0)
         return;

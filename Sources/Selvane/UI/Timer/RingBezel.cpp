@@ -1,6 +1,7 @@
 #include "Selvane/UI/Timer/RingBezel.h"
 
 #include "Selvane/UI/Controls/Ink.h"
+#include "Selvane/UI/Controls/ShapePainting.h"
 #include "Selvane/UI/Timer/RingGeometry.h"
 
 #include <QPainter>
@@ -31,13 +32,15 @@ void RingBezel::setInk(const QColor& ink) {
 void RingBezel::paint(QPainter* painter, const QSizeF& size) {
     painter->setRenderHint(QPainter::Antialiasing);
     painter->translate(size.width() / 2, size.height() / 2);
+    painter->setPen(QPen(faded(_ink, trackOpacity), RingGeometry::lineWidth));
+    painter->setBrush(Qt::NoBrush);
+    painter->setCompositionMode(paintsOnEmptyGround);
+    painter->drawEllipse(QPointF(0, 0), RingGeometry::arcDiameter / 2, RingGeometry::arcDiameter / 2);
+    painter->setCompositionMode(QPainter::CompositionMode_SourceOver);
     for (const RingGeometry::Tick& tick : RingGeometry::ticks(size.width())) {
         painter->setPen(QPen(faded(_ink, tick.opacity), tick.width, Qt::SolidLine, Qt::RoundCap));
         painter->drawLine(tick.inner, tick.outer);
     }
-    painter->setPen(QPen(faded(_ink, trackOpacity), RingGeometry::lineWidth));
-    painter->setBrush(Qt::NoBrush);
-    painter->drawEllipse(QPointF(0, 0), RingGeometry::arcDiameter / 2, RingGeometry::arcDiameter / 2);
 }
 
 } // namespace selvane

@@ -1,0 +1,61 @@
+#include "Selvane/UI/Popover/HeadStart.h"
+
+#include "Selvane/App/AppSettings.h"
+
+#include <QFont>
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QString>
+
+#include <array>
+#include <utility>
+
+namespace selvane {
+
+namespace {
+
+QUrl viewFile(const char* module, const char* name) {
+    return QUrl(QStringLiteral("qrc:/qt-project.org/imports/Selvane/%1/%2.qml")
+                    .arg(QLatin1String(module), QLatin1String(name)));
+}
+
+QUrl faceFile(TimerStyle style) {
+    switch (style) {
+    case TimerStyle::ring:
+        return viewFile("Timer", "RingFace");
+    case TimerStyle::bar:
+        return viewFile("Timer", "BarFace");
+    case TimerStyle::minimal:
+        return viewFile("Timer", "MinimalFace");
+    }
+    __builtin_unreachable();
+}
+
+/// By weight and size in pixels.
+constexpr std::array usedFonts{
+    std::pair{QFont::Normal, 11},   std::pair{QFont::Normal, 13},   std::pair{QFont::Normal, 14},
+    std::pair{QFont::Medium, 11},   std::pair{QFont::Medium, 12},   std::pair{QFont::Medium, 13},
+    std::pair{QFont::DemiBold, 11}, std::pair{QFont::DemiBold, 12}, std::pair{QFont::DemiBold, 14},
+};
+
+} // namespace
+
+HeadStart::HeadStart(QQmlEngine& engine, const AppSettings& settings)
+    : _popover(&engine, popoverFile(), QQmlComponent::Asynchronous),
+      _face(&engine, faceFile(settings.timerStyle()), QQmlComponent::Asynchronous) {}
+
+QUrl HeadStart::popoverFile() {
+    return viewFile("Popover", "Popover");
+}
+
+void HeadStart::findFonts() {
+    QFont font = QGuiApplication::font();
+    for (const auto& [weight, size] : usedFonts) {
+        font.setWeight(weight);
+        font.setPixelSize(size);
+        // More than its height: what is needed to place letters beside each other is read with the first ones.
+        [[maybe_unused]] const double width = QFontMetricsF(font).horizontalAdvance(QStringLiteral("Focus"));
+    }
+}
+
+} // namespace selvane
