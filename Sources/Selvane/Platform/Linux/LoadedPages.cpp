@@ -27,7 +27,7 @@ std::optional<Range> range(const std::string& text) {
 }
 
 /// "7f00-7f10 r-xp 00000000 fe:00 1234    /usr/lib/libm.so.6"
-std::optional<Range> readOnlyFile(const std::string& line) {
+std::optional<Range> code(const std::string& line) {
     std::istringstream words(line);
     std::string place;
     std::string rights;
@@ -36,7 +36,7 @@ std::optional<Range> readOnlyFile(const std::string& line) {
     std::string number;
     std::string path;
     words >> place >> rights >> offset >> device >> number >> path;
-    if (!path.starts_with('/') || (rights != "r-xp" && rights != "r--p"))
+    if (!path.starts_with('/') || rights != "r-xp")
         return std::nullopt;
     return range(place);
 }
@@ -51,7 +51,7 @@ std::vector<Range> unchanged(std::istream& smaps) {
         // Of the lines about a mapping, only the first doesn't begin with a name and a colon.
         const std::string_view first = std::string_view(line).substr(0, line.find(' '));
         if (!first.ends_with(':')) {
-            file = readOnlyFile(line);
+            file = code(line);
             isUnchanged = false;
         } else if (first == "Anonymous:") {
             isUnchanged = line.ends_with(" 0 kB");
