@@ -25,15 +25,17 @@ DesktopWishes::Palette currentPalette() {
     return isDark ? DesktopWishes::Palette::dark : DesktopWishes::Palette::light;
 }
 
-/// The program that composites an X11 screen owns a selection of its own.
-bool hasCompositor(xcb_connection_t* connection) {
+/// The selection that the program which composites an X11 screen owns.
+xcb_atom_t compositorSelection(xcb_connection_t* connection) {
     constexpr std::string_view name = "_NET_WM_CM_S0";
     const XcbReply<xcb_intern_atom_reply_t> atom(
-        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 1, name.size(), name.data()), nullptr));
-    if (!atom || atom->atom == XCB_ATOM_NONE)
-        return false;
+        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 0, name.size(), name.data()), nullptr));
+    return atom ? atom->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+bool isOwned(xcb_connection_t* connection, xcb_atom_t selection) {
     const XcbReply<xcb_get_selection_owner_reply_t> owner(
-        xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, atom->atom), nullptr));
+        xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, selection), nullptr));
     return owner && owner->owner != XCB_WINDOW_NONE;
 }
 
@@ -54,8 +56,12 @@ DesktopAppearance::~DesktopAppearance() = default;
 bool DesktopAppearance::isComposited() const {
     if (qobject_cast<QGuiApplication*>(QCoreApplication::instance()) == nullptr)
         return false;
-    if (auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
-        return hasCompositor(x11->connection());
+    if (auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
+        // Each question waits for the server, and this is asked whenever a window opens.
+        if (_compositorSelection == XCB_ATOM_NONE)
+            _compositorSelection = compositorSelection(x11->connection());
+        return isOwned(x11->connection(), _compositorSelection);
+    }
     return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 }
 

@@ -8,6 +8,7 @@
 #include <QtCore/QObject>
 #include <QtDBus/QDBusConnection>
 
+#include <cstdint>
 #include <memory>
 
 namespace selvane {
@@ -37,6 +38,8 @@ private:
     PortalSettings _portal;
     std::unique_ptr<XSettings> _xsettings;
     DesktopWishes _wishes;
+    /// An atom of the X server, 0 until it was asked.
+    mutable std::uint32_t _compositorSelection = 0;
 };
 
 } // namespace selvane

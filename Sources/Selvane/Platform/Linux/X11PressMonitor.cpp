@@ -1,5 +1,7 @@
 #include "Selvane/Platform/Linux/X11PressMonitor.h"
 
+#include "SelvaneCore/Lifetime.h"
+
 #include <QtCore/QSocketNotifier>
 #include <QtGui/QGuiApplication>
 
@@ -8,6 +10,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <list>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -31,34 +34,78 @@ xcb_connection_t* windowConnection() {
     return x11 ? x11->connection() : nullptr;
 }
 
-class Watch {
+/// The root window of the connection's screen, if the server can tell of raw presses.
+std::optional<xcb_window_t> watchableRoot(xcb_connection_t* connection, int screenNumber) {
+    const auto version = xcb_input_xi_query_version(connection, 2, 2);
+    const Owned<xcb_input_xi_query_version_reply_t> reply(
+        xcb_input_xi_query_version_reply(connection, version, nullptr));
+    if (!reply || reply->major_version < 2)
+        return std::nullopt;
+    auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection));
+    for (; screenNumber > 0 && screen.rem > 0; --screenNumber)
+        xcb_screen_next(&screen);
+    if (screen.rem == 0)
+        return std::nullopt;
+    return screen.data->root;
+}
+
+} // namespace
+
+/// A connection of its own to the X server, since on the one of the windows Qt reads the events.
+class X11PressMonitor::Connection {
 public:
-    Watch(std::unique_ptr<xcb_connection_t, Disconnect> connection, xcb_window_t root,
-          PressMonitor::Listener listener)
-        : _connection(std::move(connection)),
-          _root(root),
-          _listener(std::move(listener)),
-          _notifier(new QSocketNotifier(xcb_get_file_descriptor(_connection.get()), QSocketNotifier::Read)) {
-        QObject::connect(_notifier, &QSocketNotifier::activated, _notifier, [this] { readEvents(); });
-        selectPresses();
+    /// Null if the server can't be asked or can't tell of raw presses.
+    static std::unique_ptr<Connection> open() {
+        if (!windowConnection())
+            return nullptr;
+        int screenNumber = 0;
+        std::unique_ptr<xcb_connection_t, Disconnect> connection(xcb_connect(nullptr, &screenNumber));
+        if (xcb_connection_has_error(connection.get()))
+            return nullptr;
+        const auto root = watchableRoot(connection.get(), screenNumber);
+        if (!root)
+            return nullptr;
+        return std::unique_ptr<Connection>(new Connection(std::move(connection), *root));
     }
-    Watch(const Watch&) = delete;
-    Watch& operator=(const Watch&) = delete;
-    ~Watch() {
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+    ~Connection() {
         // Later, since this may be the notifier's own call.
         _notifier->setEnabled(false);
         _notifier->disconnect();
         _notifier->deleteLater();
     }
 
+    [[nodiscard]] bool isLost() const { return xcb_connection_has_error(_connection.get()) != 0; }
+
+    Subscription add(Listener listener) {
+        if (_listeners.empty()) {
+            // What happened before is no news.
+            while (Owned<xcb_generic_event_t>(xcb_poll_for_event(_connection.get()))) {
+            }
+            select(XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE);
+        }
+        const auto place = _listeners.insert(_listeners.end(), std::move(listener));
+        return Subscription(_lifetime.guard([this, place] {
+            _listeners.erase(place);
+            if (_listeners.empty())
+                select(0);
+        }));
+    }
+
 private:
-    void selectPresses() {
+    Connection(std::unique_ptr<xcb_connection_t, Disconnect> connection, xcb_window_t root)
+        : _connection(std::move(connection)),
+          _root(root),
+          _notifier(new QSocketNotifier(xcb_get_file_descriptor(_connection.get()), QSocketNotifier::Read)) {
+        QObject::connect(_notifier, &QSocketNotifier::activated, _notifier, [this] { readEvents(); });
+    }
+
+    void select(std::uint32_t events) {
         struct {
             xcb_input_event_mask_t head;
             std::uint32_t mask;
-        } const selection{{XCB_INPUT_DEVICE_ALL_MASTER, 1},
-                          XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS |
-                              XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE};
+        } const selection{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, events};
         xcb_input_xi_select_events(_connection.get(), _root, 1, &selection.head);
         xcb_flush(_connection.get());
     }
@@ -72,14 +119,16 @@ private:
                 wasPressedOutside || (type == XCB_INPUT_RAW_BUTTON_PRESS && !isPointerOverOwnWindow());
             wasReleased = wasReleased || type == XCB_INPUT_RAW_BUTTON_RELEASE;
         }
-        if (xcb_connection_has_error(_connection.get()))
+        if (isLost())
             _notifier->setEnabled(false);
         // Last and on copies, since a listener may end this watch.
-        const PressMonitor::Listener listener = _listener;
-        if (wasPressedOutside && listener.onPress)
-            listener.onPress();
-        if (wasReleased && listener.onRelease)
-            listener.onRelease();
+        const std::list<Listener> listeners = _listeners;
+        for (const Listener& listener : listeners) {
+            if (wasPressedOutside && listener.onPress)
+                listener.onPress();
+            if (wasReleased && listener.onRelease)
+                listener.onRelease();
+        }
     }
 
     /// The kind of a raw event of a button; 0 for anything else. The steps of a wheel come as buttons 4 to 7.
@@ -109,39 +158,19 @@ private:
 
     std::unique_ptr<xcb_connection_t, Disconnect> _connection;
     xcb_window_t _root;
-    PressMonitor::Listener _listener;
     QSocketNotifier* _notifier;
+    std::list<Listener> _listeners;
+    Lifetime _lifetime;
 };
 
-/// The root window of the connection's screen, if the server can tell of raw presses.
-std::optional<xcb_window_t> watchableRoot(xcb_connection_t* connection, int screenNumber) {
-    const auto version = xcb_input_xi_query_version(connection, 2, 2);
-    const Owned<xcb_input_xi_query_version_reply_t> reply(
-        xcb_input_xi_query_version_reply(connection, version, nullptr));
-    if (!reply || reply->major_version < 2)
-        return std::nullopt;
-    auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection));
-    for (; screenNumber > 0 && screen.rem > 0; --screenNumber)
-        xcb_screen_next(&screen);
-    if (screen.rem == 0)
-        return std::nullopt;
-    return screen.data->root;
-}
+X11PressMonitor::X11PressMonitor() = default;
 
-} // namespace
+X11PressMonitor::~X11PressMonitor() = default;
 
 Subscription X11PressMonitor::watch(Listener listener) {
-    if (!windowConnection())
-        return {};
-    int screenNumber = 0;
-    std::unique_ptr<xcb_connection_t, Disconnect> connection(xcb_connect(nullptr, &screenNumber));
-    if (xcb_connection_has_error(connection.get()))
-        return {};
-    const auto root = watchableRoot(connection.get(), screenNumber);
-    if (!root)
-        return {};
-    auto watch = std::make_shared<Watch>(std::move(connection), *root, std::move(listener));
-    return Subscription([watch = std::move(watch)]() mutable { watch.reset(); });
+    if (!_connection || _connection->isLost())
+        _connection = Connection::open();
+    return _connection ? _connection->add(std::move(listener)) : Subscription();
 }
 
 } // namespace selvane
