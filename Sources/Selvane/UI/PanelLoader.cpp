@@ -3,11 +3,32 @@
 #include "SelvaneCore/Log.h"
 
 #include <QCoreApplication>
+#include <QFontInfo>
+#include <QGuiApplication>
 #include <QPluginLoader>
+#include <QThread>
 
 namespace selvane::PanelLoader {
 
+namespace {
+
+/// Has another thread list the fonts of the system, which the first text would wait for.
+class FontListing {
+public:
+    FontListing() { _thread->start(); }
+    FontListing(const FontListing&) = delete;
+    FontListing& operator=(const FontListing&) = delete;
+    ~FontListing() { _thread->wait(); }
+
+private:
+    std::unique_ptr<QThread> _thread{QThread::create(
+        [] { [[maybe_unused]] const bool isThere = QFontInfo(QGuiApplication::font()).exactMatch(); })};
+};
+
+} // namespace
+
 std::unique_ptr<Panel> load(const PanelContext& context) {
+    const FontListing fonts;
     // Relative to the program, so that an installed tree can be moved and the build tree works as it is.
     QPluginLoader loader(QCoreApplication::applicationDirPath() +
                          QLatin1String("/../" SELVANE_PLUGIN_DIRECTORY "/libselvane-popover.so"));

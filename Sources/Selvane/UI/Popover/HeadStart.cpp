@@ -53,7 +53,8 @@ void HeadStart::findFonts() {
     for (const auto& [weight, size] : usedFonts) {
         font.setWeight(weight);
         font.setPixelSize(size);
-        // More than its height: what is needed to place letters beside each other is read with the first ones.
+        // More than its height: what is needed to place letters beside each other is read with the first
+        // ones.
         [[maybe_unused]] const double width = QFontMetricsF(font).horizontalAdvance(QStringLiteral("Focus"));
     }
 }

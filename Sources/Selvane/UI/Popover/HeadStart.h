@@ -9,16 +9,16 @@ namespace selvane {
 
 class AppSettings;
 
-/// What the popover's first frame needs and another thread can get while the main thread makes the rest: as long as
-/// this exists, the engine's own thread reads the files of the views. Main thread.
+/// What the popover's first frame needs and another thread can get while the main thread makes the rest: as
+/// long as this exists, the engine's own thread reads the files of the views. Main thread.
 class HeadStart {
 public:
     HeadStart(QQmlEngine& engine, const AppSettings& settings);
 
     [[nodiscard]] static QUrl popoverFile();
 
-    /// Finds the fonts that the views use and makes them ready, which Qt does only when the first text asks for
-    /// them.
+    /// Finds the fonts that the views use and makes them ready, which Qt does only when the first text asks
+    /// for them.
     static void findFonts();
 
 private:

@@ -1,28 +1,21 @@
 #include "Selvane/UI/Popover/PopoverPanel.h"
 
+#include "Selvane/App/AppModel.h"
 #include "Selvane/UI/Controls/CardMargin.h"
 #include "Selvane/UI/PanelPlacement.h"
+#include "Selvane/UI/Popover/HeadStart.h"
 #include "Selvane/UI/Popover/ViewTypes.h"
 #include "SelvaneCore/Log.h"
 
-#include <QBitmap>
-#include <QFont>
-#include <QFontInfo>
-#include <QFontMetricsF>
 #include <QGuiApplication>
-#include <QPainter>
-#include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQmlError>
 #include <QQuickItem>
 #include <QRegion>
 #include <QScreen>
 #include <QSurfaceFormat>
-#include <QThread>
 
-#include <array>
-#include <memory>
-#include <optional>
+#include <cmath>
 #include <utility>
 
 namespace selvane {
@@ -45,75 +38,15 @@ QScreen* screenOf(const StatusItemAnchor& anchor) {
 
 /// What a window of that size keeps when its corners are rounded off.
 QRegion roundedRegion(QSize size, int radius) {
-    QBitmap mask(size);
-    mask.fill(Qt::color0);
-    QPainter painter(&mask);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Qt::color1);
-    painter.drawRoundedRect(QRect(QPoint(), size), radius, radius);
-    painter.end();
-    return QRegion(mask);
-}
-
-QUrl popoverFile() {
-    return QUrl(QStringLiteral("qrc:/qt-project.org/imports/Selvane/Popover/Popover.qml"));
-}
-
-QUrl faceFile(TimerFaceModel::Style style) {
-    const auto file = [](const char* name) {
-        return QUrl(
-            QStringLiteral("qrc:/qt-project.org/imports/Selvane/Timer/%1.qml").arg(QLatin1String(name)));
-    };
-    switch (style) {
-    case TimerFaceModel::Ring:
-        return file("RingFace");
-    case TimerFaceModel::Bar:
-        return file("BarFace");
-    case TimerFaceModel::Minimal:
-        return file("MinimalFace");
+    QRegion region(0, radius, size.width(), size.height() - 2 * radius);
+    for (int row = 0; row < radius; ++row) {
+        const double rise = radius - row - 0.5;
+        const int inset = qRound(radius - std::sqrt(radius * radius - rise * rise));
+        region += QRect(inset, row, size.width() - 2 * inset, 1);
+        region += QRect(inset, size.height() - 1 - row, size.width() - 2 * inset, 1);
     }
-    __builtin_unreachable();
+    return region;
 }
-
-/// By weight and size in pixels.
-constexpr std::array usedFonts{
-    std::pair{QFont::Normal, 11},   std::pair{QFont::Normal, 13},   std::pair{QFont::Normal, 14},
-    std::pair{QFont::Medium, 11},   std::pair{QFont::Medium, 12},   std::pair{QFont::Medium, 13},
-    std::pair{QFont::DemiBold, 11}, std::pair{QFont::DemiBold, 12}, std::pair{QFont::DemiBold, 14},
-};
-
-/// Finds the files of the fonts that the views use, which Qt does only when the first text asks for them.
-void findFonts() {
-    QFont font = QGuiApplication::font();
-    for (const auto& [weight, size] : usedFonts) {
-        font.setWeight(weight);
-        font.setPixelSize(size);
-        [[maybe_unused]] const double height = QFontMetricsF(font).height();
-    }
-}
-
-/// What the first frame needs and more than one thread can get at once: as long as this exists, the engine
-/// reads the files of the views in a thread of its own, while this one finds the fonts.
-class HeadStart {
-public:
-    HeadStart(QQmlEngine& engine, TimerFaceModel::Style style) : _modules(&engine) {
-        // The fonts of the system are listed once for all threads.
-        const std::unique_ptr<QThread> listing(QThread::create(
-            [] { [[maybe_unused]] const bool isThere = QFontInfo(QGuiApplication::font()).exactMatch(); }));
-        listing->start();
-        // What a module asks of this thread must be done before, or the engine's would wait for it.
-        _modules.setData("import QtQuick\nItem {}", {});
-        _popover.emplace(&engine, popoverFile(), QQmlComponent::Asynchronous);
-        _face.emplace(&engine, faceFile(style), QQmlComponent::Asynchronous);
-        listing->wait();
-        findFonts();
-    }
-
-private:
-    QQmlComponent _modules;
-    std::optional<QQmlComponent> _popover;
-    std::optional<QQmlComponent> _face;
-};
 
 } // namespace
 
@@ -124,7 +57,8 @@ void PopoverPanel::prepare() {
 }
 
 PopoverPanel::PopoverPanel(const PanelContext& context)
-    : _model(*context.model, *context.appearance, *context.scheduler, context.windows) {
+    : _headStart(std::make_unique<HeadStart>(_engine, context.model->settings())),
+      _model(*context.model, *context.appearance, *context.scheduler, context.windows) {
     QObject::connect(&_model, &PopoverModel::cancelled, &_view, [this] {
         if (onCancel)
             onCancel();
@@ -152,14 +86,19 @@ PopoverPanel::PopoverPanel(const PanelContext& context)
                    Qt::NoDropShadowWindowHint);
     _view.setResizeMode(QQuickView::SizeViewToRootObject);
     _view.setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(&_model)}});
-    const HeadStart headStart(*_view.engine(), _model.face()->style());
-    _view.setSource(popoverFile());
+    // What can be had before the files of the views are read.
+    _view.create();
+    HeadStart::findFonts();
+    _view.setSource(HeadStart::popoverFile());
+    _headStart.reset();
     for (const QQmlError& error : _view.errors())
         Log::line("the popover doesn't load: " + error.toString().toStdString());
     // The timer's face may be given another style, and with it another height.
     if (const QQuickItem* const root = _view.rootObject())
         QObject::connect(root, &QQuickItem::heightChanged, &_view, [this] { heightChanged(); });
 }
+
+PopoverPanel::~PopoverPanel() = default;
 
 bool PopoverPanel::isReady() const {
     return _view.status() == QQuickView::Ready;
@@ -191,9 +130,22 @@ void PopoverPanel::show(const StatusItemAnchor& anchor) {
     place();
     // The screen that it is on now may have pixels of another size.
     fitWindow();
+    // A window that appears comes on top by itself.
+    if (_view.isVisible())
+        _view.raise();
     _view.show();
-    _view.raise();
     _view.requestActivate();
+    layOutLists();
+}
+
+void PopoverPanel::layOutLists() {
+    const QQuickItem* const root = _view.rootObject();
+    if (!root || std::exchange(_listsAreLaidOut, true))
+        return;
+    for (QQuickItem* const item : root->findChildren<QQuickItem*>()) {
+        if (item->inherits("QQuickItemView"))
+            item->ensurePolished();
+    }
 }
 
 void PopoverPanel::hide() {

@@ -3,11 +3,14 @@
 #include "Selvane/UI/Panel.h"
 #include "Selvane/UI/Popover/PopoverModel.h"
 
+#include <QQmlEngine>
 #include <QQuickView>
 
 #include <memory>
 
 namespace selvane {
+
+class HeadStart;
 
 /// The panel as a Qt Quick window. Made at the first opening, hidden and shown again afterwards.
 ///
@@ -22,6 +25,8 @@ public:
 
     /// False if the view couldn't be made; the panel is of no use then.
     [[nodiscard]] bool isReady() const;
+
+    ~PopoverPanel() override;
 
     void show(const StatusItemAnchor& anchor) override;
     void hide() override;
@@ -40,15 +45,22 @@ private:
     void fitWindow();
     void heightChanged();
     void place();
+    /// Makes the rows that the first frame shows while the window system is busy with the window; it would
+    /// happen after that.
+    void layOutLists();
     void keepKeyboard();
     void activeChanged();
 
+    QQmlEngine _engine;
+    /// Until the view is made.
+    std::unique_ptr<HeadStart> _headStart;
     PopoverModel _model;
-    QQuickView _view;
+    QQuickView _view{&_engine, nullptr};
     /// Where the panel was last opened.
     StatusItemAnchor _anchor;
     Fit _fit;
     bool _hadKeyboard = false;
+    bool _listsAreLaidOut = false;
 };
 
 } // namespace selvane
