@@ -13,9 +13,11 @@
 #include "Selvane/Platform/Linux/LogindAwayMonitor.h"
 #include "Selvane/Platform/Linux/SingleInstance.h"
 #include "Selvane/Platform/Linux/TerminationSignals.h"
+#include "Selvane/Platform/Linux/X11ActivationMonitor.h"
 #include "Selvane/Platform/Linux/X11PressMonitor.h"
 #include "Selvane/UI/AppDelegate.h"
 #include "Selvane/UI/PanelLoader.h"
+#include "Selvane/UI/QtProgramWindows.h"
 #include "SelvaneCore/AppPaths.h"
 #include "SelvaneCore/Log.h"
 #include "SelvaneCore/PosixFileSystem.h"
@@ -142,6 +144,8 @@ int run(QGuiApplication& application) {
     DesktopAppearance appearance(sessionBus);
     LinuxStatusItem statusItem(sessionBus, scheduler, appearance);
     X11PressMonitor presses;
+    X11ActivationMonitor activations;
+    QtProgramWindows programWindows;
 
     AppDelegate delegate({
         .scheduler = &scheduler,
@@ -161,6 +165,8 @@ int run(QGuiApplication& application) {
         .statusItem = &statusItem,
         .appearance = &appearance,
         .presses = &presses,
+        .activations = &activations,
+        .programWindows = &programWindows,
         .makePanel = PanelLoader::load,
         .giveBackMemory = LoadedPages::giveBack,
     });

@@ -20,7 +20,17 @@ public:
         _isVisible = false;
     }
     [[nodiscard]] bool isVisible() const override { return _isVisible; }
+    void setLevel(PanelLevel level) override {
+        _journal.note(level == PanelLevel::floating ? "panel.floating" : "panel.normal");
+        _level = level;
+    }
+    void activate() override { _journal.note("panel.activate"); }
+    [[nodiscard]] ScreenRect frame() const override { return place; }
 
+    /// Where it is said to be.
+    ScreenRect place{100, 50, 348, 600};
+
+    [[nodiscard]] PanelLevel level() const { return _level; }
     [[nodiscard]] const StatusItemAnchor& anchor() const { return _anchor; }
 
     void pressEscape() { onCancel(); }
@@ -29,6 +39,7 @@ public:
 private:
     Journal& _journal;
     bool _isVisible = false;
+    PanelLevel _level = PanelLevel::floating;
     StatusItemAnchor _anchor;
 };
 

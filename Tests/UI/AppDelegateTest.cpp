@@ -1,8 +1,10 @@
 #include "Selvane/UI/AppDelegate.h"
 
+#include "Support/FakeActivationMonitor.h"
 #include "Support/FakeAppearance.h"
 #include "Support/FakePanel.h"
 #include "Support/FakePressMonitor.h"
+#include "Support/FakeProgramWindows.h"
 #include "Support/FakeStatusItemHost.h"
 #include "Support/ModelHarness.h"
 #include "Support/RecordingWindows.h"
@@ -20,7 +22,7 @@ protected:
     AppDelegateTest() : delegate(harness.environment()) { harness.journal.clear(); }
 
     void finishLaunching() {
-        delegate.applicationDidFinishLaunching({&host, &appearance, &presses,
+        delegate.applicationDidFinishLaunching({&host, &appearance, &presses, &activations, &programWindows,
                                                 [this](const PanelContext& context) {
                                                     EXPECT_EQ(context.model, &delegate.model());
                                                     EXPECT_EQ(context.appearance, &appearance);
@@ -37,6 +39,8 @@ protected:
     test::FakeStatusItemHost host;
     test::FakeAppearance appearance;
     test::FakePressMonitor presses;
+    test::FakeActivationMonitor activations;
+    test::FakeProgramWindows programWindows;
     test::RecordingWindows windows{harness.journal};
     AppDelegate delegate;
 };
@@ -46,6 +50,29 @@ TEST_F(AppDelegateTest, LaunchShowsTheItemThenBacksUpThenLooksForNews) {
     finishLaunching();
     EXPECT_TRUE(host.content());
     EXPECT_THAT(harness.journal.entries(), ElementsAre("lifecycle.backUpDaily", "lifecycle.whatsNew"));
+}
+
+TEST(AppDelegate, RecoveryIsToldLast) {
+    test::ModelHarness harness;
+    harness.answers.recoveryNotice = "What happened.";
+    harness.answers.recovery = AppModel::Recovery::complete;
+    test::FakeStatusItemHost host;
+    test::FakeAppearance appearance;
+    test::FakePressMonitor presses;
+    test::FakeActivationMonitor activations;
+    test::FakeProgramWindows programWindows;
+    AppDelegate delegate(harness.environment());
+    harness.journal.clear();
+    delegate.applicationDidFinishLaunching({&host, &appearance, &presses, &activations, &programWindows, {}});
+    EXPECT_THAT(harness.journal.entries(),
+                ElementsAre("lifecycle.backUpDaily", "lifecycle.whatsNew",
+                            "notifier.data Selvane restored your data: What happened."));
+}
+
+TEST_F(AppDelegateTest, WithoutARecoveryNothingIsPosted) {
+    finishLaunching();
+    for (const std::string& entry : harness.journal.entries())
+        EXPECT_FALSE(entry.starts_with("notifier.data")) << entry;
 }
 
 TEST_F(AppDelegateTest, MemoryOfTheStartIsGivenBackOnceItIsOver) {
@@ -83,9 +110,12 @@ TEST(AppDelegate, RecoveryNoticePostsOneDataNotification) {
         test::FakeStatusItemHost host;
         test::FakeAppearance appearance;
         test::FakePressMonitor presses;
+        test::FakeActivationMonitor activations;
+        test::FakeProgramWindows programWindows;
         AppDelegate delegate(harness.environment());
         EXPECT_FALSE(harness.journal.has(std::string("notifier.data ") + title + ": What happened."));
-        delegate.applicationDidFinishLaunching({&host, &appearance, &presses, {}});
+        delegate.applicationDidFinishLaunching(
+            {&host, &appearance, &presses, &activations, &programWindows, {}});
         EXPECT_EQ(harness.journal.count(std::string("notifier.data ") + title + ": What happened."), 1);
     }
 }
@@ -129,9 +159,12 @@ TEST(AppDelegate, FirstLaunchAfterAnUpdateShowsTheNews) {
     test::FakeStatusItemHost host;
     test::FakeAppearance appearance;
     test::FakePressMonitor presses;
+    test::FakeActivationMonitor activations;
+    test::FakeProgramWindows programWindows;
     test::RecordingWindows windows{harness.journal};
     AppDelegate delegate(harness.environment());
-    delegate.applicationDidFinishLaunching({&host, &appearance, &presses, {}, &windows});
+    delegate.applicationDidFinishLaunching(
+        {&host, &appearance, &presses, &activations, &programWindows, {}, &windows});
     EXPECT_EQ(delegate.model().windowPane(), Pane::whatsNew);
     EXPECT_EQ(harness.journal.count("windows.forward"), 1);
 }

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iterator>
+#include <vector>
 
 namespace selvane {
 namespace {
@@ -91,6 +92,32 @@ TEST(DialGlyph, PausedArcIsFainter) {
 TEST(DialGlyph, DotStandsInTheMiddleWhileDrifting) {
     EXPECT_EQ(opacityInTheMiddle(draw({0.5, Style::running, true})), 255);
     EXPECT_EQ(opacityInTheMiddle(draw({0.5, Style::running, false})), 0);
+}
+
+TEST(DialGlyph, StrokeAndDotHaveTheirWidths) {
+    // Four pixels to a unit; the row through the middle crosses the ring, the dot and the ring again.
+    const Pixmap pixmap = draw({1.0, Style::running, true});
+    std::vector<double> runs(1, 0.0);
+    for (std::size_t x = 0; x < 64; ++x) {
+        const double coverage = (pixmap.argb.at(32 * 64 + x) >> 24) / 255.0;
+        if (coverage > 0)
+            runs.back() += coverage / 4;
+        else if (runs.back() > 0)
+            runs.push_back(0);
+    }
+    ASSERT_EQ(runs.size(), 4U);
+    EXPECT_NEAR(runs[0], 2.6, 0.1);
+    EXPECT_NEAR(runs[1], 4.5, 0.1);
+    EXPECT_NEAR(runs[2], 2.6, 0.1);
+}
+
+TEST(DialGlyph, ArcEndsAreRound) {
+    // Half the stroke, 1.3 of the circle's 39 units or two minutes, lies beyond the end of the arc, where the
+    // track alone would be a quarter opaque.
+    const Pixmap pixmap = draw({0.5, Style::running, false});
+    EXPECT_EQ(opacityAt(pixmap, 31), 255);
+    EXPECT_EQ(opacityAt(pixmap, 59), 255);
+    EXPECT_NEAR(opacityAt(pixmap, 33), 64, 2);
 }
 
 TEST(DialGlyph, InkColorsEveryPixel) {

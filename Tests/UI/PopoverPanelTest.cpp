@@ -106,6 +106,9 @@ protected:
         return names;
     }
 
+    /// The keyboard goes to another program, which the platform of these tests doesn't know.
+    static void loseKeyboard() { Q_EMIT qGuiApp->focusWindowChanged(nullptr); }
+
     void showDrift() {
         harness.answers.driftAppName = "News";
         harness.model().focusGuard().changed.emit();
@@ -288,12 +291,56 @@ TEST_F(PopoverPanelTest, EscapeCancelsAndControlQQuits) {
     EXPECT_EQ(quits, 1);
 }
 
+TEST_F(PopoverPanelTest, IsAClearToolWindowInFrontOfEverything) {
+    EXPECT_EQ(window->type(), Qt::Tool) << "it gets the keyboard, but is no main window";
+    EXPECT_TRUE(window->flags() & Qt::FramelessWindowHint);
+    EXPECT_TRUE(window->flags() & Qt::WindowStaysOnTopHint);
+    EXPECT_EQ(window->color(), QColor(Qt::transparent));
+    EXPECT_EQ(window->requestedFormat().alphaBufferSize(), 8);
+}
+
+TEST_F(PopoverPanelTest, LevelIsThatOfOtherWindowsOrAboveThem) {
+    panel.setLevel(PanelLevel::normal);
+    EXPECT_FALSE(window->flags() & Qt::WindowStaysOnTopHint);
+    EXPECT_TRUE(panel.isVisible());
+    panel.setLevel(PanelLevel::floating);
+    EXPECT_TRUE(window->flags() & Qt::WindowStaysOnTopHint);
+    EXPECT_TRUE(panel.isVisible());
+}
+
+TEST_F(PopoverPanelTest, FrameIsThatOfTheCard) {
+    const auto expectCardOf = [this](QRect frame) {
+        EXPECT_EQ(panel.frame(), (ScreenRect{frame.x(), frame.y(), frame.width(), frame.height()}));
+    };
+    expectCardOf(window->geometry());
+    showInAClearMargin();
+    const int margin = PanelPlacement::shadowMargin;
+    expectCardOf(window->geometry().adjusted(margin, margin, -margin, -margin));
+}
+
 TEST_F(PopoverPanelTest, LosingTheKeyboardTurnsAway) {
+    loseKeyboard();
+    EXPECT_EQ(turnedAway, 1);
+}
+
+TEST_F(PopoverPanelTest, KeyboardInAnotherWindowOfTheProgramIsNoTurningAway) {
     QWindow other;
     other.show();
     other.requestActivate();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
-    EXPECT_EQ(turnedAway, 1);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    EXPECT_EQ(turnedAway, 0);
+    loseKeyboard();
+    EXPECT_EQ(turnedAway, 1) << "from there to another program";
+}
+
+TEST_F(PopoverPanelTest, TakesTheKeyboardBackWhenAsked) {
+    QWindow other;
+    other.show();
+    other.requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    panel.activate();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window));
+    EXPECT_EQ(turnedAway, 0);
 }
 
 TEST_F(PopoverPanelTest, HidingIsNoTurningAway) {
@@ -592,10 +639,7 @@ TEST_F(PopoverPanelTest, EveryOpeningGivesTheKeyboardToTheMainButton) {
 
 TEST_F(PopoverPanelTest, PanelThatIsShownTwiceStillHearsThatItLostTheKeyboard) {
     panel.show({});
-    QWindow other;
-    other.show();
-    other.requestActivate();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
+    loseKeyboard();
     EXPECT_EQ(turnedAway, 1);
 }
 

@@ -1,12 +1,18 @@
 #include "Selvane/UI/StatusItemController.h"
 
+#include "Support/FakeActivationMonitor.h"
 #include "Support/FakePanel.h"
 #include "Support/FakePressMonitor.h"
+#include "Support/FakeProgramWindows.h"
 #include "Support/FakeStatusItemHost.h"
 #include "Support/ModelHarness.h"
+#include "Support/RecordingWindows.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <optional>
+#include <utility>
 
 namespace selvane {
 namespace {
@@ -16,14 +22,17 @@ using testing::ElementsAre;
 class StatusItemControllerTest : public testing::Test {
 protected:
     StatusItemControllerTest()
-        : controller(harness.launch(), host, harness.scheduler, presses, [this]() -> std::unique_ptr<Panel> {
-              ++panelsMade;
-              if (!viewsLoad)
-                  return nullptr;
-              auto made = std::make_unique<test::FakePanel>(harness.journal);
-              panel = made.get();
-              return made;
-          }) {
+        : controller(std::in_place, harness.launch(),
+                     StatusItemController::Desktop{&host, &harness.scheduler, &presses, &activations,
+                                                   &programWindows, &windows},
+                     [this]() -> std::unique_ptr<Panel> {
+                         ++panelsMade;
+                         if (!viewsLoad)
+                             return nullptr;
+                         auto made = std::make_unique<test::FakePanel>(harness.journal);
+                         panel = made.get();
+                         return made;
+                     }) {
         harness.scheduler.turn();
         harness.journal.clear();
     }
@@ -33,10 +42,13 @@ protected:
     test::ModelHarness harness;
     test::FakeStatusItemHost host;
     test::FakePressMonitor presses;
+    test::FakeActivationMonitor activations;
+    test::FakeProgramWindows programWindows;
+    test::RecordingWindows windows{harness.journal};
     bool viewsLoad = true;
     int panelsMade = 0;
     test::FakePanel* panel = nullptr;
-    StatusItemController controller;
+    std::optional<StatusItemController> controller;
 };
 
 // The item
@@ -95,6 +107,9 @@ TEST_F(StatusItemControllerTest, MiddleClickTogglesTheTimer) {
     EXPECT_TRUE(engine().isRunning());
     host.middleClick();
     EXPECT_TRUE(engine().isPaused());
+    host.middleClick();
+    EXPECT_TRUE(engine().isRunning()) << "resumed";
+    EXPECT_EQ(panelsMade, 0);
 }
 
 TEST_F(StatusItemControllerTest, MenuDrivesTheTimer) {
@@ -123,7 +138,7 @@ TEST_F(StatusItemControllerTest, ResetOfTheMenuLeavesTheMusicPlaying) {
 
 TEST_F(StatusItemControllerTest, MenuOpensThePanelAndQuits) {
     bool quits = false;
-    controller.onQuit = [&] { quits = true; };
+    controller->onQuit = [&] { quits = true; };
     EXPECT_TRUE(host.choose("Open Selvane"));
     EXPECT_TRUE(panel->isVisible());
     EXPECT_TRUE(host.choose("Quit Selvane"));
@@ -228,7 +243,7 @@ TEST_F(StatusItemControllerTest, ReleaseOfTheClickThatOpenedThePanelIsNothing) {
 TEST_F(StatusItemControllerTest, PressesAreWatchedOnceAndOnlyWhileThePanelIsOpen) {
     EXPECT_EQ(presses.watchers(), 0);
     host.click();
-    controller.open();
+    controller->open();
     EXPECT_EQ(presses.watchers(), 1);
     panel->pressEscape();
     EXPECT_EQ(presses.watchers(), 0);
@@ -248,13 +263,116 @@ TEST_F(StatusItemControllerTest, ClickLongAfterTurningAwayOpensThePanel) {
 }
 
 TEST_F(StatusItemControllerTest, CloseOfAHiddenPanelDoesNothing) {
-    controller.close();
+    controller->close();
     host.click();
     panel->pressEscape();
     harness.journal.clear();
-    controller.close();
+    controller->close();
     EXPECT_TRUE(harness.journal.entries().empty());
 }
+
+// Other applications
+
+TEST_F(StatusItemControllerTest, ActivationOfAnotherApplicationClosesThePanel) {
+    host.click();
+    activations.activateOtherApplication();
+    EXPECT_FALSE(panel->isVisible());
+    EXPECT_FALSE(host.isHighlighted());
+}
+
+TEST_F(StatusItemControllerTest, ActivationsAreWatchedOnceAndOnlyWhileThePanelIsOpen) {
+    EXPECT_EQ(activations.watchers(), 0);
+    host.click();
+    controller->open();
+    EXPECT_EQ(activations.watchers(), 1);
+    presses.press();
+    EXPECT_EQ(activations.watchers(), 0) << "also while the release is still waited for";
+    host.click();
+    host.click();
+    EXPECT_EQ(activations.watchers(), 1);
+    activations.activateOtherApplication();
+    EXPECT_EQ(activations.watchers(), 0);
+}
+
+TEST_F(StatusItemControllerTest, ClickThatActivatedTheTrayDoesNotReopenThePanel) {
+    host.click();
+    activations.activateOtherApplication();
+    host.click();
+    EXPECT_FALSE(panel->isVisible());
+    harness.scheduler.advance(Seconds{0.2});
+    host.click();
+    EXPECT_TRUE(panel->isVisible());
+}
+
+// The level
+
+TEST_F(StatusItemControllerTest, PanelIsNormalWhileTheMainWindowHasTheKeyboard) {
+    host.click();
+    EXPECT_EQ(panel->level(), PanelLevel::floating);
+    programWindows.giveKeyboardTo(ProgramWindow::main);
+    EXPECT_EQ(panel->level(), PanelLevel::normal);
+    programWindows.giveKeyboardTo(ProgramWindow::panel);
+    EXPECT_EQ(panel->level(), PanelLevel::floating);
+}
+
+TEST_F(StatusItemControllerTest, PanelFloatsAgainWhenTheMainWindowCloses) {
+    host.click();
+    programWindows.giveKeyboardTo(ProgramWindow::main);
+    programWindows.close(ProgramWindow::main);
+    EXPECT_EQ(panel->level(), PanelLevel::floating);
+    EXPECT_TRUE(panel->isVisible());
+}
+
+TEST_F(StatusItemControllerTest, WindowThatClosesGivesTheKeyboardToThePanelIfItIsOpen) {
+    host.click();
+    programWindows.close(ProgramWindow::panel);
+    EXPECT_EQ(harness.journal.count("panel.activate"), 0);
+    programWindows.close(ProgramWindow::main);
+    EXPECT_EQ(harness.journal.count("panel.activate"), 1);
+    controller->close();
+    programWindows.close(ProgramWindow::main);
+    EXPECT_EQ(harness.journal.count("panel.activate"), 1);
+}
+
+TEST_F(StatusItemControllerTest, LevelIsSetOnlyIfItDiffers) {
+    programWindows.giveKeyboardTo(ProgramWindow::main);
+    host.click();
+    harness.journal.clear();
+    programWindows.giveKeyboardTo(ProgramWindow::panel);
+    programWindows.giveKeyboardTo(std::nullopt);
+    programWindows.giveKeyboardTo(ProgramWindow::other);
+    programWindows.giveKeyboardTo(ProgramWindow::main);
+    programWindows.giveKeyboardTo(ProgramWindow::main);
+    EXPECT_THAT(harness.journal.entries(), ElementsAre("panel.normal"));
+}
+
+TEST_F(StatusItemControllerTest, PanelThatOpensFloatsWhateverHasTheKeyboard) {
+    host.click();
+    programWindows.giveKeyboardTo(ProgramWindow::main);
+    controller->close();
+    harness.journal.clear();
+    host.click();
+    EXPECT_THAT(harness.journal.entries(),
+                ElementsAre("lifecycle.backUpDaily", "calendar.refresh", "panel.floating", "panel.show"));
+}
+
+// What the main window is told
+
+TEST_F(StatusItemControllerTest, FrameOfThePanelIsToldWhileItIsOpen) {
+    EXPECT_EQ(windows.popoverFrame(), std::nullopt);
+    host.click();
+    EXPECT_EQ(windows.popoverFrame(), panel->place);
+    host.click();
+    EXPECT_EQ(windows.popoverFrame(), std::nullopt);
+}
+
+TEST_F(StatusItemControllerTest, FrameIsNotToldAfterTheEnd) {
+    host.click();
+    controller.reset();
+    EXPECT_EQ(windows.popoverFrame(), std::nullopt);
+}
+
+// The place
 
 TEST_F(StatusItemControllerTest, PanelStandsWhereTheClickWas) {
     const StatusItemAnchor anchor{ScreenRect{600, 0, 24, 24}, ScreenPoint{612, 12}};
@@ -264,7 +382,7 @@ TEST_F(StatusItemControllerTest, PanelStandsWhereTheClickWas) {
 }
 
 TEST_F(StatusItemControllerTest, OpensWithoutAPlaceForTheItem) {
-    controller.open();
+    controller->open();
     EXPECT_TRUE(panel->isVisible());
     EXPECT_EQ(panel->anchor(), StatusItemAnchor{});
 }

@@ -19,7 +19,13 @@ AppDelegate::AppDelegate(AppEnvironment environment)
 void AppDelegate::applicationDidFinishLaunching(Desktop desktop) {
     _giveBackMemory = std::move(desktop.giveBackMemory);
     _statusItem = std::make_unique<StatusItemController>(
-        _model, *desktop.statusItem, _scheduler, *desktop.presses,
+        _model,
+        StatusItemController::Desktop{.item = desktop.statusItem,
+                                      .scheduler = &_scheduler,
+                                      .presses = desktop.presses,
+                                      .activations = desktop.activations,
+                                      .programWindows = desktop.programWindows,
+                                      .windows = desktop.windows},
         [this, make = std::move(desktop.makePanel),
          context = PanelContext{&_model, desktop.appearance, &_scheduler, desktop.windows}] {
             giveBackMemory(firstOpeningLength);

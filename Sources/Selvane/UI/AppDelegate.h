@@ -1,10 +1,12 @@
 #pragma once
 
 #include "Selvane/App/AppModel.h"
+#include "Selvane/Platform/ActivationMonitor.h"
 #include "Selvane/Platform/Appearance.h"
 #include "Selvane/Platform/PressMonitor.h"
 #include "Selvane/Platform/StatusItemHost.h"
 #include "Selvane/UI/Panel.h"
+#include "Selvane/UI/ProgramWindows.h"
 #include "Selvane/UI/StatusItemController.h"
 #include "Selvane/UI/WindowCoordinator.h"
 #include "SelvaneCore/Lifetime.h"
@@ -27,6 +29,8 @@ public:
         StatusItemHost* statusItem;
         Appearance* appearance;
         PressMonitor* presses;
+        ActivationMonitor* activations;
+        ProgramWindows* programWindows;
         std::function<std::unique_ptr<Panel>(const PanelContext&)> makePanel;
         /// May be null.
         WindowCoordinator* windows = nullptr;

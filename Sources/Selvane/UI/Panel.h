@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Selvane/Platform/StatusItemHost.h"
+#include "Selvane/UI/PanelLevel.h"
 
 #include <QtPlugin>
 
@@ -24,10 +25,18 @@ public:
     virtual void hide() = 0;
     [[nodiscard]] virtual bool isVisible() const = 0;
 
+    /// Floating until told otherwise.
+    virtual void setLevel(PanelLevel level) = 0;
+    /// Gives the keyboard to a visible panel.
+    virtual void activate() = 0;
+    /// Where the panel is on the screen, without its shadow, in the units of windows. Where the desktop
+    /// doesn't tell windows their place it is a guess.
+    [[nodiscard]] virtual ScreenRect frame() const = 0;
+
     /// The user pressed Escape. The panel is still visible then.
     std::function<void()> onCancel;
-    /// The user turned to something else: the keyboard went to another window. The panel is still visible
-    /// then.
+    /// The user turned to something else: the keyboard left the windows of this program. The panel is still
+    /// visible then.
     std::function<void()> onTurnedAway;
     /// The user asked to end the program.
     std::function<void()> onQuit;

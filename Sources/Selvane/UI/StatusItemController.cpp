@@ -14,14 +14,28 @@ constexpr Seconds dismissalGuard{0.2};
 
 } // namespace
 
-StatusItemController::StatusItemController(AppModel& model, StatusItemHost& item, Scheduler& scheduler,
-                                           PressMonitor& presses, MakePanel makePanel)
-    : _model(model), _item(item), _scheduler(scheduler), _presses(presses), _makePanel(std::move(makePanel)) {
+StatusItemController::StatusItemController(AppModel& model, const Desktop& desktop, MakePanel makePanel)
+    : _model(model),
+      _item(*desktop.item),
+      _scheduler(*desktop.scheduler),
+      _presses(*desktop.presses),
+      _activations(*desktop.activations),
+      _programWindows(*desktop.programWindows),
+      _windows(desktop.windows),
+      _makePanel(std::move(makePanel)) {
+    if (_windows)
+        _windows->popoverFrame = [this] { return visibleFrame(); };
+    observeWindows();
     _item.onActivate = _lifetime.guard([this](const StatusItemAnchor& anchor) { toggle(anchor); });
     _item.onSecondaryActivate = _lifetime.guard([this] { _model.engine().toggle(); });
     _item.onMenuEntry = _lifetime.guard([this](int id) { perform(static_cast<StatusMenu::Command>(id)); });
     observeModel();
     update();
+}
+
+StatusItemController::~StatusItemController() {
+    if (_windows)
+        _windows->popoverFrame = [] { return std::nullopt; };
 }
 
 void StatusItemController::observeModel() {
@@ -74,6 +88,7 @@ void StatusItemController::open(const StatusItemAnchor& anchor) {
         _panel->onQuit = _lifetime.guard([this] { perform(StatusMenu::Command::quit); });
     }
     _model.refreshForDisplay();
+    setLevel(PanelLevel::floating);
     _panel->show(anchor);
     _item.setHighlighted(true);
     startWatchingForDismissal();
@@ -103,10 +118,12 @@ void StatusItemController::startWatchingForDismissal() {
     stopWatchingForDismissal();
     _mouseMonitor = _presses.watch({.onPress = _lifetime.guard([this] { pressedOutside(); }),
                                     .onRelease = _lifetime.guard([this] { released(); })});
+    _activationObserver = _activations.watch(_lifetime.guard([this] { turnedAway(); }));
 }
 
 void StatusItemController::stopWatchingForDismissal() {
     _mouseMonitor.end();
+    _activationObserver.end();
     _isPressHeld = false;
 }
 
@@ -131,6 +148,37 @@ void StatusItemController::released() {
 void StatusItemController::turnedAway() {
     _dismissedAt = _scheduler.now();
     close();
+}
+
+// The level
+
+void StatusItemController::observeWindows() {
+    _windowObservers.push_back(_programWindows.keyChanged.subscribe([this] { updateLevel(std::nullopt); }));
+    _windowObservers.push_back(
+        _programWindows.willClose.subscribe([this](ProgramWindow window) { willClose(window); }));
+}
+
+void StatusItemController::willClose(ProgramWindow window) {
+    updateLevel(window);
+    // Before the desktop gives the keyboard to another program, which would close the panel.
+    if (_panel && _panel->isVisible() && window != ProgramWindow::panel)
+        _panel->activate();
+}
+
+void StatusItemController::updateLevel(std::optional<ProgramWindow> closing) {
+    if (_panel)
+        setLevel(panelLevel(_programWindows.key(), closing));
+}
+
+void StatusItemController::setLevel(PanelLevel level) {
+    if (std::exchange(_level, level) != level)
+        _panel->setLevel(level);
+}
+
+std::optional<ScreenRect> StatusItemController::visibleFrame() const {
+    if (!_panel || !_panel->isVisible())
+        return std::nullopt;
+    return _panel->frame();
 }
 
 // The menu

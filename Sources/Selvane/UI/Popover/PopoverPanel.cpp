@@ -71,7 +71,8 @@ PopoverPanel::PopoverPanel(const PanelContext& context)
         if (onTurnedAway)
             onTurnedAway();
     });
-    QObject::connect(&_view, &QWindow::activeChanged, &_view, [this] { activeChanged(); });
+    QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &_view,
+                     [this](QWindow* window) { keyboardMoved(window); });
 
     QObject::connect(
         &_view, &QQuickWindow::activeFocusItemChanged, &_view, [this] { keepKeyboard(); },
@@ -157,6 +158,20 @@ bool PopoverPanel::isVisible() const {
     return _view.isVisible();
 }
 
+void PopoverPanel::setLevel(PanelLevel level) {
+    _view.setFlag(Qt::WindowStaysOnTopHint, level == PanelLevel::floating);
+}
+
+void PopoverPanel::activate() {
+    _view.requestActivate();
+}
+
+ScreenRect PopoverPanel::frame() const {
+    const int margin = _fit.margin;
+    const QRect card = _view.geometry().adjusted(margin, margin, -margin, -margin);
+    return {card.x(), card.y(), card.width(), card.height()};
+}
+
 void PopoverPanel::heightChanged() {
     fitWindow();
     // Where it stands above its item, it is the top that moves.
@@ -190,10 +205,11 @@ void PopoverPanel::keepKeyboard() {
         _model.keyboardIsIdle();
 }
 
-void PopoverPanel::activeChanged() {
-    if (_view.isActive())
+void PopoverPanel::keyboardMoved(QWindow* window) {
+    if (window == &_view)
         _hadKeyboard = true;
-    else if (std::exchange(_hadKeyboard, false) && _view.isVisible() && onTurnedAway)
+    // The other windows of this program leave the panel open.
+    if (!window && std::exchange(_hadKeyboard, false) && _view.isVisible() && onTurnedAway)
         onTurnedAway();
 }
 

@@ -31,6 +31,9 @@ public:
     void show(const StatusItemAnchor& anchor) override;
     void hide() override;
     [[nodiscard]] bool isVisible() const override;
+    void setLevel(PanelLevel level) override;
+    void activate() override;
+    [[nodiscard]] ScreenRect frame() const override;
 
 private:
     /// What the window was last made to fit.
@@ -49,7 +52,7 @@ private:
     /// happen after that.
     void layOutLists();
     void keepKeyboard();
-    void activeChanged();
+    void keyboardMoved(QWindow* window);
 
     QQmlEngine _engine;
     /// Until the view is made.

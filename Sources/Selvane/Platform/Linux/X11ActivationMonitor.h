@@ -1,0 +1,15 @@
+#pragma once
+
+#include "Selvane/Platform/ActivationMonitor.h"
+
+namespace selvane {
+
+/// Follows the property _NET_ACTIVE_WINDOW, in which the window manager of an X11 screen names the active
+/// window. It listens on the connection of this program's windows, which is told of it anyway. Without an X11
+/// session nothing is heard.
+class X11ActivationMonitor final : public ActivationMonitor {
+public:
+    Subscription watch(std::function<void()> onOtherApplication) override;
+};
+
+} // namespace selvane
