@@ -18,6 +18,7 @@
 #include "Selvane/UI/AppDelegate.h"
 #include "Selvane/UI/PanelLoader.h"
 #include "Selvane/UI/QtProgramWindows.h"
+#include "Selvane/UI/TitleGlyphs.h"
 #include "SelvaneCore/AppPaths.h"
 #include "SelvaneCore/Log.h"
 #include "SelvaneCore/PosixFileSystem.h"
@@ -142,7 +143,8 @@ int run(QGuiApplication& application) {
         }},
     };
     DesktopAppearance appearance(sessionBus);
-    LinuxStatusItem statusItem(sessionBus, scheduler, appearance);
+    const TitleGlyphs titles;
+    LinuxStatusItem statusItem(sessionBus, scheduler, appearance, titles);
     X11PressMonitor presses;
     X11ActivationMonitor activations;
     QtProgramWindows programWindows;

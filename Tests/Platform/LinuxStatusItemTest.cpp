@@ -5,6 +5,7 @@
 #include "Selvane/Platform/Linux/LinuxProcessActivity.h"
 #include "Support/FakeAppearance.h"
 #include "Support/ManualScheduler.h"
+#include "Support/PlainTitles.h"
 #include "TrayDesktop.h"
 
 #include <gmock/gmock.h>
@@ -22,12 +23,13 @@ using testing::ElementsAre;
 
 constexpr std::uint32_t darkInk = 0xff2040c0;
 constexpr std::uint32_t lightInk = 0xfff0e080;
+constexpr std::uint32_t lightWords = 0x60f0c0;
 
 class LinuxStatusItemTest : public testing::Test {
 protected:
     void make(LinuxStatusItem::Desktop desktop = {}) {
-        _item =
-            std::make_unique<LinuxStatusItem>(_bus.connect(), _scheduler, _appearance, std::move(desktop));
+        _item = std::make_unique<LinuxStatusItem>(_bus.connect(), _scheduler, _appearance, _titles,
+                                                  std::move(desktop));
         _item->setContent({_image, std::nullopt});
         _item->onActivate = [this](const StatusItemAnchor& anchor) { _activations.push_back(anchor); };
         _scheduler.turn();
@@ -75,6 +77,7 @@ protected:
     FakeNotifierPanel _panel{_bus.connect()};
     ManualScheduler _scheduler;
     FakeAppearance _appearance;
+    PlainTitles _titles{0xff204060, 0xff000000 | lightWords};
     std::shared_ptr<PlainImage> _image = std::make_shared<PlainImage>(darkInk, lightInk);
     std::vector<StatusItemAnchor> _activations;
     std::unique_ptr<LinuxStatusItem> _item;
@@ -150,11 +153,47 @@ TEST_F(LinuxStatusItemTest, WithoutAnImageTheLastOneStays) {
     EXPECT_EQ(firstPixel(), QByteArray("\xff\x22\x22\x22"));
 }
 
-TEST_F(LinuxStatusItemTest, WithoutAnImageTheLastOneStaysInATray) {
+TEST_F(LinuxStatusItemTest, ATrayShowsTheTimeWithTheImageOrAlone) {
     make(x11());
-    _item->setContent({nullptr, "24:59"});
+    _item->setContent({_image, "24:59"});
     _desktop->startTray();
-    EXPECT_TRUE(isInTray());
+    ASSERT_TRUE(isInTray());
+    EXPECT_TRUE(isInTray(lightWords));
+    _item->setContent({nullptr, "24:58"});
+    ASSERT_TRUE(waitUntil([&] { return !_desktop->shows(*_item->anchor().icon, lightInk & 0xffffffU); }));
+    EXPECT_TRUE(isInTray(lightWords));
+    _item->setContent({_image, std::nullopt});
+    ASSERT_TRUE(isInTray());
+    EXPECT_TRUE(waitUntil([&] { return !_desktop->shows(*_item->anchor().icon, lightWords); }));
+}
+
+TEST_F(LinuxStatusItemTest, ATrayShowsTheTooltipWhenThePointerRests) {
+    make(x11());
+    _item->setTooltip("Selvane");
+    _desktop->startTray();
+    ASSERT_TRUE(isInTray());
+    const ScreenRect place = _item->anchor().icon.value();
+    const ScreenRect below{0, place.y + place.height, 300, 60};
+    _desktop->movePointer(place);
+    ASSERT_TRUE(waitUntil([&] { return _scheduler.waiting() == 1; }));
+    _scheduler.advance(Seconds{0.6});
+    EXPECT_EQ(_titles.drawn, "");
+    _scheduler.advance(Seconds{0.1});
+    EXPECT_EQ(_titles.drawn, "Selvane");
+    EXPECT_TRUE(waitUntil([&] { return _desktop->shows(below, lightWords); }));
+}
+
+TEST_F(LinuxStatusItemTest, APointerThatOnlyPassesSeesNoTooltip) {
+    make(x11());
+    _item->setTooltip("Selvane");
+    _desktop->startTray();
+    ASSERT_TRUE(isInTray());
+    _desktop->movePointer(_item->anchor().icon.value());
+    ASSERT_TRUE(waitUntil([&] { return _scheduler.waiting() == 1; }));
+    _desktop->movePointer({300, 300, 1, 1});
+    ASSERT_TRUE(waitUntil([&] { return _scheduler.waiting() == 0; }));
+    _scheduler.advance(Seconds{1});
+    EXPECT_EQ(_titles.drawn, "");
 }
 
 TEST_F(LinuxStatusItemTest, TheInkFollowsTheColorsOfTheDesktop) {

@@ -1,7 +1,9 @@
 #include "Selvane/Platform/Linux/StatusNotifierItem.h"
 
 #include "FakeNotifierPanel.h"
+#include "KnownHost.h"
 #include "PlainImage.h"
+#include "Support/PlainTitles.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,6 +15,7 @@ namespace selvane::test {
 namespace {
 
 using testing::ElementsAre;
+using Company = ItemPicture::Company;
 
 class StatusNotifierItemTest : public testing::Test {
 protected:
@@ -27,9 +30,10 @@ protected:
     void flush() { _panel.hearAll(_itemBus); }
 
     PrivateBus _bus;
+    PlainTitles _titles{0xff000000, 0xffffffff};
     FakeNotifierPanel _panel{_bus.connect()};
     QDBusConnection _itemBus = _bus.connect();
-    std::unique_ptr<StatusNotifierItem> _item = std::make_unique<StatusNotifierItem>(_itemBus);
+    std::unique_ptr<StatusNotifierItem> _item = std::make_unique<StatusNotifierItem>(_itemBus, _titles);
     std::vector<int> _chosen;
 };
 
@@ -51,9 +55,16 @@ TEST_F(StatusNotifierItemTest, SaysWhatItIs) {
         {"XAyatanaLabel", QString()},
         {"XAyatanaLabelGuide", QString()},
         {"IconAccessibleDesc", QString()},
+        {"AttentionAccessibleDesc", QString()},
     };
     for (const auto& [name, value] : properties)
         EXPECT_EQ(_panel.property(name), value) << name;
+}
+
+TEST_F(StatusNotifierItemTest, ScreenReadersAreToldTheWords) {
+    _item->setAccessibleDescription("Selvane, Focus, 24:13 remaining");
+    for (const char* const name : {"IconAccessibleDesc", "AttentionAccessibleDesc"})
+        EXPECT_EQ(_panel.property(name), QStringLiteral("Selvane, Focus, 24:13 remaining")) << name;
 }
 
 TEST_F(StatusNotifierItemTest, PicturesAreInNetworkByteOrder) {
@@ -83,7 +94,7 @@ TEST_F(StatusNotifierItemTest, AnEqualValueIsNotToldAgain) {
     ASSERT_TRUE(waitUntil([&] { return _panel.count("XAyatanaNewLabel") == 1; }));
     for (int round = 0; round < 3; ++round) {
         _item->setImage(image, Ink::dark);
-        _item->setLabel("24:59");
+        _item->setLabel("24:59", Company::image);
         _item->setToolTip("Focus");
         _item->setMenu(menu);
     }
@@ -95,6 +106,38 @@ TEST_F(StatusNotifierItemTest, AnEqualValueIsNotToldAgain) {
     _item->setImage(image, Ink::light);
     flush();
     EXPECT_EQ(_panel.count("NewIcon"), 2);
+}
+
+TEST_F(StatusNotifierItemTest, PanelsThatMakePicturesSquareGetNoWords) {
+    _item->setImage(std::make_shared<PlainImage>(0xff000000, 0xffffffff), Ink::dark);
+    _item->setLabel("24:59", Company::image);
+    _item->setLabel("24:58", Company::image);
+    flush();
+    EXPECT_EQ(_panel.count("NewIcon"), 1);
+    for (const NotifierPixmap& pixmap : qdbus_cast<NotifierPixmapList>(_panel.property("IconPixmap")))
+        EXPECT_EQ(pixmap.width, pixmap.height);
+}
+
+TEST_F(StatusNotifierItemTest, APanelThatKeepsTheirShapeGetsTheWordsInThePicture) {
+    const KnownHost waybar(_bus.connect(), "waybar");
+    _item->setImage(std::make_shared<PlainImage>(0xff112233, 0), Ink::dark);
+    _item->setLabel("24:59", Company::image);
+    ASSERT_TRUE(waitUntil([&] { return _panel.count("NewIcon") == 2; })) << "once it is known";
+    auto pixmaps = qdbus_cast<NotifierPixmapList>(_panel.property("IconPixmap"));
+    ASSERT_EQ(pixmaps.size(), 1);
+    EXPECT_EQ(pixmaps[0].height, 48);
+    EXPECT_EQ(pixmaps[0].width, 48 + 6 * 24);
+    EXPECT_EQ(pixmaps[0].bytes.size(), pixmaps[0].width * pixmaps[0].height * 4);
+    EXPECT_EQ(_titles.drawn, " 24:59");
+
+    _item->setLabel("24:58", Company::nothing);
+    ASSERT_TRUE(waitUntil([&] { return _panel.count("NewIcon") == 3; })) << "each change is told";
+    pixmaps = qdbus_cast<NotifierPixmapList>(_panel.property("IconPixmap"));
+    EXPECT_EQ(pixmaps.value(0).width, 5 * 24);
+
+    _item->setLabel("", Company::image);
+    ASSERT_TRUE(waitUntil([&] { return _panel.count("NewIcon") == 4; }));
+    EXPECT_EQ(qdbus_cast<NotifierPixmapList>(_panel.property("IconPixmap")).size(), 6);
 }
 
 TEST_F(StatusNotifierItemTest, TheTooltipIsToldAgainOnceItWasRead) {
@@ -117,30 +160,30 @@ TEST_F(StatusNotifierItemTest, APanelThatLostAMessageHearsOfTheTooltipLater) {
 }
 
 TEST_F(StatusNotifierItemTest, TheLabelComesWithAGuide) {
-    _item->setLabel("04:59");
+    _item->setLabel("04:59", Company::image);
     EXPECT_EQ(_panel.property("XAyatanaLabel"), QStringLiteral("04:59"));
     EXPECT_EQ(_panel.property("XAyatanaLabelGuide"), QStringLiteral("00:00"));
-    _item->setLabel("");
+    _item->setLabel("", Company::image);
     EXPECT_EQ(_panel.property("XAyatanaLabel"), QString());
     EXPECT_EQ(_panel.property("XAyatanaLabelGuide"), QString());
 }
 
 TEST_F(StatusNotifierItemTest, APanelThatShowsLabelsHearsOfEachChange) {
-    _item->setLabel("04:59");
+    _item->setLabel("04:59", Company::image);
     _panel.setShowsLabels(true);
     ASSERT_TRUE(waitUntil([&] { return _panel.count("XAyatanaNewLabel") == 1; }));
     EXPECT_EQ(_panel.lastArguments, (QVariantList{QStringLiteral("04:59"), QStringLiteral("00:00")}));
-    _item->setLabel("04:58");
+    _item->setLabel("04:58", Company::image);
     ASSERT_TRUE(waitUntil([&] { return _panel.count("XAyatanaNewLabel") == 2; }));
     EXPECT_EQ(_panel.lastArguments, (QVariantList{QStringLiteral("04:58"), QStringLiteral("00:00")}));
-    _item->setLabel("");
+    _item->setLabel("", Company::image);
     ASSERT_TRUE(waitUntil([&] { return _panel.count("XAyatanaNewLabel") == 3; }));
     EXPECT_EQ(_panel.lastArguments, (QVariantList{QString(), QString()}));
 }
 
 TEST_F(StatusNotifierItemTest, APanelThatShowsNoLabelsIsLeftAloneWithThem) {
-    _item->setLabel("04:59");
-    _item->setLabel("04:58");
+    _item->setLabel("04:59", Company::image);
+    _item->setLabel("04:58", Company::image);
     flush();
     EXPECT_EQ(_panel.count("XAyatanaNewLabel"), 0);
     EXPECT_EQ(_panel.property("XAyatanaLabel"), QStringLiteral("04:58"));
@@ -150,8 +193,8 @@ TEST_F(StatusNotifierItemTest, APanelThatShowsNoLabelsIsLeftAloneWithThem) {
     _panel.setShowsLabels(false);
     ASSERT_TRUE(waitUntil([&] {
         const auto before = _panel.count("XAyatanaNewLabel");
-        _item->setLabel("another");
-        _item->setLabel("04:57");
+        _item->setLabel("another", Company::image);
+        _item->setLabel("04:57", Company::image);
         flush();
         return _panel.count("XAyatanaNewLabel") == before;
     }));
@@ -219,7 +262,8 @@ TEST_F(StatusNotifierItemTest, KnowsWhetherAPanelListens) {
 }
 
 TEST(StatusNotifierItemWithoutBus, IsNowhere) {
-    StatusNotifierItem item(QDBusConnection(QStringLiteral("there is no such connection")));
+    const PlainTitles titles{0, 0};
+    StatusNotifierItem item(QDBusConnection(QStringLiteral("there is no such connection")), titles);
     item.setShown(true);
     item.setToolTip("words");
     EXPECT_EQ(item.watcher(), StatusNotifierItem::Watcher::absent);

@@ -14,6 +14,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace selvane::test {
@@ -78,6 +79,21 @@ public:
         pointer.waitForFinished();
     }
 
+    void movePointer(const ScreenRect& area) const {
+        QProcess pointer;
+        pointer.setProcessEnvironment(environment());
+        pointer.start(QStringLiteral("xdotool"),
+                      {QStringLiteral("mousemove"), QString::number(area.x + area.width / 2),
+                       QString::number(area.y + area.height / 2)});
+        pointer.waitForFinished();
+    }
+
+    /// Whether there is a window of just that name.
+    [[nodiscard]] bool hasWindow(std::string_view name) {
+        connect();
+        return hasWindow(root(), atom("_NET_WM_NAME"), name);
+    }
+
     /// What the screen shows in this area, as 0xRRGGBB.
     std::vector<std::uint32_t> photograph(const ScreenRect& area) {
         connect();
@@ -102,6 +118,39 @@ public:
     }
 
 private:
+    [[nodiscard]] xcb_atom_t atom(std::string_view name) const {
+        xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(
+            _xcb, xcb_intern_atom(_xcb, 0, static_cast<std::uint16_t>(name.size()), name.data()), nullptr);
+        const xcb_atom_t atom = reply == nullptr ? xcb_atom_t{XCB_ATOM_NONE} : reply->atom;
+        std::free(reply);
+        return atom;
+    }
+
+    [[nodiscard]] bool isNamed(xcb_window_t window, xcb_atom_t property, std::string_view name) const {
+        xcb_get_property_reply_t* reply = xcb_get_property_reply(
+            _xcb, xcb_get_property(_xcb, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 256), nullptr);
+        if (reply == nullptr)
+            return false;
+        const std::string_view found(static_cast<const char*>(xcb_get_property_value(reply)),
+                                     static_cast<std::size_t>(xcb_get_property_value_length(reply)));
+        const bool isIt = found == name;
+        std::free(reply);
+        return isIt;
+    }
+
+    [[nodiscard]] bool hasWindow(xcb_window_t parent, xcb_atom_t property, std::string_view name) const {
+        xcb_query_tree_reply_t* reply = xcb_query_tree_reply(_xcb, xcb_query_tree(_xcb, parent), nullptr);
+        if (reply == nullptr)
+            return false;
+        const auto* const first = xcb_query_tree_children(reply);
+        const bool has =
+            std::any_of(first, first + xcb_query_tree_children_length(reply), [&](xcb_window_t window) {
+                return isNamed(window, property, name) || hasWindow(window, property, name);
+            });
+        std::free(reply);
+        return has;
+    }
+
     void connect() {
         if (_xcb == nullptr)
             _xcb = xcb_connect(display().c_str(), nullptr);

@@ -1,6 +1,7 @@
 #include "Selvane/Platform/Linux/XEmbedTray.h"
 
 #include "PlainImage.h"
+#include "Support/PlainTitles.h"
 #include "TrayDesktop.h"
 
 #include <gmock/gmock.h>
@@ -16,12 +17,14 @@ namespace {
 
 constexpr std::uint32_t darkInk = 0x2040c0;
 constexpr std::uint32_t lightInk = 0xf0e080;
+constexpr std::uint32_t darkWords = 0x802060;
+constexpr std::uint32_t lightWords = 0x60f0c0;
 
 class XEmbedTrayTest : public testing::Test {
 protected:
     void SetUp() override {
         ASSERT_FALSE(_desktop.display().empty()) << "Xvfb didn't start";
-        _tray = std::make_unique<XEmbedTray>(_desktop.display());
+        _tray = std::make_unique<XEmbedTray>(_titles, _desktop.display());
         _tray->setImage(std::make_shared<PlainImage>(0xff000000 | darkInk, 0xff000000 | lightInk),
                         Ink::light);
     }
@@ -34,6 +37,7 @@ protected:
     }
 
     TrayDesktop _desktop;
+    PlainTitles _titles{0xff000000 | darkWords, 0xff000000 | lightWords};
     std::unique_ptr<XEmbedTray> _tray;
 };
 
@@ -60,7 +64,7 @@ TEST_F(XEmbedTrayTest, ATrayThatStartsLaterGetsTheIcon) {
 TEST_F(XEmbedTrayTest, ATrayThatRunsAlreadyGetsTheIcon) {
     _desktop.startTray();
     ASSERT_TRUE(waitUntil([&] { return _tray->isAvailable(); }));
-    XEmbedTray later(_desktop.display());
+    XEmbedTray later(_titles, _desktop.display());
     EXPECT_TRUE(later.isAvailable());
     later.setImage(std::make_shared<PlainImage>(0xff123456, 0xff123456), Ink::light);
     later.setShown(true);
@@ -167,6 +171,97 @@ TEST_F(XEmbedTrayTest, ClicksArriveWithTheirPlace) {
     EXPECT_EQ(secondary, 1);
 }
 
+// Words
+
+TEST_F(XEmbedTrayTest, ATrayThatGrantsTheWidthShowsTheTitle) {
+    _tray->setShown(true);
+    _desktop.startTray();
+    ASSERT_TRUE(isShownIn(lightInk));
+    const int square = _tray->geometry().value().width;
+    _tray->setTitle("24:59", ItemPicture::Company::image);
+    ASSERT_TRUE(isShownIn(lightWords));
+    EXPECT_TRUE(isShownIn(lightInk)) << "beside it";
+    EXPECT_EQ(_titles.drawn, " 24:59");
+    const ScreenRect wide = _tray->geometry().value();
+    EXPECT_GE(wide.width, wide.height + 6 * wide.height / 2);
+
+    _tray->setTitle("24:59", ItemPicture::Company::nothing);
+    ASSERT_TRUE(waitUntil([&] { return !_desktop.shows(_tray->geometry().value(), lightInk); }));
+    EXPECT_TRUE(isShownIn(lightWords));
+
+    _tray->setTitle("", ItemPicture::Company::image);
+    ASSERT_TRUE(waitUntil([&] { return _tray->geometry().value().width == square; }));
+    EXPECT_TRUE(isShownIn(lightInk));
+    EXPECT_FALSE(_desktop.shows(_tray->geometry().value(), lightWords));
+}
+
+TEST_F(XEmbedTrayTest, ATrayThatStartsLaterShowsTheTitle) {
+    _tray->setTitle("24:59", ItemPicture::Company::image);
+    _tray->setShown(true);
+    _desktop.startTray();
+    EXPECT_TRUE(isShownIn(lightWords));
+    EXPECT_TRUE(isShownIn(lightInk));
+}
+
+TEST_F(XEmbedTrayTest, TheWindowTakesItsNameWhenItLiesInTheTray) {
+    _tray->setName("Selvane, Focus, ends 15:06");
+    _tray->setShown(true);
+    _desktop.startTray();
+    ASSERT_TRUE(isShownIn(lightInk));
+    EXPECT_TRUE(waitUntil([&] { return _desktop.hasWindow("Selvane, Focus, ends 15:06"); }));
+    _tray->setName("Selvane");
+    EXPECT_TRUE(waitUntil([&] { return _desktop.hasWindow("Selvane"); }));
+    EXPECT_FALSE(_desktop.hasWindow("Selvane, Focus, ends 15:06"));
+}
+
+// The tooltip
+
+TEST_F(XEmbedTrayTest, ThePointerIsToldAndTheTooltipGoesWithIt) {
+    int entered = 0;
+    int left = 0;
+    _tray->onPointerEnter = [&] { ++entered; };
+    _tray->onPointerLeave = [&] { ++left; };
+    _tray->setShown(true);
+    _desktop.startTray();
+    ASSERT_TRUE(isShownIn(lightInk));
+    const ScreenRect place = _tray->geometry().value();
+    _desktop.movePointer(place);
+    ASSERT_TRUE(waitUntil([&] { return entered == 1; }));
+    _tray->showTooltip("Selvane", 16);
+    const ScreenRect below{0, place.y + place.height, 300, 60};
+    ASSERT_TRUE(waitUntil([&] { return _desktop.shows(below, lightWords); }));
+    EXPECT_EQ(_titles.drawn, "Selvane");
+    _desktop.movePointer({300, 300, 1, 1});
+    ASSERT_TRUE(waitUntil([&] { return left == 1; }));
+    EXPECT_TRUE(waitUntil([&] { return !_desktop.shows(below, lightWords); }));
+}
+
+TEST_F(XEmbedTrayTest, APressTakesTheTooltipAwayAndItStaysAway) {
+    int entered = 0;
+    int pressed = 0;
+    _tray->onPointerEnter = [&] { ++entered; };
+    _tray->onActivate = [&](const StatusItemAnchor&) { ++pressed; };
+    _tray->setShown(true);
+    _desktop.startTray();
+    ASSERT_TRUE(isShownIn(lightInk));
+    const ScreenRect place = _tray->geometry().value();
+    _desktop.movePointer(place);
+    ASSERT_TRUE(waitUntil([&] { return entered == 1; }));
+    _tray->showTooltip("Selvane", 16);
+    const ScreenRect below{0, place.y + place.height, 300, 60};
+    ASSERT_TRUE(waitUntil([&] { return _desktop.shows(below, lightWords); }));
+    _desktop.click(place, 1);
+    ASSERT_TRUE(waitUntil([&] { return pressed == 1; }));
+    EXPECT_TRUE(waitUntil([&] { return !_desktop.shows(below, lightWords); }));
+    _desktop.click(place, 2);
+    EXPECT_EQ(entered, 1) << "the pointer has never left";
+}
+
+TEST_F(XEmbedTrayTest, WithoutATrayThereIsNoTooltip) {
+    _tray->showTooltip("Selvane", 16);
+    EXPECT_FALSE(_desktop.shows({0, 0, 640, 480}, lightWords));
+}
+
 TEST_F(XEmbedTrayTest, LeavesTheTrayWhenItIsNotShown) {
     _tray->setShown(true);
     _desktop.startTray();
@@ -191,7 +286,8 @@ TEST_F(XEmbedTrayTest, ALostServerIsNoTray) {
 }
 
 TEST(XEmbedTrayWithoutServer, IsNowhere) {
-    XEmbedTray tray(":no such display");
+    const PlainTitles titles{0, 0};
+    XEmbedTray tray(titles, ":no such display");
     tray.setImage(std::make_shared<PlainImage>(0, 0), Ink::dark);
     tray.setShown(true);
     EXPECT_FALSE(tray.isAvailable());

@@ -1,5 +1,7 @@
 #include "Selvane/UI/DialGlyph.h"
 
+#include "Selvane/UI/InkColor.h"
+
 #include <QImage>
 #include <QPainter>
 #include <QPen>
@@ -22,16 +24,6 @@ constexpr double dotSide = 4.5;
 constexpr double trackOpacity = 0.25;
 constexpr double pausedOpacity = 0.4;
 
-constexpr std::uint32_t rgb(Ink ink) {
-    switch (ink) {
-    case Ink::dark:
-        return 0x1c1c1e;
-    case Ink::light:
-        return 0xffffff;
-    }
-    __builtin_unreachable();
-}
-
 /// Coverage of the drawing at one size, a byte a pixel; the ink is laid over it on demand.
 using Mask = std::vector<std::uint8_t>;
 
@@ -46,7 +38,7 @@ public:
         const Mask& coverage = mask(side);
         result.argb.reserve(coverage.size());
         for (const std::uint8_t alpha : coverage)
-            result.argb.push_back(static_cast<std::uint32_t>(alpha) << 24 | rgb(ink));
+            result.argb.push_back(static_cast<std::uint32_t>(alpha) << 24 | inkColor(ink));
         return result;
     }
 

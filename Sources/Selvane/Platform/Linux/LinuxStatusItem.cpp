@@ -7,6 +7,7 @@
 #include <QtGui/QGuiApplication>
 #include <QtGui/QScreen>
 
+#include <cmath>
 #include <utility>
 
 namespace selvane {
@@ -16,12 +17,17 @@ namespace {
 /// How long a watcher without a panel is waited for before a tray is preferred: panels that restart need one
 /// to two seconds.
 constexpr Seconds hostPatience{3};
+/// How long the pointer rests on the item in a tray before its tooltip comes.
+constexpr Seconds hoverDelay{0.7};
+/// How high the words of that tooltip are, in points.
+constexpr double tooltipHeight = 16;
 
 } // namespace
 
 LinuxStatusItem::Desktop LinuxStatusItem::Desktop::current() {
     Desktop desktop;
     desktop.isX11 = QGuiApplication::platformName() == QLatin1String("xcb");
+    desktop.pixelRatio = qGuiApp->devicePixelRatio();
     const QStringList names = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'));
     desktop.hasDarkPanel = names.contains(QLatin1String("GNOME"), Qt::CaseInsensitive);
     desktop.isOnScreen = [](ScreenPoint point) {
@@ -39,11 +45,12 @@ LinuxStatusItem::Desktop LinuxStatusItem::Desktop::current() {
 }
 
 LinuxStatusItem::LinuxStatusItem(const QDBusConnection& sessionBus, Scheduler& scheduler,
-                                 Appearance& appearance, Desktop desktop)
+                                 Appearance& appearance, const TitleDrawing& titles, Desktop desktop)
     : _scheduler(scheduler),
       _appearance(appearance),
+      _titles(titles),
       _desktop(std::move(desktop)),
-      _notifierItem(std::make_unique<StatusNotifierItem>(sessionBus)) {
+      _notifierItem(std::make_unique<StatusNotifierItem>(sessionBus, titles)) {
     _notifierItem->onWatcherChange = [this] { choosePlace(); };
     _notifierItem->onActivate = [this](ScreenPoint point) { activated(point); };
     _notifierItem->onSecondaryActivate = [this] {
@@ -67,8 +74,8 @@ void LinuxStatusItem::setContent(const StatusItemContent& content) {
     _content = content;
     if (_content.image != nullptr)
         _image = _content.image;
-    _notifierItem->setLabel(_content.title.value_or(std::string()));
     updateImage();
+    updateTitle();
 }
 
 void LinuxStatusItem::setAccessibilityLabel(const std::string& label) {
@@ -77,6 +84,10 @@ void LinuxStatusItem::setAccessibilityLabel(const std::string& label) {
 
 void LinuxStatusItem::setTooltip(const std::string& text) {
     _notifierItem->setToolTip(text);
+    _tooltip = text;
+    // Unlike the label it doesn't change every second, which would wake the tray.
+    if (_tray != nullptr)
+        _tray->setName(text);
 }
 
 void LinuxStatusItem::setMenu(const std::vector<StatusMenuEntry>& entries) {
@@ -108,6 +119,7 @@ void LinuxStatusItem::choosePlace() {
         _patience.end();
         _hostIsMissing = false;
         moveTo(Place::watcher);
+        _hover.end();
         _tray.reset();
         return;
     }
@@ -128,7 +140,7 @@ void LinuxStatusItem::choosePlace() {
     _patience.end();
     _hostIsMissing = watcher == Watcher::withoutHost;
     if (_desktop.isX11 && _tray == nullptr) {
-        _tray = std::make_unique<XEmbedTray>(_desktop.displayName);
+        _tray = std::make_unique<XEmbedTray>(_titles, _desktop.displayName);
         _tray->onAvailabilityChange = [this] { choosePlace(); };
         _tray->onActivate = [this](const StatusItemAnchor& anchor) {
             if (onActivate)
@@ -138,7 +150,11 @@ void LinuxStatusItem::choosePlace() {
             if (onSecondaryActivate)
                 onSecondaryActivate();
         };
+        _tray->onPointerEnter = [this] { pointerEntered(); };
+        _tray->onPointerLeave = [this] { _hover.end(); };
+        _tray->setName(_tooltip);
         updateImage();
+        updateTitle();
     }
     if (_tray != nullptr && _tray->isAvailable())
         moveTo(Place::tray);
@@ -164,6 +180,21 @@ void LinuxStatusItem::updateImage() {
     _notifierItem->setImage(_image, _desktop.hasDarkPanel ? Ink::light : ink);
     if (_tray != nullptr)
         _tray->setImage(_image, ink);
+}
+
+void LinuxStatusItem::updateTitle() {
+    const std::string title = _content.title.value_or(std::string());
+    const auto company =
+        _content.image != nullptr ? ItemPicture::Company::image : ItemPicture::Company::nothing;
+    _notifierItem->setLabel(title, company);
+    if (_tray != nullptr)
+        _tray->setTitle(title, company);
+}
+
+void LinuxStatusItem::pointerEntered() {
+    _hover = _scheduler.after(hoverDelay, [this] {
+        _tray->showTooltip(_tooltip, static_cast<int>(std::lround(tooltipHeight * _desktop.pixelRatio)));
+    });
 }
 
 void LinuxStatusItem::activated(ScreenPoint point) {

@@ -3,6 +3,7 @@
 #include "Selvane/Platform/Appearance.h"
 #include "Selvane/Platform/Scheduler.h"
 #include "Selvane/Platform/StatusItemHost.h"
+#include "Selvane/Platform/TitleDrawing.h"
 #include "SelvaneCore/Lifetime.h"
 
 #include <QtDBus/QDBusConnection>
@@ -23,7 +24,8 @@ class XEmbedTray;
 /// both at once. Panels may come, go and change for as long as the program runs.
 ///
 /// Few panels show words beside an item and none tells whether it does, so an item without an image might not
-/// be seen at all: in the absence of an image the last one stays.
+/// be seen at all: in the absence of an image the last one stays, except where the words are drawn as a
+/// picture: in trays that grant the width, and in panels that are known to keep a picture's shape.
 class LinuxStatusItem final : public StatusItemHost {
 public:
     struct Desktop {
@@ -34,6 +36,8 @@ public:
         std::string displayName;
         /// GNOME's top bar is dark in both of its colour schemes.
         bool hasDarkPanel = false;
+        /// How many pixels of the screen one point has.
+        double pixelRatio = 1;
         /// Whether a point of an X11 session lies on one of the screens.
         std::function<bool(ScreenPoint)> isOnScreen;
 
@@ -42,7 +46,7 @@ public:
     };
 
     LinuxStatusItem(const QDBusConnection& sessionBus, Scheduler& scheduler, Appearance& appearance,
-                    Desktop desktop = Desktop::current());
+                    const TitleDrawing& titles, Desktop desktop = Desktop::current());
     ~LinuxStatusItem() override;
 
     void setContent(const StatusItemContent& content) override;
@@ -61,18 +65,24 @@ private:
     void choosePlace();
     void moveTo(Place place);
     void updateImage();
+    void updateTitle();
+    void pointerEntered();
     void activated(ScreenPoint point);
 
     Scheduler& _scheduler;
     Appearance& _appearance;
+    const TitleDrawing& _titles;
     Desktop _desktop;
     StatusItemContent _content;
     /// The last image that the content had.
     std::shared_ptr<const TemplateImage> _image;
+    std::string _tooltip;
     std::optional<ScreenPoint> _lastPointer;
     Place _place = Place::nowhere;
     bool _hostIsMissing = false;
     Subscription _patience;
+    /// Runs while the pointer rests on the item in a tray.
+    Subscription _hover;
     std::unique_ptr<StatusNotifierItem> _notifierItem;
     // Made only when there may be need of it: it costs a connection to the X server.
     std::unique_ptr<XEmbedTray> _tray;

@@ -3,6 +3,7 @@
 #include "Selvane/Platform/Linux/DBusCall.h"
 #include "Selvane/Platform/Linux/DBusMenu.h"
 #include "Selvane/Platform/Linux/LabelHosts.h"
+#include "Selvane/Platform/Linux/PictureHosts.h"
 #include "Selvane/Platform/Linux/StatusNotifierItemAdaptor.h"
 
 #include <QtCore/QCoreApplication>
@@ -39,9 +40,10 @@ QDBusMessage watcherCall(const QString& interface, const QString& method, const 
 
 } // namespace
 
-StatusNotifierItem::StatusNotifierItem(const QDBusConnection& sessionBus)
+StatusNotifierItem::StatusNotifierItem(const QDBusConnection& sessionBus, const TitleDrawing& titles)
     : _bus(sessionBus),
       _nameWatcher(watcherName, sessionBus, QDBusServiceWatcher::WatchForOwnerChange),
+      _picture(titles),
       // Asked for before the watcher, so that the answer is there when the item is first shown.
       _labelHosts(std::make_unique<LabelHosts>(sessionBus)),
       _menu(std::make_unique<DBusMenu>(sessionBus)),
@@ -86,19 +88,37 @@ QString StatusNotifierItem::serviceName() const {
 }
 
 void StatusNotifierItem::setImage(std::shared_ptr<const TemplateImage> image, Ink ink) {
-    if (_image == image && _ink == ink)
+    if (_picture.image() == image && _ink == ink)
         return;
-    _image = std::move(image);
+    _picture.setImage(std::move(image));
     _ink = ink;
     if (_isShown)
         Q_EMIT _adaptor->NewIcon();
 }
 
-void StatusNotifierItem::setLabel(const std::string& label) {
-    if (_label == label)
+void StatusNotifierItem::setLabel(const std::string& label, ItemPicture::Company company) {
+    const bool isEqual = _label == label && _company == company;
+    if (isEqual)
         return;
     _label = label;
+    _company = company;
+    _picture.setTitle(label, company);
     tellLabel();
+    if (!_pictureHosts && !label.empty()) {
+        _pictureHosts = std::make_unique<PictureHosts>(_bus);
+        _pictureHosts->onChange = [this] { tellPictureHosts(); };
+    } else if (_pictureHosts && _pictureHosts->keepShape()) {
+        tellPictureHosts();
+    }
+}
+
+bool StatusNotifierItem::showsTitle() const {
+    return !_label.empty() && _pictureHosts && _pictureHosts->keepShape();
+}
+
+void StatusNotifierItem::tellPictureHosts() {
+    if (_isShown)
+        Q_EMIT _adaptor->NewIcon();
 }
 
 void StatusNotifierItem::tellLabel() {
@@ -135,6 +155,8 @@ void StatusNotifierItem::setShown(bool shown) {
     if (_isShown == shown || !_bus.isConnected())
         return;
     _isShown = shown;
+    if (shown && _pictureHosts)
+        _pictureHosts->ask();
     _menu->setPublished(shown);
     if (!shown) {
         _bus.send(busCall(QStringLiteral("ReleaseName"), {serviceName()}));
@@ -150,6 +172,8 @@ void StatusNotifierItem::setShown(bool shown) {
 }
 
 void StatusNotifierItem::hostsChanged() {
+    if (_pictureHosts)
+        _pictureHosts->ask();
     if (_watcher == Watcher::withHost || _watcher == Watcher::withoutHost)
         askForHost();
 }
@@ -158,6 +182,8 @@ void StatusNotifierItem::watcherAppeared() {
     // Most watchers appear together with their panel, and say so only a moment later.
     const bool wasShown = _isShown;
     setWatcher(Watcher::withHost);
+    if (_pictureHosts)
+        _pictureHosts->ask();
     if (wasShown)
         registerWithWatcher();
     askForHost();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Selvane/Platform/Linux/ItemPicture.h"
 #include "Selvane/Platform/StatusItemHost.h"
 
 #include <QtCore/QObject>
@@ -16,6 +17,7 @@ namespace selvane {
 
 class DBusMenu;
 class LabelHosts;
+class PictureHosts;
 class StatusNotifierItemAdaptor;
 
 /// The item as desktops with org.kde.StatusNotifierWatcher show it: an object on the session bus that panels
@@ -30,13 +32,14 @@ public:
     /// `unknown` until the bus has answered for the first time.
     enum class Watcher { unknown, absent, withoutHost, withHost };
 
-    explicit StatusNotifierItem(const QDBusConnection& sessionBus);
+    /// `titles` outlives the item.
+    StatusNotifierItem(const QDBusConnection& sessionBus, const TitleDrawing& titles);
     ~StatusNotifierItem() override;
 
     void setImage(std::shared_ptr<const TemplateImage> image, Ink ink);
     /// The words beside the image. Panels may ask for them at any time; only those that show them are told of
-    /// changes.
-    void setLabel(const std::string& label);
+    /// changes. For panels that show no words but keep the shape of pictures they are drawn, in that company.
+    void setLabel(const std::string& label, ItemPicture::Company company);
     void setToolTip(const std::string& text);
     void setAccessibleDescription(const std::string& text);
     void setMenu(const std::vector<StatusMenuEntry>& entries);
@@ -63,6 +66,8 @@ private:
     void watcherAppeared();
     void askForHost();
     void tellLabel();
+    void tellPictureHosts();
+    [[nodiscard]] bool showsTitle() const;
     void setWatcher(Watcher watcher);
     void registerWithWatcher();
 
@@ -70,15 +75,18 @@ private:
     QDBusServiceWatcher _nameWatcher;
     Watcher _watcher = Watcher::unknown;
     bool _isShown = false;
-    std::shared_ptr<const TemplateImage> _image;
+    ItemPicture _picture;
     Ink _ink = Ink::light;
     std::string _label;
+    ItemPicture::Company _company = ItemPicture::Company::image;
     std::string _toolTip;
     std::string _accessibleDescription;
     // A panel that was told of a change and hasn't asked yet will find the newest text when it does.
     bool _toolTipWasRead = true;
     int _unreadToolTips = 0;
     std::unique_ptr<LabelHosts> _labelHosts;
+    /// Made when there are words for the first time.
+    std::unique_ptr<PictureHosts> _pictureHosts;
     std::unique_ptr<DBusMenu> _menu;
     StatusNotifierItemAdaptor* _adaptor;
 };

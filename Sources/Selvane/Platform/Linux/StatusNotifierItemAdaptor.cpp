@@ -8,6 +8,13 @@
 
 namespace selvane {
 
+namespace {
+
+/// Twice the height of the usual icon in a panel.
+constexpr int titledHeight = 48;
+
+} // namespace
+
 QDBusArgument& operator<<(QDBusArgument& argument, const NotifierPixmap& pixmap) {
     argument.beginStructure();
     argument << pixmap.width << pixmap.height << pixmap.bytes;
@@ -45,16 +52,22 @@ StatusNotifierItemAdaptor::StatusNotifierItemAdaptor(StatusNotifierItem* item)
 
 NotifierPixmapList StatusNotifierItemAdaptor::iconPixmap() const {
     NotifierPixmapList pixmaps;
-    if (_item._image == nullptr)
+    const auto append = [&](const Picture& picture) {
+        const auto count = static_cast<qsizetype>(picture.argb.size());
+        QByteArray bytes(count * 4, Qt::Uninitialized);
+        qToBigEndian<std::uint32_t>(picture.argb.data(), count, bytes.data());
+        pixmaps.append({picture.width, picture.height, bytes});
+    };
+    if (_item.showsTitle()) {
+        // One is enough for panels that make any size theirs, and they ask for it every second.
+        append(_item._picture.drawTitled(titledHeight, _item._ink));
+        return pixmaps;
+    }
+    if (_item._picture.image() == nullptr)
         return pixmaps;
     // The sizes of panels from the smallest to two pixels a point; panels scale the nearest one.
-    for (const int side : {16, 22, 24, 32, 48, 64}) {
-        const Pixmap pixmap = _item._image->pixmap(side, _item._ink);
-        const auto count = static_cast<qsizetype>(pixmap.argb.size());
-        QByteArray bytes(count * 4, Qt::Uninitialized);
-        qToBigEndian<std::uint32_t>(pixmap.argb.data(), count, bytes.data());
-        pixmaps.append({pixmap.side, pixmap.side, bytes});
-    }
+    for (const int side : {16, 22, 24, 32, 48, 64})
+        append(_item._picture.drawImage(side, _item._ink));
     return pixmaps;
 }
 

@@ -50,6 +50,7 @@ class StatusNotifierItemAdaptor final : public QDBusAbstractAdaptor {
     Q_PROPERTY(QString AttentionIconName READ noName)
     Q_PROPERTY(QList<selvane::NotifierPixmap> AttentionIconPixmap READ noPixmap)
     Q_PROPERTY(QString AttentionMovieName READ noName)
+    Q_PROPERTY(QString AttentionAccessibleDesc READ iconAccessibleDescription)
     Q_PROPERTY(selvane::NotifierToolTip ToolTip READ toolTip)
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu)
     Q_PROPERTY(QDBusObjectPath Menu READ menu)

@@ -54,12 +54,16 @@ constexpr std::uint32_t embedIsMapped = 1;
 /// The flag PMinSize of WM_NORMAL_HINTS.
 constexpr std::uint32_t hintMinimumSize = 1U << 4U;
 constexpr std::uint16_t smallestSide = 22;
+/// Between the words of a tooltip and its edge, and between the tooltip and the item.
+constexpr int tooltipPadding = 6;
+constexpr int tooltipGap = 4;
 
 } // namespace
 
 class XEmbedTray::Connection {
 public:
-    Connection(XEmbedTray& owner, const std::string& displayName) : _owner(owner) {
+    Connection(XEmbedTray& owner, const TitleDrawing& titles, const std::string& displayName)
+        : _owner(owner), _titles(titles), _picture(titles) {
         int screenNumber = 0;
         _xcb = xcb_connect(displayName.empty() ? nullptr : displayName.c_str(), &screenNumber);
         if (xcb_connection_has_error(_xcb) != 0)
@@ -89,12 +93,38 @@ public:
     [[nodiscard]] bool isAvailable() const { return _tray != XCB_NONE; }
 
     void setImage(std::shared_ptr<const TemplateImage> image, Ink fallbackInk) {
-        if (_image == image && _fallbackInk == fallbackInk)
+        if (_picture.image() == image && _fallbackInk == fallbackInk)
             return;
-        _image = std::move(image);
+        _picture.setImage(std::move(image));
         _fallbackInk = fallbackInk;
         draw();
         handleLater();
+    }
+
+    void setTitle(const std::string& title, ItemPicture::Company company) {
+        if (_title == title && _company == company)
+            return;
+        _title = title;
+        _company = company;
+        _picture.setTitle(title, company);
+        if (_window != XCB_NONE)
+            wishSize();
+        draw();
+        handleLater();
+    }
+
+    void setName(const std::string& name) {
+        if (std::exchange(_name, name) != name && _isMapped)
+            tellName(_name);
+    }
+
+    void showTooltip(const std::string& words, int height) {
+        hideTooltip();
+        const auto item = geometry();
+        if (!item || words.empty())
+            return;
+        const Picture picture = _titles.draw(words, height, Ink::light);
+        openTooltip(*item, picture);
     }
 
     void setShown(bool shown) {
@@ -129,6 +159,8 @@ private:
         utf8String,
         netName,
         netProcess,
+        netWindowType,
+        netTooltip,
         atomCount
     };
 
@@ -140,7 +172,9 @@ private:
                                                        "_XEMBED_INFO",
                                                        "UTF8_STRING",
                                                        "_NET_WM_NAME",
-                                                       "_NET_WM_PID"};
+                                                       "_NET_WM_PID",
+                                                       "_NET_WM_WINDOW_TYPE",
+                                                       "_NET_WM_WINDOW_TYPE_TOOLTIP"};
         std::array<xcb_intern_atom_cookie_t, atomCount> cookies{};
         for (std::size_t index = 0; index < names.size(); ++index)
             cookies[index] = internAtom(names[index]);
@@ -215,8 +249,9 @@ private:
         _window = xcb_generate_id(_xcb);
         _width = smallestSide;
         _height = smallestSide;
-        const std::uint32_t events =
-            XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_BUTTON_PRESS;
+        const std::uint32_t events = XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY |
+                                     XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_ENTER_WINDOW |
+                                     XCB_EVENT_MASK_LEAVE_WINDOW;
         if (_hasAlpha) {
             _colormap = xcb_generate_id(_xcb);
             xcb_create_colormap(_xcb, XCB_COLORMAP_ALLOC_NONE, _colormap, _screen->root, _visual->visual_id);
@@ -252,19 +287,12 @@ private:
         const std::uint32_t info[] = {0, embedIsMapped};
         xcb_change_property(_xcb, XCB_PROP_MODE_REPLACE, _window, _atoms[embedInfo], _atoms[embedInfo], 32, 2,
                             info);
-        // Trays that take a window's wish for its size would make it one pixel wide without this.
-        std::array<std::uint32_t, 18> sizeHints{};
-        sizeHints[0] = hintMinimumSize;
-        sizeHints[5] = smallestSide;
-        sizeHints[6] = smallestSide;
-        xcb_change_property(_xcb, XCB_PROP_MODE_REPLACE, _window, XCB_ATOM_WM_NORMAL_HINTS,
-                            XCB_ATOM_WM_SIZE_HINTS, 32, sizeHints.size(), sizeHints.data());
+        _wishedWidth = 0;
+        wishSize();
         const std::string name = "Selvane";
-        const auto length = static_cast<std::uint32_t>(name.size());
-        xcb_change_property(_xcb, XCB_PROP_MODE_REPLACE, _window, _atoms[netName], _atoms[utf8String], 8,
-                            length, name.data());
+        tellName(name);
         xcb_change_property(_xcb, XCB_PROP_MODE_REPLACE, _window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8,
-                            length, name.data());
+                            static_cast<std::uint32_t>(name.size()), name.data());
         const std::string windowClass("selvane\0Selvane\0", 16);
         xcb_change_property(_xcb, XCB_PROP_MODE_REPLACE, _window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
                             static_cast<std::uint32_t>(windowClass.size()), windowClass.data());
@@ -273,9 +301,30 @@ private:
                             1, &process);
     }
 
+    void tellName(const std::string& name) {
+        xcb_change_property(_xcb, XCB_PROP_MODE_REPLACE, _window, _atoms[netName], _atoms[utf8String], 8,
+                            static_cast<std::uint32_t>(name.size()), name.data());
+        xcb_flush(_xcb);
+    }
+
+    /// Trays that take a window's wish for its size would make it one pixel wide without this.
+    void wishSize() {
+        const int width = std::max<int>(smallestSide, _picture.titledWidth(_height));
+        if (std::exchange(_wishedWidth, width) == width)
+            return;
+        std::array<std::uint32_t, 18> sizeHints{};
+        sizeHints[0] = hintMinimumSize;
+        sizeHints[5] = static_cast<std::uint32_t>(width);
+        sizeHints[6] = smallestSide;
+        xcb_change_property(_xcb, XCB_PROP_MODE_REPLACE, _window, XCB_ATOM_WM_NORMAL_HINTS,
+                            XCB_ATOM_WM_SIZE_HINTS, 32, sizeHints.size(), sizeHints.data());
+        xcb_flush(_xcb);
+    }
+
     void undock() {
         if (_window == XCB_NONE)
             return;
+        hideTooltip();
         xcb_free_gc(_xcb, _context);
         xcb_destroy_window(_xcb, _window);
         if (_hasAlpha)
@@ -341,19 +390,25 @@ private:
         exchangeOrder(_ground);
     }
 
+    /// With the title where it fits, which it does in a tray that granted the window's wish.
+    [[nodiscard]] Picture drawn(Ink ink) const {
+        const int titledWidth = _picture.titledWidth(_height);
+        return titledWidth > 0 && titledWidth <= _width ? _picture.drawTitled(_height, ink)
+                                                        : _picture.drawImage(std::min(_width, _height), ink);
+    }
+
     void blend(std::vector<std::uint32_t>& pixels) const {
-        const int side = std::min(_width, _height);
-        if (_image == nullptr || side <= 0)
+        if (_width == 0 || _height == 0)
             return;
         const Channel red(_visual->red_mask);
         const Channel green(_visual->green_mask);
         const Channel blue(_visual->blue_mask);
-        const Pixmap picture = _image->pixmap(side, inkOver(pixels));
-        const int left = (_width - side) / 2;
-        const int top = (_height - side) / 2;
-        for (int y = 0; y < side; ++y) {
-            for (int x = 0; x < side; ++x) {
-                const std::uint32_t source = picture.argb[static_cast<std::size_t>(y * side + x)];
+        const Picture picture = drawn(inkOver(pixels));
+        const int left = (_width - picture.width) / 2;
+        const int top = (_height - picture.height) / 2;
+        for (int y = 0; y < picture.height; ++y) {
+            for (int x = 0; x < picture.width; ++x) {
+                const std::uint32_t source = picture.argb[static_cast<std::size_t>(y * picture.width + x)];
                 std::uint32_t& pixel = pixels[static_cast<std::size_t>((top + y) * _width + left + x)];
                 const std::uint32_t alpha = source >> 24U;
                 const std::uint32_t mixed =
@@ -442,7 +497,7 @@ private:
         switch (event.response_type & 0x7f) {
         case XCB_MAP_NOTIFY:
             if (reinterpret_cast<const xcb_map_notify_event_t&>(event).window == _window)
-                _isMapped = true;
+                appeared();
             break;
         case XCB_UNMAP_NOTIFY:
             if (reinterpret_cast<const xcb_unmap_notify_event_t&>(event).window == _window)
@@ -454,17 +509,28 @@ private:
                 break;
             _width = change.width;
             _height = change.height;
+            wishSize();
             draw();
             break;
         }
         case XCB_EXPOSE: {
             const auto& exposure = reinterpret_cast<const xcb_expose_event_t&>(event);
             if (exposure.window == _window && exposure.count == 0) {
-                _isMapped = true;
+                appeared();
                 draw();
+            } else if (exposure.window == _tooltip && exposure.count == 0) {
+                drawTooltip();
             }
             break;
         }
+        case XCB_ENTER_NOTIFY:
+            if (isCrossing(reinterpret_cast<const xcb_enter_notify_event_t&>(event)) && _owner.onPointerEnter)
+                _owner.onPointerEnter();
+            break;
+        case XCB_LEAVE_NOTIFY:
+            if (isCrossing(reinterpret_cast<const xcb_leave_notify_event_t&>(event)))
+                pointerLeft();
+            break;
         case XCB_BUTTON_PRESS:
             pressed(reinterpret_cast<const xcb_button_press_event_t&>(event));
             break;
@@ -473,9 +539,26 @@ private:
         }
     }
 
+    /// Of the pointer itself: a button that is pressed and released is told as a crossing too.
+    [[nodiscard]] bool isCrossing(const xcb_enter_notify_event_t& crossing) const {
+        return crossing.event == _window && crossing.mode == XCB_NOTIFY_MODE_NORMAL;
+    }
+
+    void appeared() {
+        if (!std::exchange(_isMapped, true) && !_name.empty())
+            tellName(_name);
+    }
+
+    void pointerLeft() {
+        hideTooltip();
+        if (_owner.onPointerLeave)
+            _owner.onPointerLeave();
+    }
+
     void pressed(const xcb_button_press_event_t& press) {
         if (press.event != _window)
             return;
+        pointerLeft();
         const ScreenRect icon{press.root_x - press.event_x, press.root_y - press.event_y, _width, _height};
         const StatusItemAnchor anchor{icon, ScreenPoint{press.root_x, press.root_y}};
         switch (press.detail) {
@@ -496,7 +579,89 @@ private:
         }
     }
 
+    // The tooltip
+
+    void openTooltip(const ScreenRect& item, const Picture& words) {
+        const int width = words.width + 2 * tooltipPadding;
+        const int height = words.height + tooltipPadding;
+        const int right = std::max(0, _screen->width_in_pixels - width);
+        const int x = std::clamp(item.x + (item.width - width) / 2, 0, right);
+        const bool isInUpperHalf = item.y + item.height / 2 < _screen->height_in_pixels / 2;
+        const int y = isInUpperHalf ? item.y + item.height + tooltipGap : item.y - tooltipGap - height;
+        _tooltip = xcb_generate_id(_xcb);
+        const std::uint32_t values[] = {_screen->black_pixel, 1, XCB_EVENT_MASK_EXPOSURE};
+        xcb_create_window(_xcb, _screen->root_depth, _tooltip, _screen->root, static_cast<std::int16_t>(x),
+                          static_cast<std::int16_t>(y), static_cast<std::uint16_t>(width),
+                          static_cast<std::uint16_t>(height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                          _screen->root_visual,
+                          XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
+        xcb_change_property(_xcb, XCB_PROP_MODE_REPLACE, _tooltip, _atoms[netWindowType], XCB_ATOM_ATOM, 32,
+                            1, &_atoms[netTooltip]);
+        _tooltipWords = words;
+        xcb_map_window(_xcb, _tooltip);
+        xcb_flush(_xcb);
+    }
+
+    void drawTooltip() {
+        const xcb_visualtype_t* const visual = rootVisual();
+        if (visual == nullptr)
+            return;
+        const int width = _tooltipWords.width + 2 * tooltipPadding;
+        const int height = _tooltipWords.height + tooltipPadding;
+        std::vector<std::uint32_t> pixels;
+        pixels.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+        for (int y = 0; y < height; ++y) {
+            for (int x = 0; x < width; ++x)
+                pixels.push_back(tooltipPixel(*visual, x - tooltipPadding, y - tooltipPadding / 2));
+        }
+        exchangeOrder(pixels);
+        const xcb_gcontext_t context = xcb_generate_id(_xcb);
+        xcb_create_gc(_xcb, context, _tooltip, 0, nullptr);
+        xcb_put_image(_xcb, XCB_IMAGE_FORMAT_Z_PIXMAP, _tooltip, context, static_cast<std::uint16_t>(width),
+                      static_cast<std::uint16_t>(height), 0, 0, 0, _screen->root_depth,
+                      static_cast<std::uint32_t>(pixels.size() * sizeof(std::uint32_t)),
+                      reinterpret_cast<const std::uint8_t*>(pixels.data()));
+        xcb_free_gc(_xcb, context);
+        xcb_flush(_xcb);
+    }
+
+    /// What the tooltip shows in that place, counted from the corner of its words.
+    [[nodiscard]] std::uint32_t tooltipPixel(const xcb_visualtype_t& visual, int x, int y) const {
+        constexpr std::uint32_t ground = 0x2c;
+        const bool isInWords = x >= 0 && y >= 0 && x < _tooltipWords.width && y < _tooltipWords.height;
+        const std::uint32_t source =
+            isInWords ? _tooltipWords.argb[static_cast<std::size_t>(y * _tooltipWords.width + x)] : 0;
+        const std::uint32_t alpha = source >> 24U;
+        return Channel(visual.red_mask).put(over(ground, (source >> 16U) & 0xffU, alpha)) |
+               Channel(visual.green_mask).put(over(ground, (source >> 8U) & 0xffU, alpha)) |
+               Channel(visual.blue_mask).put(over(ground, source & 0xffU, alpha));
+    }
+
+    /// Null on screens of fewer than 24 bits.
+    [[nodiscard]] const xcb_visualtype_t* rootVisual() const {
+        if (_screen->root_depth < 24)
+            return nullptr;
+        for (auto depths = xcb_screen_allowed_depths_iterator(_screen); depths.rem > 0;
+             xcb_depth_next(&depths)) {
+            for (auto visuals = xcb_depth_visuals_iterator(depths.data); visuals.rem > 0;
+                 xcb_visualtype_next(&visuals)) {
+                if (visuals.data->visual_id == _screen->root_visual)
+                    return visuals.data;
+            }
+        }
+        return nullptr;
+    }
+
+    void hideTooltip() {
+        if (_tooltip == XCB_NONE)
+            return;
+        xcb_destroy_window(_xcb, std::exchange(_tooltip, nothing));
+        xcb_flush(_xcb);
+        _tooltipWords = {};
+    }
+
     XEmbedTray& _owner;
+    const TitleDrawing& _titles;
     xcb_connection_t* _xcb = nullptr;
     xcb_screen_t* _screen = nullptr;
     std::unique_ptr<QSocketNotifier> _notifier;
@@ -504,7 +669,10 @@ private:
     xcb_atom_t _selection = XCB_ATOM_NONE;
 
     bool _isShown = false;
-    std::shared_ptr<const TemplateImage> _image;
+    ItemPicture _picture;
+    std::string _title;
+    ItemPicture::Company _company = ItemPicture::Company::image;
+    std::string _name;
     Ink _fallbackInk = Ink::light;
 
     xcb_window_t _tray = XCB_NONE;
@@ -518,12 +686,15 @@ private:
     bool _isMapped = false;
     std::uint16_t _width = 0;
     std::uint16_t _height = 0;
+    int _wishedWidth = 0;
+    xcb_window_t _tooltip = XCB_NONE;
+    Picture _tooltipWords;
     /// What the tray painted below the window when that could last be read, in our byte order.
     std::vector<std::uint32_t> _ground;
 };
 
-XEmbedTray::XEmbedTray(const std::string& displayName)
-    : _connection(std::make_unique<Connection>(*this, displayName)) {}
+XEmbedTray::XEmbedTray(const TitleDrawing& titles, const std::string& displayName)
+    : _connection(std::make_unique<Connection>(*this, titles, displayName)) {}
 
 XEmbedTray::~XEmbedTray() = default;
 
@@ -533,6 +704,18 @@ bool XEmbedTray::isAvailable() const {
 
 void XEmbedTray::setImage(std::shared_ptr<const TemplateImage> image, Ink fallbackInk) {
     _connection->setImage(std::move(image), fallbackInk);
+}
+
+void XEmbedTray::setTitle(const std::string& title, ItemPicture::Company company) {
+    _connection->setTitle(title, company);
+}
+
+void XEmbedTray::setName(const std::string& name) {
+    _connection->setName(name);
+}
+
+void XEmbedTray::showTooltip(const std::string& words, int height) {
+    _connection->showTooltip(words, height);
 }
 
 void XEmbedTray::setShown(bool shown) {

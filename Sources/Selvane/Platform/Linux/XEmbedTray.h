@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Selvane/Platform/Linux/ItemPicture.h"
 #include "Selvane/Platform/StatusItemHost.h"
 
 #include <QtCore/QObject>
@@ -12,14 +13,16 @@ namespace selvane {
 
 /// The item as panels without org.kde.StatusNotifierWatcher show it: a small window of ours inside the window
 /// that owns the selection _NET_SYSTEM_TRAY_Sn of an X11 screen. Has an X connection of its own. Such a tray
-/// shows no words: its item has neither a label nor a tooltip, and its window is named "Selvane".
+/// shows no words by itself. The window asks for the width that a title needs, and draws the title if the
+/// tray grants it; a tooltip is another window of ours.
 ///
 /// Main thread. A lost X connection means that there is no tray any more.
 class XEmbedTray final : public QObject {
     Q_OBJECT
 public:
     /// `displayName` as in the variable DISPLAY; empty for the value of that variable.
-    explicit XEmbedTray(const std::string& displayName = {});
+    /// `titles` outlives the tray.
+    explicit XEmbedTray(const TitleDrawing& titles, const std::string& displayName = {});
     ~XEmbedTray() override;
 
     /// Whether a tray runs. Trays that start later are noticed.
@@ -27,6 +30,15 @@ public:
 
     /// `fallbackInk` is used where the colour of the tray can't be told.
     void setImage(std::shared_ptr<const TemplateImage> image, Ink fallbackInk);
+
+    /// The words beside the image, or instead of it, where the tray has the room; empty for none.
+    void setTitle(const std::string& title, ItemPicture::Company company);
+    /// What the window is called as long as it lies in the tray, for whatever reads the screen. At first it
+    /// has the program's own name, by which trays remember where their user put it.
+    void setName(const std::string& name);
+    /// Shows these words beside the item, `height` pixels high, until the pointer leaves or a button is
+    /// pressed.
+    void showTooltip(const std::string& words, int height);
 
     /// Puts the window into the tray, again with each new tray, or takes it away.
     void setShown(bool shown);
@@ -39,6 +51,9 @@ public:
     std::function<void(const StatusItemAnchor&)> onActivate;
     /// The middle button was pressed on the item.
     std::function<void()> onSecondaryActivate;
+    /// The pointer came to rest on the item, or it left or was used.
+    std::function<void()> onPointerEnter;
+    std::function<void()> onPointerLeave;
 
 private:
     class Connection;

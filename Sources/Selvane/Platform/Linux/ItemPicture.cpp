@@ -1,0 +1,57 @@
+#include "Selvane/Platform/Linux/ItemPicture.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+namespace selvane {
+
+namespace {
+
+/// Lays a picture over another of the same height.
+void paste(const Picture& from, int left, Picture& into) {
+    for (int y = 0; y < from.height; ++y) {
+        const auto row = from.argb.begin() + static_cast<std::ptrdiff_t>(y) * from.width;
+        std::copy(row, row + from.width,
+                  into.argb.begin() + static_cast<std::ptrdiff_t>(y) * into.width + left);
+    }
+}
+
+} // namespace
+
+void ItemPicture::setTitle(std::string title, Company company) {
+    _title = std::move(title);
+    _company = company;
+}
+
+std::string ItemPicture::words() const {
+    return imageSide(1) > 0 ? " " + _title : _title;
+}
+
+int ItemPicture::imageSide(int height) const {
+    return _image && _company == Company::image ? height : 0;
+}
+
+int ItemPicture::titledWidth(int height) const {
+    return _title.empty() ? 0 : imageSide(height) + _drawing->width(words(), height);
+}
+
+Picture ItemPicture::drawTitled(int height, Ink ink) const {
+    const Picture words = _drawing->draw(this->words(), height, ink);
+    const int side = imageSide(height);
+    Picture result{side + words.width, height, {}};
+    result.argb.resize(static_cast<std::size_t>(result.width) * static_cast<std::size_t>(height));
+    if (side > 0)
+        paste(drawImage(side, ink), 0, result);
+    paste(words, side, result);
+    return result;
+}
+
+Picture ItemPicture::drawImage(int side, Ink ink) const {
+    if (!_image)
+        return {};
+    Pixmap pixmap = _image->pixmap(side, ink);
+    return {pixmap.side, pixmap.side, std::move(pixmap.argb)};
+}
+
+} // namespace selvane
