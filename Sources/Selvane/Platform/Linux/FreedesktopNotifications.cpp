@@ -1,0 +1,251 @@
+#include "Selvane/Platform/Linux/FreedesktopNotifications.h"
+
+#include "Selvane/Platform/Linux/DBusCall.h"
+
+#include <QtCore/QStringList>
+#include <QtCore/QVariantMap>
+
+#include <algorithm>
+#include <utility>
+
+namespace selvane {
+
+namespace {
+
+const auto serverName = QLatin1String("org.freedesktop.Notifications");
+const auto serverPath = QLatin1String("/org/freedesktop/Notifications");
+const auto desktopEntry = QLatin1String("com.lorbin.selvane");
+
+/// The server decides how long a notification stays.
+constexpr int defaultExpiry = -1;
+constexpr unsigned char normalUrgency = 1;
+/// Who asks for a notification at a moment reads another clock than the one that is waited by, a little
+/// earlier. At that moment it is not pending any more, by either.
+constexpr Seconds betweenReadings{0.05};
+
+QDBusMessage serverCall(const QString& method) {
+    return QDBusMessage::createMethodCall(serverName, serverPath, serverName, method);
+}
+
+QString text(const std::string& utf8) {
+    return QString::fromStdString(utf8);
+}
+
+QString escaped(QString text) {
+    text.replace(QLatin1Char('&'), QLatin1String("&amp;"));
+    text.replace(QLatin1Char('<'), QLatin1String("&lt;"));
+    text.replace(QLatin1Char('>'), QLatin1String("&gt;"));
+    return text;
+}
+
+} // namespace
+
+FreedesktopNotifications::FreedesktopNotifications(const QDBusConnection& sessionBus, Scheduler& scheduler)
+    : _bus(sessionBus), _scheduler(scheduler) {}
+
+void FreedesktopNotifications::setCategories(std::vector<NotificationCategory> categories) {
+    _categories = std::move(categories);
+}
+
+// What is pending
+
+void FreedesktopNotifications::postLater(NotificationRequest request, Seconds delay) {
+    const std::string id = request.id;
+    dropPending(id);
+    auto timer = _scheduler.after(delay, [this, id] {
+        // Out of the map first, with the timer whose work this is.
+        auto node = _pending.extract(id);
+        post(std::move(node.mapped().request));
+    });
+    _pending.insert_or_assign(
+        id, Pending{std::move(request), _scheduler.now() + std::max(delay, Seconds{0}), std::move(timer)});
+}
+
+void FreedesktopNotifications::removePending(std::span<const std::string_view> ids) {
+    for (const auto id : ids)
+        dropPending(id);
+}
+
+void FreedesktopNotifications::dropPending(std::string_view id) {
+    const auto found = _pending.find(id);
+    if (found == _pending.end())
+        return;
+    auto node = _pending.extract(found);
+    if (node.mapped().due <= _scheduler.now() + betweenReadings)
+        post(std::move(node.mapped().request));
+}
+
+// What is shown
+
+void FreedesktopNotifications::post(NotificationRequest request) {
+    if (!_bus.isConnected())
+        return;
+    Notice& notice = _notices[request.id];
+    notice.next = std::move(request);
+    notice.closesWhenSent = false;
+    listen();
+    sendWaiting();
+}
+
+void FreedesktopNotifications::removeDelivered(std::span<const std::string_view> ids) {
+    for (const auto id : ids) {
+        const auto found = _notices.find(id);
+        if (found == _notices.end())
+            continue;
+        Notice& notice = found->second;
+        if (notice.isBeingSent) {
+            notice.next.reset();
+            notice.closesWhenSent = true;
+            continue;
+        }
+        if (notice.serverID != 0)
+            close(notice.serverID);
+        _notices.erase(found);
+    }
+}
+
+void FreedesktopNotifications::listen() {
+    if (_watcher != nullptr)
+        return;
+    _watcher =
+        std::make_unique<QDBusServiceWatcher>(serverName, _bus, QDBusServiceWatcher::WatchForOwnerChange);
+    connect(_watcher.get(), &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString&, const QString&, const QString& owner) { serverChanged(owner); });
+    // Without it Qt looks for the type of the slot before it has made its own types known, and finds no slot.
+    qRegisterMetaType<QDBusMessage>();
+    // Taken from any sender: naming the server would make Qt wait for the bus's answer who it is.
+    _bus.connect(QString(), serverPath, serverName, QStringLiteral("ActionInvoked"), this,
+                 SLOT(actionInvoked(uint, QString, QDBusMessage)));
+}
+
+void FreedesktopNotifications::askForCapabilities() {
+    if (std::exchange(_isAsking, true))
+        return;
+    callAsync(_bus, serverCall(QStringLiteral("GetCapabilities")), this,
+              [this, generation = _generation](const QDBusMessage& reply) {
+                  if (generation != _generation)
+                      return;
+                  _isAsking = false;
+                  if (reply.type() != QDBusMessage::ReplyMessage) {
+                      // There is no server, or none that works.
+                      _notices.clear();
+                      return;
+                  }
+                  const QStringList names = reply.arguments().value(0).toStringList();
+                  _capabilities = {.actions = names.contains(QLatin1String("actions")),
+                                   .bodyMarkup = names.contains(QLatin1String("body-markup"))};
+                  _server = reply.service();
+                  sendWaiting();
+              });
+}
+
+void FreedesktopNotifications::serverChanged(const QString& newOwner) {
+    // One that our own question started may have answered before the bus told of it.
+    if (!newOwner.isEmpty() && newOwner == _server)
+        return;
+    ++_generation;
+    _server.clear();
+    _capabilities.reset();
+    _isAsking = false;
+    // What waits is for the next server. Without one it is dropped: asking again would start one that has
+    // just fallen over.
+    std::erase_if(_notices, [&](const auto& item) { return newOwner.isEmpty() || !item.second.next; });
+    for (auto& [id, notice] : _notices) {
+        notice.serverID = 0;
+        notice.isBeingSent = false;
+        notice.closesWhenSent = false;
+    }
+    sendWaiting();
+}
+
+void FreedesktopNotifications::sendWaiting() {
+    for (auto& [id, notice] : _notices) {
+        if (!notice.next || notice.isBeingSent)
+            continue;
+        if (!_capabilities) {
+            askForCapabilities();
+            return;
+        }
+        send(id, notice);
+    }
+}
+
+void FreedesktopNotifications::send(const std::string& id, Notice& notice) {
+    notice.isBeingSent = true;
+    const auto request = std::exchange(notice.next, std::nullopt);
+    callAsync(_bus, notifyCall(*request, notice.serverID), this,
+              [this, id, generation = _generation](const QDBusMessage& reply) {
+                  if (generation == _generation)
+                      sent(id, reply);
+              });
+}
+
+void FreedesktopNotifications::sent(const std::string& id, const QDBusMessage& reply) {
+    const auto found = _notices.find(id);
+    Notice& notice = found->second;
+    notice.isBeingSent = false;
+    // Always the number that it gives now: some give a new one for what took the place of a closed one.
+    notice.serverID = reply.arguments().value(0).toUInt();
+    if (reply.type() != QDBusMessage::ReplyMessage)
+        notice.serverID = 0;
+    if (notice.closesWhenSent && notice.serverID != 0)
+        close(notice.serverID);
+    if (!notice.next && (notice.closesWhenSent || notice.serverID == 0)) {
+        _notices.erase(found);
+        return;
+    }
+    sendWaiting();
+}
+
+QDBusMessage FreedesktopNotifications::notifyCall(const NotificationRequest& request, uint replacedID) const {
+    QStringList actions;
+    if (_capabilities->actions) {
+        const auto category = std::ranges::find(_categories, request.category, &NotificationCategory::id);
+        if (category != _categories.end()) {
+            for (const NotificationAction& action : category->actions)
+                actions << text(action.id) << text(action.title);
+        }
+    }
+    const QVariantMap hints{
+        {QStringLiteral("desktop-entry"), QString(desktopEntry)},
+        {QStringLiteral("urgency"), QVariant::fromValue(normalUrgency)},
+        // By it users make rules for one kind alone.
+        {QStringLiteral("category"), QStringLiteral("x-") + text(request.id)},
+        {QStringLiteral("suppress-sound"), true},
+    };
+    const QString body = text(request.body);
+    auto call = serverCall(QStringLiteral("Notify"));
+    call << QStringLiteral("Selvane") << replacedID << QString(desktopEntry) << text(request.title)
+         << (_capabilities->bodyMarkup ? escaped(body) : body) << actions << hints << defaultExpiry;
+    return call;
+}
+
+void FreedesktopNotifications::close(uint serverID) {
+    auto call = serverCall(QStringLiteral("CloseNotification"));
+    call << serverID;
+    call.setAutoStartService(false);
+    // A server that has closed it already calls the number invalid, and that is all.
+    _bus.asyncCall(call);
+}
+
+void FreedesktopNotifications::actionInvoked(uint serverID, const QString& action,
+                                             const QDBusMessage& signal) {
+    // Told to everybody on the bus, also of the notifications of others.
+    if (signal.service() != _server)
+        return;
+    const auto found = std::ranges::find_if(
+        _notices, [serverID](const auto& item) { return serverID != 0 && item.second.serverID == serverID; });
+    if (found == _notices.end())
+        return;
+    const std::string request = found->first;
+    // Some leave on the screen what was answered. What is just being replaced goes by itself, and what comes
+    // in its place has the same number.
+    if (!found->second.isBeingSent) {
+        close(serverID);
+        _notices.erase(found);
+    }
+    if (onAction)
+        onAction(request, action.toStdString());
+}
+
+} // namespace selvane
