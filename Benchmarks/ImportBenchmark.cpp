@@ -58,7 +58,8 @@ private:
                     return std::make_unique<BackupManager>(std::move(directory), fixture._storeEnvironment,
                                                            fixture._queue);
                 },
-            .makeNotifier = [] { return std::make_unique<EmptyNotifier>(); },
+            .makeNotifier =
+                [&] { return std::make_unique<Notifier>(nullptr, fixture._storeEnvironment.clock); },
             .makeDataLifecycle =
                 [&] {
                     return std::make_unique<LocalDataLifecycle>(LocalDataLifecycle::Environment{

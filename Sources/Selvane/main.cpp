@@ -4,6 +4,7 @@
 #include "Selvane/App/ReleaseNotes.h"
 #include "Selvane/Platform/Linux/DesktopAppearance.h"
 #include "Selvane/Platform/Linux/FileDefaultsStore.h"
+#include "Selvane/Platform/Linux/FreedesktopNotifications.h"
 #include "Selvane/Platform/Linux/LinuxProcessActivity.h"
 #include "Selvane/Platform/Linux/LinuxScheduler.h"
 #include "Selvane/Platform/Linux/LinuxSerialQueue.h"
@@ -55,7 +56,7 @@ std::filesystem::path resource(const char* name) {
            SELVANE_DATA_DIRECTORY / name;
 }
 
-AppServices services(SerialQueue& queue, const StoreEnvironment& files,
+AppServices services(SerialQueue& queue, NotificationCenter& notifications, const StoreEnvironment& files,
                      const LocalDataLifecycle::Environment& lifecycle) {
     return {
         .makeUpdater = [] { return std::make_unique<EmptyUpdater>(); },
@@ -63,7 +64,7 @@ AppServices services(SerialQueue& queue, const StoreEnvironment& files,
             [&queue, files](auto directory) {
                 return std::make_unique<BackupManager>(std::move(directory), files, queue);
             },
-        .makeNotifier = [] { return std::make_unique<EmptyNotifier>(); },
+        .makeNotifier = [&notifications] { return std::make_unique<Notifier>(&notifications, wallClock); },
         .makeDataLifecycle = [lifecycle] { return std::make_unique<LocalDataLifecycle>(lifecycle); },
         .makeSettings = [](DefaultsStore& defaults) { return std::make_unique<AppSettings>(defaults); },
         .makeMusic = [](AppSettings&) { return std::make_unique<EmptyMusicController>(); },
@@ -113,6 +114,7 @@ int run(QGuiApplication& application) {
     LinuxScheduler scheduler;
     LogindAwayMonitor awayMonitor(scheduler, [] { return QDBusConnection::systemBus(); });
     LinuxProcessActivity processActivity;
+    FreedesktopNotifications notifications(sessionBus, scheduler);
     StandIns standIns;
     PosixFileSystem fileSystem;
     LocalZone localZone;
@@ -160,7 +162,7 @@ int run(QGuiApplication& application) {
         .clock = wallClock,
         .calendar = calendar,
         .file = AppPaths::file,
-        .services = services(backupQueue, files, lifecycle),
+        .services = services(backupQueue, notifications, files, lifecycle),
     });
     delegate.onQuit = [] { QCoreApplication::quit(); };
     delegate.applicationDidFinishLaunching({

@@ -23,7 +23,7 @@ TEST_F(AppModelConstruction, RunsItsStepsInOrder) {
                             "lifecycle.migrate", "make settings", "make music", "make guard",
                             "make focusMode", "make calendar", "defaults.read currentTaskID",
                             "lifecycle.recover missing missing", "lifecycle.backUpBeforeUpdate",
-                            "notifier.authorize"));
+                            "notifications.authorize"));
 }
 
 /// Puts files in place in the move from the earlier product, as that move does.
@@ -79,7 +79,7 @@ TEST_P(AuthorizationAtLaunch, IsAskedForIfAnythingMaySpeak) {
         settings.focusGuardMode.set(GetParam().focusGuardMode);
     };
     harness.launch();
-    EXPECT_EQ(harness.journal.count("notifier.authorize"), GetParam().isAsked ? 1 : 0);
+    EXPECT_EQ(harness.journal.count("notifications.authorize"), GetParam().isAsked ? 1 : 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, AuthorizationAtLaunch,

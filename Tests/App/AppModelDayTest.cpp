@@ -75,7 +75,7 @@ TEST_F(AppModelDay, OpeningAViewBacksUpRollsOverTicksAndRefreshesInThisOrder) {
     model.refreshForDisplay();
     EXPECT_THAT(harness.journal.entries(),
                 ElementsAre("lifecycle.backUpDaily", "rolled over", "activity.end",
-                            "notifier.remove selvane.meeting", "guard.finish", "sound Glass", "signal",
+                            "notifications.remove selvane.meeting", "guard.finish", "sound Glass", "signal",
                             "music.pause", "calendar.refresh"));
 }
 

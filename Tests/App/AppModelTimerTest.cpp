@@ -32,15 +32,17 @@ protected:
 TEST_F(AppModelTimer, StartOfFocusSchedulesTheEndAndStartsGuardAndMusic) {
     launch().engine().start();
     EXPECT_THAT(noted(),
-                ElementsAre("notifier.schedule focus 1772706300", "activity.begin Selvane timer is running",
-                            "guard.started", "music.play"));
+                ElementsAre("notifications.remove selvane.phase-end",
+                            "notifications.postLater Focus complete in 1500 s",
+                            "activity.begin Selvane timer is running", "guard.started", "music.play"));
 }
 
 TEST_F(AppModelTimer, StartOfABreakPausesTheMusic) {
     launch().engine().select(Phase::shortBreak);
     harness.journal.clear();
     harness.model().engine().start();
-    EXPECT_THAT(noted(), ElementsAre("notifier.schedule shortBreak 1772705100",
+    EXPECT_THAT(noted(), ElementsAre("notifications.remove selvane.phase-end",
+                                     "notifications.postLater Break's over in 300 s",
                                      "activity.begin Selvane timer is running", "music.pause"));
 }
 
@@ -63,8 +65,9 @@ TEST_F(AppModelTimer, ResumeSchedulesTheEndAnewAndStartsOverAgain) {
     harness.journal.clear();
     model.engine().resume();
     EXPECT_THAT(noted(),
-                ElementsAre("notifier.schedule focus 1772706350", "activity.begin Selvane timer is running",
-                            "guard.started", "music.play"));
+                ElementsAre("notifications.remove selvane.phase-end",
+                            "notifications.postLater Focus complete in 1400 s",
+                            "activity.begin Selvane timer is running", "guard.started", "music.play"));
 }
 
 TEST_F(AppModelTimer, WarnsOfAMeetingThatBeginsBeforeTheEnd) {
@@ -72,7 +75,7 @@ TEST_F(AppModelTimer, WarnsOfAMeetingThatBeginsBeforeTheEnd) {
     model.settings().calendarEnabled.set(true);
     harness.answers.nextEvent = CalendarEvent{"Review", adding(Seconds{1499}, harness.now)};
     model.engine().start();
-    EXPECT_TRUE(harness.journal.has("notifier.meeting Review 120"));
+    EXPECT_TRUE(harness.journal.has("notifications.postLater Review in 2 min in 1379 s"));
 }
 
 TEST_F(AppModelTimer, WarnsOfNoMeetingAtTheEndOrLater) {
@@ -80,13 +83,13 @@ TEST_F(AppModelTimer, WarnsOfNoMeetingAtTheEndOrLater) {
     model.settings().calendarEnabled.set(true);
     harness.answers.nextEvent = CalendarEvent{"Review", adding(Seconds{1500}, harness.now)};
     model.engine().start();
-    EXPECT_FALSE(harness.journal.has("notifier.meeting Review 120"));
+    EXPECT_FALSE(harness.journal.has("notifications.remove selvane.meeting"));
 }
 
 TEST_F(AppModelTimer, WarnsOfNoMeetingWithTheCalendarOff) {
     harness.answers.nextEvent = CalendarEvent{"Review", adding(Seconds{60}, harness.now)};
     launch().engine().start();
-    EXPECT_FALSE(harness.journal.has("notifier.meeting Review 120"));
+    EXPECT_FALSE(harness.journal.has("notifications.remove selvane.meeting"));
 }
 
 // Paused
@@ -95,8 +98,9 @@ TEST_F(AppModelTimer, PauseDropsBothNoticesEndsTheActivityAndPausesGuardAndMusic
     launch().engine().start();
     harness.journal.clear();
     harness.model().engine().pause();
-    EXPECT_THAT(noted(), ElementsAre("notifier.remove selvane.phase-end", "notifier.remove selvane.meeting",
-                                     "activity.end", "guard.paused", "music.pause"));
+    EXPECT_THAT(noted(),
+                ElementsAre("notifications.remove selvane.phase-end", "notifications.remove selvane.meeting",
+                            "activity.end", "guard.paused", "music.pause"));
 }
 
 TEST_F(AppModelTimer, PauseOfABreakPausesTheMusicByTheSettingThatStartedIt) {
@@ -137,7 +141,7 @@ TEST_F(AppModelTimer, EndOfFocusIsRecordedCreditedAndCelebrated) {
     EXPECT_EQ(session.taskID, id(test::firstTask));
     EXPECT_EQ(session.apps, harness.answers.usage);
     EXPECT_EQ(model.tasks().items.front().completedPomodoros, 1);
-    EXPECT_THAT(noted(), ElementsAre("activity.end", "notifier.remove selvane.meeting", "guard.finish",
+    EXPECT_THAT(noted(), ElementsAre("activity.end", "notifications.remove selvane.meeting", "guard.finish",
                                      "sound Glass", "signal", "music.pause", "focusMode.off"));
 }
 
@@ -158,7 +162,7 @@ TEST_F(AppModelTimer, EndOfABreakIsRecordedWithoutTaskAndUsage) {
     EXPECT_EQ(model.sessions().front().taskID, std::nullopt);
     EXPECT_EQ(model.sessions().front().apps, std::nullopt);
     EXPECT_EQ(model.tasks().items.front().completedPomodoros, 0);
-    EXPECT_THAT(noted(), ElementsAre("activity.end", "notifier.remove selvane.meeting", "sound Hero",
+    EXPECT_THAT(noted(), ElementsAre("activity.end", "notifications.remove selvane.meeting", "sound Hero",
                                      "signal", "focusMode.off"));
 }
 
@@ -325,8 +329,8 @@ TEST_F(AppModelTimer, ResetAfterAMinuteRecordsASessionThatIsNotCompleted) {
     EXPECT_EQ(session.taskID, id(test::firstTask));
     EXPECT_EQ(session.apps, harness.answers.usage);
     EXPECT_EQ(model.tasks().items.front().completedPomodoros, 0);
-    EXPECT_THAT(noted(), ElementsAre("notifier.remove selvane.phase-end", "notifier.remove selvane.meeting",
-                                     "activity.end", "guard.finish"));
+    EXPECT_THAT(noted(), ElementsAre("notifications.remove selvane.phase-end",
+                                     "notifications.remove selvane.meeting", "activity.end", "guard.finish"));
 }
 
 TEST_F(AppModelTimer, TimeInPauseDoesNotCountTowardsTheMinute) {
@@ -356,8 +360,8 @@ TEST_F(AppModelTimer, GuardFinishesForAnInterruptedBreakToo) {
     model.engine().start();
     harness.journal.clear();
     model.engine().reset();
-    EXPECT_THAT(noted(), ElementsAre("notifier.remove selvane.phase-end", "notifier.remove selvane.meeting",
-                                     "activity.end", "guard.finish"));
+    EXPECT_THAT(noted(), ElementsAre("notifications.remove selvane.phase-end",
+                                     "notifications.remove selvane.meeting", "activity.end", "guard.finish"));
 }
 
 TEST_F(AppModelTimer, MusicPlaysOnThroughAReset) {
@@ -424,9 +428,9 @@ TEST_F(AppModelTimer, WakeOfTheMachineTicksAndNothingElse) {
 TEST_F(AppModelTimer, TurningNotificationsOnAsksForTheRightToShowThem) {
     AppModel& model = launch();
     model.settings().notificationsEnabled.set(false);
-    EXPECT_FALSE(harness.journal.has("notifier.authorize"));
+    EXPECT_FALSE(harness.journal.has("notifications.authorize"));
     model.settings().notificationsEnabled.set(true);
-    EXPECT_EQ(harness.journal.count("notifier.authorize"), 1);
+    EXPECT_EQ(harness.journal.count("notifications.authorize"), 1);
 }
 
 TEST_F(AppModelTimer, GuardThatNudgesMayNeedToSpeak) {
@@ -434,7 +438,7 @@ TEST_F(AppModelTimer, GuardThatNudgesMayNeedToSpeak) {
     model.settings().focusGuardMode.set(FocusGuardMode::off);
     EXPECT_THAT(noted(), ElementsAre("guard.settings"));
     model.settings().focusGuardMode.set(FocusGuardMode::nudge);
-    EXPECT_THAT(noted(), ElementsAre("guard.settings", "guard.settings", "notifier.authorize"));
+    EXPECT_THAT(noted(), ElementsAre("guard.settings", "guard.settings", "notifications.authorize"));
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <string>
 #include <vector>
@@ -79,7 +80,9 @@ TEST_F(DataLifecycle, WithoutDamageThereIsNoNotice) {
     harness.start();
     EXPECT_EQ(notice(), std::nullopt);
     EXPECT_FALSE(model().unrecoveredData());
-    EXPECT_FALSE(harness.journal.has("notifier.data"));
+    EXPECT_TRUE(std::ranges::none_of(harness.journal.entries(), [](const std::string& entry) {
+        return entry.starts_with("notifications.post ");
+    }));
 }
 
 TEST_F(DataLifecycle, MissingFilesAreNoDamage) {
@@ -101,7 +104,7 @@ TEST_F(DataLifecycle, BothDamagedFilesComeBackFromTheNewestBackup) {
     EXPECT_FALSE(model().unrecoveredData());
     EXPECT_EQ(model().tasks(), backupOf(utc(2026, 3, 4, 9)).tasks);
     EXPECT_EQ(model().sessions(), backupOf(utc(2026, 3, 4, 9)).sessions);
-    EXPECT_TRUE(harness.journal.has("notifier.data Selvane restored your data: " + *notice()));
+    EXPECT_TRUE(harness.journal.has("notifications.post Selvane restored your data: " + *notice()));
     EXPECT_TRUE(model().hadDataAtLaunch()) << "looked at after recovery";
     EXPECT_THAT(harness.read("tasks.json"), HasSubstr("From the backup")) << "the recovered list is on disk";
     EXPECT_THAT(harness.names(), ElementsAre("Backups", StartsWith("sessions.corrupt-"), "sessions.json",
@@ -127,7 +130,7 @@ TEST_F(DataLifecycle, WithoutABackupTheDamageIsToldAndNoBackupIsMade) {
               "Selvane couldn't read your tasks, and there was no backup to restore. The damaged file "
               "was kept in the data folder.");
     EXPECT_TRUE(model().unrecoveredData());
-    EXPECT_TRUE(harness.journal.has("notifier.data Selvane couldn't read your data: " + *notice()));
+    EXPECT_TRUE(harness.journal.has("notifications.post Selvane couldn't read your data: " + *notice()));
     model().addTask("New");
     model().backUpDaily();
     EXPECT_THAT(backups(), IsEmpty()) << "an empty start must not push good backups out";

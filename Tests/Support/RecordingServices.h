@@ -7,6 +7,7 @@
 #include "Support/Journal.h"
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 #include <optional>
 #include <string>
@@ -50,25 +51,26 @@ private:
     const ServiceAnswers& _answers;
 };
 
-class RecordingNotifier final : public Notifier {
+class RecordingNotificationCenter final : public NotificationCenter {
 public:
-    explicit RecordingNotifier(Journal& journal) : _journal(journal) {}
-    void schedule(Phase phase, Date end) override {
-        _journal.note(
-            "notifier.schedule " + std::string(rawValue(phase)) + " " +
-            std::to_string(std::chrono::duration_cast<std::chrono::seconds>(end.time_since_epoch()).count()));
+    explicit RecordingNotificationCenter(Journal& journal) : _journal(journal) {}
+    void setCategories(std::vector<NotificationCategory>) override {}
+    void requestAuthorization() override { _journal.note("notifications.authorize"); }
+    void post(NotificationRequest request) override {
+        _journal.note("notifications.post " + request.title + ": " + request.body);
     }
-    void scheduleMeetingHeadsUp(const std::string& title, Date, Seconds lead) override {
-        _journal.note("notifier.meeting " + title + " " + std::to_string(static_cast<int>(lead.count())));
-    }
-    void notifyDataNotice(const std::string& title, const std::string& body) override {
-        _journal.note("notifier.data " + title + ": " + body);
+    void postLater(NotificationRequest request, Seconds delay) override {
+        _journal.note("notifications.postLater " + request.title + " in " +
+                      std::to_string(std::lround(delay.count())) + " s");
     }
     void removePending(std::span<const std::string_view> ids) override {
         for (const auto id : ids)
-            _journal.note("notifier.remove " + std::string(id));
+            _journal.note("notifications.remove " + std::string(id));
     }
-    void requestAuthorization() override { _journal.note("notifier.authorize"); }
+    void removeDelivered(std::span<const std::string_view> ids) override {
+        for (const auto id : ids)
+            _journal.note("notifications.takeDown " + std::string(id));
+    }
 
 private:
     Journal& _journal;
@@ -251,7 +253,9 @@ inline AppServices recordingServices(Journal& journal, const ServiceAnswers& ans
         journal.note("make backups on " + directory.filename().string());
         return std::make_unique<BackupManager>(std::move(directory), files, queue);
     };
-    services.makeNotifier = noting("notifier", [&] { return std::make_unique<RecordingNotifier>(journal); });
+    services.makeNotifier =
+        noting("notifier", [center = std::make_shared<RecordingNotificationCenter>(journal),
+                            clock = files.clock] { return std::make_unique<Notifier>(center.get(), clock); });
     services.makeDataLifecycle =
         noting("lifecycle", [&] { return std::make_unique<RecordingLifecycle>(journal, answers); });
     services.makeSettings = [&journal, &answers](DefaultsStore& defaults) {

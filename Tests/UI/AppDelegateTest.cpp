@@ -66,13 +66,13 @@ TEST(AppDelegate, RecoveryIsToldLast) {
     delegate.applicationDidFinishLaunching({&host, &appearance, &presses, &activations, &programWindows, {}});
     EXPECT_THAT(harness.journal.entries(),
                 ElementsAre("lifecycle.backUpDaily", "lifecycle.whatsNew",
-                            "notifier.data Selvane restored your data: What happened."));
+                            "notifications.post Selvane restored your data: What happened."));
 }
 
 TEST_F(AppDelegateTest, WithoutARecoveryNothingIsPosted) {
     finishLaunching();
     for (const std::string& entry : harness.journal.entries())
-        EXPECT_FALSE(entry.starts_with("notifier.data")) << entry;
+        EXPECT_FALSE(entry.starts_with("notifications.post")) << entry;
 }
 
 TEST_F(AppDelegateTest, MemoryOfTheStartIsGivenBackOnceItIsOver) {
@@ -113,10 +113,10 @@ TEST(AppDelegate, RecoveryNoticePostsOneDataNotification) {
         test::FakeActivationMonitor activations;
         test::FakeProgramWindows programWindows;
         AppDelegate delegate(harness.environment());
-        EXPECT_FALSE(harness.journal.has(std::string("notifier.data ") + title + ": What happened."));
+        EXPECT_FALSE(harness.journal.has(std::string("notifications.post ") + title + ": What happened."));
         delegate.applicationDidFinishLaunching(
             {&host, &appearance, &presses, &activations, &programWindows, {}});
-        EXPECT_EQ(harness.journal.count(std::string("notifier.data ") + title + ": What happened."), 1);
+        EXPECT_EQ(harness.journal.count(std::string("notifications.post ") + title + ": What happened."), 1);
     }
 }
 

@@ -13,15 +13,6 @@ public:
     void checkForUpdates() override {}
 };
 
-class EmptyNotifier final : public Notifier {
-public:
-    void schedule(Phase, Date) override {}
-    void scheduleMeetingHeadsUp(const std::string&, Date, Seconds) override {}
-    void notifyDataNotice(const std::string&, const std::string&) override {}
-    void removePending(std::span<const std::string_view>) override {}
-    void requestAuthorization() override {}
-};
-
 class EmptyMusicController final : public MusicController {
 public:
     void play() override {}
