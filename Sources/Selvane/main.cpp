@@ -183,6 +183,7 @@ int run(QGuiApplication& application) {
 } // namespace selvane
 
 int main(int argc, char* argv[]) {
+    selvane::Log::toJournal();
     selvane::preferFramesOfFewWakeUps();
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("Selvane"));

@@ -1,5 +1,6 @@
 #include "Selvane/UI/Panel.h"
 #include "Selvane/UI/Popover/PopoverPanel.h"
+#include "SelvaneCore/Log.h"
 
 #include <QObject>
 
@@ -11,7 +12,10 @@ class PopoverPlugin final : public QObject, public PanelFactory {
     Q_INTERFACES(selvane::PanelFactory)
 
 public:
-    PopoverPlugin() { PopoverPanel::prepare(); }
+    PopoverPlugin() {
+        Log::toJournal();
+        PopoverPanel::prepare();
+    }
 
     [[nodiscard]] std::unique_ptr<Panel> makePanel(const PanelContext& context) override {
         auto panel = std::make_unique<PopoverPanel>(context);
