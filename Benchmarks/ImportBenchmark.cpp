@@ -98,6 +98,7 @@ private:
         .processActivity = &_activity,
         .soundPlayer = &_soundPlayer,
         .attentionSignal = &_attentionSignal,
+        .loginItem = nullptr,
         .defaults = &_defaults,
         .fileSystem = &_files,
         .clock = _storeEnvironment.clock,

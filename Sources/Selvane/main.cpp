@@ -2,6 +2,7 @@
 #include "Selvane/App/EmptyServices.h"
 #include "Selvane/App/LocalDataLifecycle.h"
 #include "Selvane/App/ReleaseNotes.h"
+#include "Selvane/Platform/Linux/AutostartEntry.h"
 #include "Selvane/Platform/Linux/DesktopAppearance.h"
 #include "Selvane/Platform/Linux/FileDefaultsStore.h"
 #include "Selvane/Platform/Linux/FreedesktopNotifications.h"
@@ -150,6 +151,13 @@ int run(QGuiApplication& application) {
     X11PressMonitor presses;
     X11ActivationMonitor activations;
     QtProgramWindows programWindows;
+    AutostartEntry loginItem({
+        .fileSystem = &fileSystem,
+        .userSettings = AppPaths::settingsDirectory,
+        .systemSettings = AppPaths::systemSettingsDirectories,
+        .program =
+            [] { return std::filesystem::path(QCoreApplication::applicationFilePath().toStdString()); },
+    });
 
     AppDelegate delegate({
         .scheduler = &scheduler,
@@ -157,6 +165,7 @@ int run(QGuiApplication& application) {
         .processActivity = &processActivity,
         .soundPlayer = &standIns.soundPlayer,
         .attentionSignal = &standIns.attentionSignal,
+        .loginItem = &loginItem,
         .defaults = &defaults,
         .fileSystem = &fileSystem,
         .clock = wallClock,

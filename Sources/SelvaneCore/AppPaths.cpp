@@ -5,6 +5,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <optional>
@@ -54,9 +55,26 @@ Path file(std::string_view name) {
     return dataDirectory() / name;
 }
 
-Path defaultsFile(std::string_view domain) {
+Path settingsDirectory() {
     const auto config = absolutePath("XDG_CONFIG_HOME");
-    return (config ? *config : homeDirectory() / ".config") / (std::string(domain) + ".json");
+    return config ? *config : homeDirectory() / ".config";
+}
+
+std::vector<Path> systemSettingsDirectories() {
+    const char* const variable = std::getenv("XDG_CONFIG_DIRS");
+    std::string_view rest = variable && *variable ? variable : "/etc/xdg";
+    std::vector<Path> result;
+    while (!rest.empty()) {
+        const std::string_view folder = rest.substr(0, rest.find(':'));
+        rest.remove_prefix(std::min(rest.size(), folder.size() + 1));
+        if (folder.starts_with('/'))
+            result.emplace_back(folder);
+    }
+    return result;
+}
+
+Path defaultsFile(std::string_view domain) {
+    return settingsDirectory() / (std::string(domain) + ".json");
 }
 
 } // namespace selvane::AppPaths

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace selvane {
 namespace {
@@ -72,6 +74,18 @@ TEST(AppPaths, SettingsLieInTheConfigHomeUnderTheirDomain) {
     }
     config.set(std::nullopt);
     EXPECT_EQ(AppPaths::defaultsFile("com.example.timer"), "/somewhere/home/.config/com.example.timer.json");
+}
+
+TEST(AppPaths, SettingsOfTheSystemLieInTheAbsoluteFoldersOfTheirVariableInOrder) {
+    using Paths = std::vector<std::filesystem::path>;
+    const Variable folders("XDG_CONFIG_DIRS", "/one:relative::/two:");
+    EXPECT_EQ(AppPaths::systemSettingsDirectories(), (Paths{"/one", "/two"}));
+    folders.set("/three");
+    EXPECT_EQ(AppPaths::systemSettingsDirectories(), Paths{"/three"});
+    for (const auto& unset : {std::optional<std::string>(), std::optional<std::string>("")}) {
+        folders.set(unset);
+        EXPECT_EQ(AppPaths::systemSettingsDirectories(), Paths{"/etc/xdg"});
+    }
 }
 
 TEST(AppPaths, NothingIsCached) {

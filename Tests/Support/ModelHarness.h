@@ -2,6 +2,7 @@
 
 #include "Selvane/App/AppModel.h"
 #include "SelvaneCore/PosixFileSystem.h"
+#include "Support/FakeLoginItem.h"
 #include "Support/Journal.h"
 #include "Support/ManualQueue.h"
 #include "Support/ManualScheduler.h"
@@ -61,6 +62,7 @@ public:
             .processActivity = &activity,
             .soundPlayer = &sound,
             .attentionSignal = &signal,
+            .loginItem = &loginItem,
             .defaults = &defaults,
             .fileSystem = fileSystem,
             .clock = [this] { return now; },
@@ -86,6 +88,7 @@ public:
     RecordingActivity activity{journal};
     RecordingSound sound{journal, answers};
     RecordingSignal signal{journal};
+    FakeLoginItem loginItem;
     RecordingDefaults defaults{journal};
     PosixFileSystem posix;
     FileSystem* fileSystem = &posix;

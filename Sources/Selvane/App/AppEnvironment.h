@@ -11,6 +11,7 @@
 #include "Selvane/Music/MusicController.h"
 #include "Selvane/Platform/AttentionSignal.h"
 #include "Selvane/Platform/AwayMonitor.h"
+#include "Selvane/Platform/LoginItem.h"
 #include "Selvane/Platform/ProcessActivity.h"
 #include "Selvane/Platform/Scheduler.h"
 #include "Selvane/Platform/SoundPlayer.h"
@@ -48,6 +49,7 @@ struct AppEnvironment {
     ProcessActivity* processActivity;
     SoundPlayer* soundPlayer;
     AttentionSignal* attentionSignal;
+    LoginItem* loginItem;
     DefaultsStore* defaults;
     FileSystem* fileSystem;
     /// The wall clock.

@@ -106,6 +106,7 @@ public:
     [[nodiscard]] const CalendarWatcher& calendar() const { return *_calendar; }
     [[nodiscard]] Updater& updater() { return *_updater; }
     [[nodiscard]] const Updater& updater() const { return *_updater; }
+    [[nodiscard]] LoginItem& loginItem() { return *_environment.loginItem; }
     [[nodiscard]] BackupManager& backups() { return *_backups; }
 
     [[nodiscard]] const TaskList& tasks() const { return _tasks; }
