@@ -30,10 +30,14 @@
 #include <QLocale>
 
 #include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <span>
+#include <string>
+#include <string_view>
 #include <utility>
 
 namespace selvane {
@@ -89,6 +93,26 @@ void preferFramesOfFewWakeUps() {
         if (!qEnvironmentVariableIsSet(name))
             qputenv(name, value);
     }
+}
+
+constexpr auto usage = R"(Usage: selvane [--help | --version]
+
+A focus timer that waits in the status area. Started again while it runs, it opens its panel.
+
+  --help     tells this
+  --version  tells the version
+)";
+
+/// What the program answers without being started, if that is what it was asked for.
+std::optional<std::string> answer(std::span<char* const> words) {
+    if (words.size() != 2)
+        return std::nullopt;
+    const std::string_view word = words[1];
+    if (word == "--help" || word == "-h")
+        return usage;
+    if (word == "--version")
+        return "Selvane " SELVANE_VERSION "\n";
+    return std::nullopt;
 }
 
 int run(QGuiApplication& application) {
@@ -192,9 +216,18 @@ int run(QGuiApplication& application) {
 } // namespace selvane
 
 int main(int argc, char* argv[]) {
+    if (const auto answer = selvane::answer(std::span(argv, static_cast<std::size_t>(argc)))) {
+        std::fputs(answer->c_str(), stdout);
+        return EXIT_SUCCESS;
+    }
     selvane::Log::toJournal();
     selvane::preferFramesOfFewWakeUps();
+    // Takes the words that are Qt's out of the count.
     QGuiApplication application(argc, argv);
+    if (argc > 1) {
+        std::fprintf(stderr, "selvane: \"%s\" is not known.\n%s", argv[1], selvane::usage);
+        return 2;
+    }
     QGuiApplication::setApplicationName(QStringLiteral("Selvane"));
     QGuiApplication::setDesktopFileName(QStringLiteral("com.lorbin.selvane"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
