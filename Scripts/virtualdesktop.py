@@ -14,6 +14,7 @@ id. Needs the packages of the group `virtual`.
 
 import ctypes
 import dataclasses
+import glob
 import os
 import pathlib
 import shutil
@@ -42,6 +43,12 @@ PR_SET_CHILD_SUBREAPER = 36
 TRAY_HEIGHT = 28
 XFCE_SETTINGS = "/usr/share/dbus-1/services/org.xfce.Xfconf.service"
 ACCESSIBILITY_BUS = "/usr/libexec/at-spi-bus-launcher"
+# Where the packages put the notification servers; none of them is started by the bus here.
+NOTIFICATION_SERVERS = {
+    "dunst": "/usr/bin/dunst",
+    "xfce4-notifyd": "/usr/lib/*/xfce4/notifyd/xfce4-notifyd",
+    "notification-daemon": "/usr/lib/notification-daemon/notification-daemon",
+}
 
 XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0">
@@ -160,12 +167,13 @@ class Desktop:
     the logs and a last picture is kept and named; otherwise it goes, unless a folder was asked for."""
 
     def __init__(self, tray=None, *, dark=None, scale=1, size=(1280, 800), folder=None, background="#5b6773",
-                 accessible=False, compositor=False):
+                 accessible=False, compositor=False, notifications="dunst"):
         """`tray` is "notifier" (a host of status notifier items), "xembed" (a tray that embeds windows) or None.
         `dark` None means a desktop that doesn't say whether it is dark; otherwise a settings portal says so.
         `background` is a colour, or a picture that is repeated. With
         `compositor` windows can be translucent. With `accessible` programs tell the accessibility bus what they
-        show, and `texts` can be asked for it."""
+        show, and `texts` can be asked for it. `notifications` is a key of
+        NOTIFICATION_SERVERS, or None for a desktop without one."""
         self.tray = tray
         self.accessible = accessible
         self.compositor = compositor
@@ -173,6 +181,7 @@ class Desktop:
         self.scale = scale
         self.size = size
         self.background = background
+        self.notifications = notifications
         self._folder = folder
         self._processes = {}
 
@@ -205,7 +214,8 @@ class Desktop:
             if self.accessible:
                 self._start_accessibility()
             self.start_tray()
-            self._start_notifications()
+            if self.notifications:
+                self.start_notifications()
         except BaseException:
             self._end(failed=True)
             raise
@@ -316,6 +326,10 @@ class Desktop:
             process.wait()
             raise Failure(f"{name} did not end within 10 s") from None
 
+    def process(self, name):
+        """The program that was started under that name last."""
+        return self._processes[name]
+
     def log(self, name):
         return self.logs / f"{name}.log"
 
@@ -407,10 +421,6 @@ class Desktop:
         address = self.bus.call_blocking("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", "", ())
         self.accessibility = Tree(address)
 
-    def _start_notifications(self):
-        self.start("dunst", ["dunst"])
-        wait("the notification server", lambda: self.owner("org.freedesktop.Notifications"))
-
     def start_tray(self):
         """Starts the tray, which lies along the upper edge of the screen; also again after `stop_tray`."""
         if self.tray == "notifier":
@@ -434,6 +444,22 @@ class Desktop:
         self.stop("tray", signal.SIGKILL)
         if self.tray == "notifier":
             wait("the watcher to go", lambda: not self.owner("org.kde.StatusNotifierWatcher"))
+
+    def start_notifications(self):
+        """Starts the notification server; also again after `stop_notifications`. Gives its process."""
+        places = glob.glob(NOTIFICATION_SERVERS[self.notifications])
+        if not places:
+            raise Failure(f"{self.notifications} is not installed")
+        # Those made with a tool kit tell assistive technology what they show.
+        bridge = {"NO_AT_BRIDGE": "0"} if self.accessible else {}
+        process = self.start("notifications", places[:1], **bridge)
+        wait("the notification server", lambda: self.owner("org.freedesktop.Notifications"))
+        return process
+
+    def stop_notifications(self):
+        """Ends the notification server as a crash would."""
+        self.stop("notifications", signal.SIGKILL)
+        wait("the notification server to go", lambda: not self.owner("org.freedesktop.Notifications"))
 
     @property
     def tray_area(self):
