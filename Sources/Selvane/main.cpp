@@ -14,6 +14,7 @@
 #include "Selvane/Platform/Linux/LocalZone.h"
 #include "Selvane/Platform/Linux/LogindAwayMonitor.h"
 #include "Selvane/Platform/Linux/SingleInstance.h"
+#include "Selvane/Platform/Linux/StartupNotice.h"
 #include "Selvane/Platform/Linux/TerminationSignals.h"
 #include "Selvane/Platform/Linux/X11ActivationMonitor.h"
 #include "Selvane/Platform/Linux/X11PressMonitor.h"
@@ -115,15 +116,24 @@ std::optional<std::string> answer(std::span<char* const> words) {
     return std::nullopt;
 }
 
-int run(QGuiApplication& application) {
+/// Ends the busy pointer with which an X11 desktop accompanies the start of that name.
+void endNamedStart(const std::string& id) {
+    // Other desktops name starts too, but some would start an X server only to be told.
+    if (QGuiApplication::platformName() == QLatin1String("xcb"))
+        StartupNotice::complete(id);
+}
+
+int run(QGuiApplication& application, const std::string& startName) {
     const QDBusConnection sessionBus = QDBusConnection::sessionBus();
     SingleInstance instance(sessionBus);
     switch (instance.claim()) {
     case SingleInstance::Claim::first:
         break;
     case SingleInstance::Claim::second:
-        if (instance.activateFirst())
+        if (instance.activateFirst()) {
+            endNamedStart(startName);
             return EXIT_SUCCESS;
+        }
         Log::line("it runs already, but doesn't answer; end that process and start again");
         return EXIT_FAILURE;
     case SingleInstance::Claim::refused:
@@ -208,6 +218,9 @@ int run(QGuiApplication& application) {
         .giveBackMemory = LoadedPages::giveBack,
     });
     instance.onActivate = [&delegate] { delegate.applicationShouldHandleReopen(); };
+    instance.onNamedStart = endNamedStart;
+    // Without a window that opens, nobody else says that this start is over.
+    endNamedStart(startName);
 
     return application.exec();
 }
@@ -222,6 +235,9 @@ int main(int argc, char* argv[]) {
     }
     selvane::Log::toJournal();
     selvane::preferFramesOfFewWakeUps();
+    // Qt takes it out of the environment.
+    const char* const startName = std::getenv("DESKTOP_STARTUP_ID");
+    const std::string start = startName ? startName : "";
     // Takes the words that are Qt's out of the count.
     QGuiApplication application(argc, argv);
     if (argc > 1) {
@@ -231,5 +247,5 @@ int main(int argc, char* argv[]) {
     QGuiApplication::setApplicationName(QStringLiteral("Selvane"));
     QGuiApplication::setDesktopFileName(QStringLiteral("com.lorbin.selvane"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    return selvane::run(application);
+    return selvane::run(application, start);
 }

@@ -10,6 +10,7 @@
 #include <atomic>
 #include <memory>
 #include <ostream>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -183,6 +184,24 @@ TEST(SingleInstance, TheTokenIsInPlaceWhenTheFirstIsActivated) {
                   QDBusMessage::ReplyMessage);
     }
     EXPECT_THAT(tokens, testing::ElementsAre("one", "", "two"));
+}
+
+TEST(SingleInstance, AStartThatTheDesktopNamedIsToldAfterTheActivation) {
+    PrivateBus bus;
+    SingleInstance first(bus.connect());
+    std::vector<std::string> heard;
+    first.onActivate = [&] { heard.emplace_back("activation"); };
+    first.onNamedStart = [&](const std::string& id) { heard.push_back(id); };
+    ASSERT_EQ(first.claim(), SingleInstance::Claim::first);
+
+    const QDBusConnection caller = bus.connect();
+    const auto key = QStringLiteral("desktop-startup-id");
+    for (const QVariantMap& platformData :
+         {QVariantMap{}, QVariantMap{{key, QString()}}, QVariantMap{{key, QStringLiteral("menu-1_TIME5")}}}) {
+        ASSERT_EQ(ask(caller, name, path, interface, QStringLiteral("Activate"), {platformData}).type(),
+                  QDBusMessage::ReplyMessage);
+    }
+    EXPECT_THAT(heard, testing::ElementsAre("activation", "activation", "activation", "menu-1_TIME5"));
 }
 
 TEST(SingleInstance, ABusThatRefusesTheNameIsNotTakenForNone) {

@@ -16,10 +16,13 @@ const auto busName = QLatin1String("org.freedesktop.DBus");
 const auto busPath = QLatin1String("/org/freedesktop/DBus");
 
 /// The user's leave to take the focus, in the platform data of a call and in the environment of a new
-/// process. Its counterpart of X11, "desktop-startup-id", is left out: Qt takes it from the environment only
-/// when it connects to the server.
+/// process.
 const auto tokenKey = QLatin1String("activation-token");
 constexpr const char* tokenVariable = "XDG_ACTIVATION_TOKEN";
+
+/// The counterpart of X11 in the platform data. It can't be given to Qt, which takes it from the environment
+/// when it connects to the server, and only then.
+const auto startKey = QLatin1String("desktop-startup-id");
 
 } // namespace
 
@@ -38,6 +41,9 @@ public Q_SLOTS:
             qputenv(tokenVariable, token);
         if (_instance.onActivate)
             _instance.onActivate();
+        const std::string start = platformData.value(startKey).toString().toStdString();
+        if (!start.empty() && _instance.onNamedStart)
+            _instance.onNamedStart(start);
     }
     // The program opens no documents and has no actions of its own: to the user both are a start.
     void Open(const QStringList&, const QVariantMap& platformData) { Activate(platformData); }

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <functional>
+#include <string>
 
 namespace selvane {
 
@@ -33,6 +34,10 @@ public:
 
     /// The user started the program again, or asked the desktop to open it. Called from the main loop.
     std::function<void()> onActivate;
+
+    /// An X11 desktop gave the start this name, and waits to hear that it is over. Called after `onActivate`,
+    /// and not at all for a start without a name.
+    std::function<void(const std::string& id)> onNamedStart;
 
 private:
     QDBusConnection _bus;
