@@ -1,0 +1,129 @@
+#pragma once
+
+#include "Support/EndWithTest.h"
+#include "Support/PrivateBus.h"
+#include "Support/TemporaryFolder.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QProcess>
+#include <QtCore/QStringList>
+
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+namespace selvane::test {
+
+enum class SoundSystem { pulseAudio, pipeWire };
+
+/// A sound server of the test's own with one device, which nobody hears and which can be recorded. What the
+/// test itself plays goes there, or nowhere as long as the server doesn't run. Ends with the object.
+///
+///     SoundServer server(SoundSystem::pulseAudio);
+///     ASSERT_TRUE(server.start());
+///     Recording recording;
+class SoundServer {
+public:
+    explicit SoundServer(SoundSystem system) : _system(system) {
+        qunsetenv("PULSE_SERVER");
+        qputenv("XDG_RUNTIME_DIR", _folder.path().c_str());
+        qputenv("HOME", _folder.path().c_str());
+        std::filesystem::permissions(_folder.path(), std::filesystem::perms::owner_all);
+    }
+    SoundServer(const SoundServer&) = delete;
+    SoundServer& operator=(const SoundServer&) = delete;
+    ~SoundServer() {
+        kill();
+        qunsetenv("XDG_RUNTIME_DIR");
+        qputenv("HOME", _home);
+    }
+
+    /// Where programs look for the server.
+    [[nodiscard]] std::filesystem::path socket() const { return _folder.path() / "pulse/native"; }
+
+    /// Starts it and waits until it answers. False if it doesn't.
+    [[nodiscard]] bool start() {
+        switch (_system) {
+        case SoundSystem::pulseAudio:
+            // A device that takes back what it played already would hand its recorders something else.
+            run("pulseaudio",
+                {"-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1", "-L",
+                 "module-null-sink sink_name=hall rate=48000 format=float32le channels=2 norewinds=1", "-L",
+                 "module-native-protocol-unix auth-anonymous=1"});
+            return waitFor(socket()) && answers();
+        case SoundSystem::pipeWire:
+            qputenv("DBUS_SESSION_BUS_ADDRESS", _bus.address().toUtf8());
+            run("pipewire", {});
+            if (!waitFor(_folder.path() / "pipewire-0"))
+                return false;
+            run("wireplumber", {});
+            run("pipewire-pulse", {});
+            const bool runs = waitFor(socket()) &&
+                              control({"load-module", "module-null-sink", "sink_name=hall", "rate=48000",
+                                       "format=float32le", "channels=2"}) &&
+                              answers();
+            qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+            return runs;
+        }
+        return false;
+    }
+
+    /// Ends it without a farewell.
+    void kill() {
+        for (auto process = _processes.rbegin(); process != _processes.rend(); ++process) {
+            (*process)->kill();
+            (*process)->waitForFinished();
+        }
+        _processes.clear();
+        std::error_code ignored;
+        std::filesystem::remove(socket(), ignored);
+    }
+
+private:
+    void run(const char* program, const std::vector<const char*>& words) {
+        QStringList arguments;
+        for (const char* const word : words)
+            arguments.append(QString::fromLatin1(word));
+        auto process = std::make_unique<QProcess>();
+        endWithTest(*process);
+        process->setStandardErrorFile(QProcess::nullDevice());
+        process->setStandardOutputFile(QProcess::nullDevice());
+        process->start(QString::fromLatin1(program), arguments);
+        process->waitForStarted();
+        _processes.push_back(std::move(process));
+    }
+
+    static bool waitFor(const std::filesystem::path& file) {
+        return waitUntil([&file] { return std::filesystem::exists(file); });
+    }
+
+    static bool control(const std::vector<const char*>& words) {
+        QStringList arguments;
+        for (const char* const word : words)
+            arguments.append(QString::fromLatin1(word));
+        QProcess pactl;
+        endWithTest(pactl);
+        pactl.start(QStringLiteral("pactl"), arguments);
+        return pactl.waitForFinished(20'000) && pactl.exitStatus() == QProcess::NormalExit &&
+               pactl.exitCode() == 0;
+    }
+
+    /// Whether the device is there and connected with whoever asks for it.
+    static bool answers() {
+        QProcess parec;
+        endWithTest(parec);
+        parec.start(QStringLiteral("parec"), {QStringLiteral("--device=hall.monitor")});
+        const bool records = waitUntil([&parec] { return parec.bytesAvailable() > 0; });
+        parec.kill();
+        parec.waitForFinished();
+        return records;
+    }
+
+    SoundSystem _system;
+    TemporaryFolder _folder;
+    PrivateBus _bus;
+    QByteArray _home = qgetenv("HOME");
+    std::vector<std::unique_ptr<QProcess>> _processes;
+};
+
+} // namespace selvane::test
