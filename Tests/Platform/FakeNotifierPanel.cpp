@@ -15,7 +15,8 @@ const auto menuPath = QStringLiteral("/MenuBar");
 
 FakeNotifierPanel::FakeNotifierPanel(const QDBusConnection& connection)
     : _bus(connection), _adaptor(new FakeWatcherAdaptor(this)) {
-    for (const char* name : {"NewTitle", "NewIcon", "NewToolTip", "NewStatus", "NewMenu", "XAyatanaNewLabel"})
+    for (const char* name : {"NewTitle", "NewIcon", "NewAttentionIcon", "NewToolTip", "NewStatus", "NewMenu",
+                             "XAyatanaNewLabel"})
         _bus.connect(QString(), itemPath, itemInterface, QLatin1String(name), this,
                      SLOT(heard(QDBusMessage)));
     for (const char* name : {"LayoutUpdated", "ItemsPropertiesUpdated"})
@@ -53,6 +54,8 @@ void FakeNotifierPanel::setShowsLabels(bool shows) {
 void FakeNotifierPanel::hearAll(const QDBusConnection& from) {
     ask(from, _bus.baseService(), QStringLiteral("/"), QStringLiteral("org.freedesktop.DBus.Peer"),
         QStringLiteral("Ping"));
+    // The answer is known as soon as it is read; what was read before it still waits for a turn of the loop.
+    QCoreApplication::processEvents();
 }
 
 QDBusMessage FakeNotifierPanel::tell(const char* method, const QVariantList& arguments) {

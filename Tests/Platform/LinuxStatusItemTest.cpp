@@ -2,6 +2,7 @@
 
 #include "FakeNotifierPanel.h"
 #include "PlainImage.h"
+#include "Selvane/Platform/Linux/LinuxAttentionSignal.h"
 #include "Selvane/Platform/Linux/LinuxProcessActivity.h"
 #include "Support/FakeAppearance.h"
 #include "Support/ManualScheduler.h"
@@ -136,6 +137,46 @@ TEST_F(LinuxStatusItemTest, EqualValuesSendNothing) {
     showAll("24:58");
     ASSERT_TRUE(waitUntil([&] { return _panel.count("XAyatanaNewLabel") == 2; }));
     EXPECT_EQ(_panel.signalNames, before + QStringList{QStringLiteral("XAyatanaNewLabel")});
+}
+
+TEST_F(LinuxStatusItemTest, ASignalAsksForAttentionForAMoment) {
+    _panel.appear();
+    make();
+    ASSERT_TRUE(isRegistered(_panel));
+    LinuxAttentionSignal signal(*_item, _scheduler);
+    EXPECT_EQ(_panel.property("Status"), QStringLiteral("Active"));
+    signal.perform();
+    EXPECT_EQ(_panel.property("Status"), QStringLiteral("NeedsAttention"));
+    _scheduler.advance(Seconds{3});
+    signal.perform();
+    _scheduler.advance(Seconds{3});
+    EXPECT_EQ(_panel.property("Status"), QStringLiteral("NeedsAttention")) << "the second one counts";
+    _scheduler.advance(Seconds{1});
+    EXPECT_EQ(_panel.property("Status"), QStringLiteral("Active"));
+    ASSERT_TRUE(waitUntil([&] { return _panel.count("NewStatus") == 2; }));
+}
+
+TEST_F(LinuxStatusItemTest, AClickIsTheAttentionThatWasAskedFor) {
+    _panel.appear();
+    make();
+    ASSERT_TRUE(isRegistered(_panel));
+    LinuxAttentionSignal signal(*_item, _scheduler);
+    signal.perform();
+    _panel.tell("Activate", {10, 20});
+    EXPECT_EQ(_panel.property("Status"), QStringLiteral("Active"));
+    EXPECT_EQ(_activations.size(), 1);
+    _scheduler.advance(Seconds{10});
+    EXPECT_EQ(_panel.count("NewStatus"), 2);
+}
+
+TEST_F(LinuxStatusItemTest, ASignalInATrayIsHarmless) {
+    make(x11());
+    _desktop->startTray();
+    ASSERT_TRUE(isInTray());
+    LinuxAttentionSignal signal(*_item, _scheduler);
+    signal.perform();
+    _scheduler.advance(Seconds{10});
+    EXPECT_TRUE(isInTray());
 }
 
 TEST_F(LinuxStatusItemTest, WithoutAnImageTheLastOneStays) {

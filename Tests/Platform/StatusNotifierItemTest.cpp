@@ -87,6 +87,42 @@ TEST_F(StatusNotifierItemTest, PicturesAreInNetworkByteOrder) {
               QByteArray("\x80\xff\xee\xdd"));
 }
 
+TEST_F(StatusNotifierItemTest, AsksForAttentionWithTheSamePicture) {
+    const auto image = std::make_shared<PlainImage>(0x40102030, 0x80ffeedd);
+    _item->setImage(image, Ink::dark);
+    _item->setNeedsAttention(true);
+    ASSERT_TRUE(waitUntil([&] { return _panel.count("NewStatus") == 1; }));
+    EXPECT_EQ(_panel.lastArguments, QVariantList{QStringLiteral("NeedsAttention")});
+    EXPECT_EQ(_panel.property("Status"), QStringLiteral("NeedsAttention"));
+    EXPECT_EQ(_panel.count("NewAttentionIcon"), 1);
+    const auto pixmaps = qdbus_cast<NotifierPixmapList>(_panel.property("AttentionIconPixmap"));
+    const auto usual = qdbus_cast<NotifierPixmapList>(_panel.property("IconPixmap"));
+    ASSERT_EQ(pixmaps.size(), usual.size());
+    EXPECT_EQ(pixmaps.front().bytes, usual.front().bytes);
+
+    _item->setImage(image, Ink::light);
+    ASSERT_TRUE(waitUntil([&] { return _panel.count("NewAttentionIcon") == 2; }));
+
+    _item->setNeedsAttention(false);
+    ASSERT_TRUE(waitUntil([&] { return _panel.count("NewStatus") == 2; }));
+    EXPECT_EQ(_panel.lastArguments, QVariantList{QStringLiteral("Active")});
+    EXPECT_EQ(_panel.property("Status"), QStringLiteral("Active"));
+    image->drawings = 0;
+    EXPECT_TRUE(qdbus_cast<NotifierPixmapList>(_panel.property("AttentionIconPixmap")).empty());
+    EXPECT_EQ(image->drawings, 0) << "panels read it with each picture";
+}
+
+TEST_F(StatusNotifierItemTest, AttentionThatIsAskedForTwiceIsToldOnce) {
+    _item->setNeedsAttention(true);
+    _item->setNeedsAttention(true);
+    flush();
+    EXPECT_EQ(_panel.count("NewStatus"), 1);
+    _item->setShown(false);
+    _item->setNeedsAttention(false);
+    flush();
+    EXPECT_EQ(_panel.count("NewStatus"), 1) << "nobody is there to hear it";
+}
+
 TEST_F(StatusNotifierItemTest, AnEqualValueIsNotToldAgain) {
     const auto image = std::make_shared<PlainImage>(0xff000000, 0xffffffff);
     const std::vector<StatusMenuEntry> menu{{1, "Open", true}};

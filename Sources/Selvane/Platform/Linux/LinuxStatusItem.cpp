@@ -96,6 +96,10 @@ void LinuxStatusItem::setMenu(const std::vector<StatusMenuEntry>& entries) {
 
 void LinuxStatusItem::setHighlighted(bool) {}
 
+void LinuxStatusItem::setNeedsAttention(bool needsAttention) {
+    _notifierItem->setNeedsAttention(needsAttention);
+}
+
 StatusItemAnchor LinuxStatusItem::anchor() const {
     switch (_place) {
     case Place::nowhere:
@@ -201,6 +205,7 @@ void LinuxStatusItem::activated(ScreenPoint point) {
     // Panels under Wayland count from a corner of their own.
     const bool isKnown = _desktop.isX11 && _desktop.isOnScreen && _desktop.isOnScreen(point);
     _lastPointer = isKnown ? std::optional(point) : std::nullopt;
+    setNeedsAttention(false);
     if (onActivate)
         onActivate({std::nullopt, _lastPointer});
 }

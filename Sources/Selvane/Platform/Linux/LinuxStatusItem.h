@@ -56,6 +56,10 @@ public:
     /// Does nothing: no panel can show an item pressed.
     void setHighlighted(bool highlighted) override;
 
+    /// Whether panels are to point the user to the item, until the item is clicked. Trays of X11 screens have
+    /// no means for it.
+    void setNeedsAttention(bool needsAttention);
+
     /// In a tray the place of the window; otherwise where the item was last clicked, if that is known.
     [[nodiscard]] StatusItemAnchor anchor() const override;
 

@@ -92,8 +92,7 @@ void StatusNotifierItem::setImage(std::shared_ptr<const TemplateImage> image, In
         return;
     _picture.setImage(std::move(image));
     _ink = ink;
-    if (_isShown)
-        Q_EMIT _adaptor->NewIcon();
+    tellPictureHosts();
 }
 
 void StatusNotifierItem::setLabel(const std::string& label, ItemPicture::Company company) {
@@ -117,8 +116,11 @@ bool StatusNotifierItem::showsTitle() const {
 }
 
 void StatusNotifierItem::tellPictureHosts() {
-    if (_isShown)
-        Q_EMIT _adaptor->NewIcon();
+    if (!_isShown)
+        return;
+    Q_EMIT _adaptor->NewIcon();
+    if (_needsAttention)
+        Q_EMIT _adaptor->NewAttentionIcon();
 }
 
 void StatusNotifierItem::tellLabel() {
@@ -149,6 +151,17 @@ void StatusNotifierItem::setMenu(const std::vector<StatusMenuEntry>& entries) {
     _menu->setEntries(entries);
     if (_isShown && hadMenu == entries.empty())
         Q_EMIT _adaptor->NewMenu();
+}
+
+void StatusNotifierItem::setNeedsAttention(bool needsAttention) {
+    if (_needsAttention == needsAttention)
+        return;
+    _needsAttention = needsAttention;
+    if (!_isShown)
+        return;
+    // The picture first: a panel that hears of the state and has no picture for it shows none.
+    Q_EMIT _adaptor->NewAttentionIcon();
+    Q_EMIT _adaptor->NewStatus(_adaptor->status());
 }
 
 void StatusNotifierItem::setShown(bool shown) {

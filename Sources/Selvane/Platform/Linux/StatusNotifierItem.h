@@ -43,6 +43,8 @@ public:
     void setToolTip(const std::string& text);
     void setAccessibleDescription(const std::string& text);
     void setMenu(const std::vector<StatusMenuEntry>& entries);
+    /// Whether panels are to point the user to the item, which shows the same picture then.
+    void setNeedsAttention(bool needsAttention);
 
     /// Puts the object on the bus and registers it, or takes it away.
     void setShown(bool shown);
@@ -81,6 +83,7 @@ private:
     ItemPicture::Company _company = ItemPicture::Company::image;
     std::string _toolTip;
     std::string _accessibleDescription;
+    bool _needsAttention = false;
     // A panel that was told of a change and hasn't asked yet will find the newest text when it does.
     bool _toolTipWasRead = true;
     int _unreadToolTips = 0;

@@ -50,6 +50,10 @@ StatusNotifierItemAdaptor::StatusNotifierItemAdaptor(StatusNotifierItem* item)
     qDBusRegisterMetaType<NotifierToolTip>();
 }
 
+QString StatusNotifierItemAdaptor::status() const {
+    return _item._needsAttention ? QStringLiteral("NeedsAttention") : QStringLiteral("Active");
+}
+
 NotifierPixmapList StatusNotifierItemAdaptor::iconPixmap() const {
     NotifierPixmapList pixmaps;
     const auto append = [&](const Picture& picture) {
@@ -69,6 +73,11 @@ NotifierPixmapList StatusNotifierItemAdaptor::iconPixmap() const {
     for (const int side : {16, 22, 24, 32, 48, 64})
         append(_item._picture.drawImage(side, _item._ink));
     return pixmaps;
+}
+
+NotifierPixmapList StatusNotifierItemAdaptor::attentionIconPixmap() const {
+    // Many panels ask for all properties at once, so pictures that they don't need would be drawn each time.
+    return _item._needsAttention ? iconPixmap() : NotifierPixmapList();
 }
 
 QString StatusNotifierItemAdaptor::iconAccessibleDescription() const {

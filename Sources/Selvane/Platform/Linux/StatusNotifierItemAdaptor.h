@@ -48,7 +48,7 @@ class StatusNotifierItemAdaptor final : public QDBusAbstractAdaptor {
     Q_PROPERTY(QString OverlayIconName READ noName)
     Q_PROPERTY(QList<selvane::NotifierPixmap> OverlayIconPixmap READ noPixmap)
     Q_PROPERTY(QString AttentionIconName READ noName)
-    Q_PROPERTY(QList<selvane::NotifierPixmap> AttentionIconPixmap READ noPixmap)
+    Q_PROPERTY(QList<selvane::NotifierPixmap> AttentionIconPixmap READ attentionIconPixmap)
     Q_PROPERTY(QString AttentionMovieName READ noName)
     Q_PROPERTY(QString AttentionAccessibleDesc READ iconAccessibleDescription)
     Q_PROPERTY(selvane::NotifierToolTip ToolTip READ toolTip)
@@ -62,11 +62,12 @@ public:
     [[nodiscard]] QString category() const { return QStringLiteral("ApplicationStatus"); }
     [[nodiscard]] QString id() const { return QStringLiteral("selvane"); }
     [[nodiscard]] QString title() const { return QStringLiteral("Selvane"); }
-    [[nodiscard]] QString status() const { return QStringLiteral("Active"); }
+    [[nodiscard]] QString status() const;
     [[nodiscard]] int windowID() const { return 0; }
     [[nodiscard]] QString noName() const { return {}; }
     [[nodiscard]] NotifierPixmapList noPixmap() const { return {}; }
     [[nodiscard]] NotifierPixmapList iconPixmap() const;
+    [[nodiscard]] NotifierPixmapList attentionIconPixmap() const;
     [[nodiscard]] QString iconAccessibleDescription() const;
     [[nodiscard]] NotifierToolTip toolTip() const;
     [[nodiscard]] bool itemIsMenu() const { return false; }
@@ -84,6 +85,7 @@ public Q_SLOTS:
 Q_SIGNALS:
     void NewTitle();
     void NewIcon();
+    void NewAttentionIcon();
     void NewToolTip();
     void NewStatus(const QString& status);
     void NewMenu();
