@@ -5,6 +5,8 @@
 #include "Selvane/App/EmptyServices.h"
 #include "Selvane/App/LocalDataLifecycle.h"
 #include "Selvane/App/ReleaseNotes.h"
+#include "Selvane/Platform/AttentionSignal.h"
+#include "Selvane/Platform/SoundPlayer.h"
 #include "SelvaneCore/FileContents.h"
 #include "SelvaneCore/MemoryDefaultsStore.h"
 #include "SelvaneCore/PosixFileSystem.h"
@@ -36,6 +38,16 @@ public:
 class NoActivity final : public ProcessActivity {
 public:
     Subscription begin(std::string_view) override { return {}; }
+};
+
+class NoSound final : public SoundPlayer {
+public:
+    void play(std::string_view) override {}
+};
+
+class NoSignal final : public AttentionSignal {
+public:
+    void perform() override {}
 };
 
 class NoQueue final : public SerialQueue {
@@ -90,8 +102,8 @@ private:
     AwayMonitor _awayMonitor;
     NoActivity _activity;
     NoQueue _queue;
-    EmptySoundPlayer _soundPlayer;
-    EmptyAttentionSignal _attentionSignal;
+    NoSound _soundPlayer;
+    NoSignal _attentionSignal;
     AppModel _model{{
         .scheduler = &_scheduler,
         .awayMonitor = &_awayMonitor,

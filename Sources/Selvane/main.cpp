@@ -1,11 +1,14 @@
 #include "Selvane/App/DateText.h"
 #include "Selvane/App/EmptyServices.h"
+#include "Selvane/App/EndSoundPlayer.h"
 #include "Selvane/App/LocalDataLifecycle.h"
 #include "Selvane/App/ReleaseNotes.h"
 #include "Selvane/Platform/Linux/AutostartEntry.h"
 #include "Selvane/Platform/Linux/DesktopAppearance.h"
 #include "Selvane/Platform/Linux/FileDefaultsStore.h"
 #include "Selvane/Platform/Linux/FreedesktopNotifications.h"
+#include "Selvane/Platform/Linux/LazyAudioOutput.h"
+#include "Selvane/Platform/Linux/LinuxAttentionSignal.h"
 #include "Selvane/Platform/Linux/LinuxProcessActivity.h"
 #include "Selvane/Platform/Linux/LinuxScheduler.h"
 #include "Selvane/Platform/Linux/LinuxSerialQueue.h"
@@ -48,20 +51,13 @@ Date wallClock() {
     return std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
 }
 
-// What isn't built yet stands in the two places below as something that does nothing, one line each.
-
-struct StandIns {
-    EmptySoundPlayer soundPlayer;
-    EmptyAttentionSignal attentionSignal;
-};
-
-/// The file among those that come with the program. Relative to the program, so that an installed tree can be
+/// A place among those that come with the program. Relative to the program, so that an installed tree can be
 /// moved and the build tree works as it is.
-std::filesystem::path resource(const char* name) {
-    return std::filesystem::path(QCoreApplication::applicationDirPath().toStdString()) / ".." /
-           SELVANE_DATA_DIRECTORY / name;
+std::filesystem::path installed(const char* place) {
+    return std::filesystem::path(QCoreApplication::applicationDirPath().toStdString()) / ".." / place;
 }
 
+// What isn't built yet stands below as something that does nothing, one line each.
 AppServices services(SerialQueue& queue, NotificationCenter& notifications, const StoreEnvironment& files,
                      const LocalDataLifecycle::Environment& lifecycle) {
     return {
@@ -150,7 +146,6 @@ int run(QGuiApplication& application, const std::string& startName) {
     LogindAwayMonitor awayMonitor(scheduler, [] { return QDBusConnection::systemBus(); });
     LinuxProcessActivity processActivity;
     FreedesktopNotifications notifications(sessionBus, scheduler);
-    StandIns standIns;
     PosixFileSystem fileSystem;
     LocalZone localZone;
     const auto calendar = [&localZone] { return localZone.current(); };
@@ -161,7 +156,7 @@ int run(QGuiApplication& application, const std::string& startName) {
     if (defaults.wasDamaged())
         defaults.set(LocalDataLifecycle::migratedKey, SettingValue{true});
     ReleaseNotes releaseNotes({.version = SELVANE_VERSION, .build = SELVANE_BUILD_NUMBER}, fileSystem,
-                              resource("Changelog.json"));
+                              installed(SELVANE_DATA_DIRECTORY "/Changelog.json"));
     const LocalDataLifecycle::Environment lifecycle{
         .defaults = &defaults,
         .fileSystem = &fileSystem,
@@ -182,6 +177,7 @@ int run(QGuiApplication& application, const std::string& startName) {
     DesktopAppearance appearance(sessionBus);
     const TitleGlyphs titles;
     LinuxStatusItem statusItem(sessionBus, scheduler, appearance, titles);
+    LinuxAttentionSignal attentionSignal(statusItem, scheduler);
     X11PressMonitor presses;
     X11ActivationMonitor activations;
     QtProgramWindows programWindows;
@@ -192,13 +188,15 @@ int run(QGuiApplication& application, const std::string& startName) {
         .program =
             [] { return std::filesystem::path(QCoreApplication::applicationFilePath().toStdString()); },
     });
+    LazyAudioOutput audioOutput(installed(SELVANE_PLUGIN_DIRECTORY "/libselvane-audio.so"));
+    EndSoundPlayer soundPlayer(audioOutput);
 
     AppDelegate delegate({
         .scheduler = &scheduler,
         .awayMonitor = &awayMonitor,
         .processActivity = &processActivity,
-        .soundPlayer = &standIns.soundPlayer,
-        .attentionSignal = &standIns.attentionSignal,
+        .soundPlayer = &soundPlayer,
+        .attentionSignal = &attentionSignal,
         .loginItem = &loginItem,
         .defaults = &defaults,
         .fileSystem = &fileSystem,

@@ -53,14 +53,4 @@ public:
     [[nodiscard]] std::optional<CalendarEvent> nextEvent() const override { return std::nullopt; }
 };
 
-class EmptySoundPlayer final : public SoundPlayer {
-public:
-    void play(std::string_view) override {}
-};
-
-class EmptyAttentionSignal final : public AttentionSignal {
-public:
-    void perform() override {}
-};
-
 } // namespace selvane
