@@ -4,7 +4,7 @@
     notifications.py SPEAKER SERVER
 
 The speaker says each kind on command, since a drift needs a distraction. What the whole program says at the end of a
-phase is in phase_end.py.
+phase is in phase_notification.py.
 """
 
 import os
