@@ -138,9 +138,10 @@ class Selvane:
         area = self.desktop.tray_area
         wait("the dial in the tray",
              lambda: self._check_alive() and changed_area(self._bare_tray, self.desktop.picture(area)))
-        self.dial = changed_area(self._bare_tray, self.desktop.settled_picture(area))
-        if not self.dial:
+        dial = changed_area(self._bare_tray, self.desktop.settled_picture(area))
+        if not dial:
             raise Failure("the dial came and went")
+        self.dial = Area(area.x + dial.x, area.y + dial.y, dial.width, dial.height)
         return self.dial
 
     def wait_for_no_dial(self):

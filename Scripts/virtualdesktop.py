@@ -57,7 +57,8 @@ XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
     <value type="int" value="1"/>
     <property name="dark-mode" type="bool" value="{dark}"/>
     <property name="panel-1" type="empty">
-      <property name="position" type="string" value="p=6;x=0;y=0"/>
+      <property name="position" type="string" value="p={corner};x=0;y=0"/>
+      <property name="mode" type="uint" value="{mode}"/>
       <property name="position-locked" type="bool" value="true"/>
       <property name="length" type="uint" value="100"/>
       <property name="size" type="uint" value="{height}"/>
@@ -86,6 +87,9 @@ XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
   </property>
 </channel>
 """
+
+# The corner that the panel of Xfce holds on to, and whether it stands upright.
+XFCE_EDGES = {"top": (6, 0), "bottom": (8, 0), "left": (6, 1), "right": (2, 1)}
 
 BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
@@ -167,8 +171,9 @@ class Desktop:
     the logs and a last picture is kept and named; otherwise it goes, unless a folder was asked for."""
 
     def __init__(self, tray=None, *, dark=None, scale=1, size=(1280, 800), folder=None, background="#5b6773",
-                 accessible=False, compositor=False, notifications="dunst"):
+                 accessible=False, compositor=False, notifications="dunst", edge="top"):
         """`tray` is "notifier" (a host of status notifier items), "xembed" (a tray that embeds windows) or None.
+        It lies along that `edge` of the screen.
         `dark` None means a desktop that doesn't say whether it is dark; otherwise a settings portal says so.
         `background` is a colour, or a picture that is repeated. With
         `compositor` windows can be translucent. With `accessible` programs tell the accessibility bus what they
@@ -177,6 +182,7 @@ class Desktop:
         self.tray = tray
         self.accessible = accessible
         self.compositor = compositor
+        self.edge = edge
         self.dark = dark
         self.scale = scale
         self.size = size
@@ -422,12 +428,14 @@ class Desktop:
         self.accessibility = Tree(address)
 
     def start_tray(self):
-        """Starts the tray, which lies along the upper edge of the screen; also again after `stop_tray`."""
+        """Starts the tray along its edge of the screen; also again after `stop_tray`."""
         if self.tray == "notifier":
             settings = self.home / ".config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"
             settings.parent.mkdir(parents=True, exist_ok=True)
             if not settings.exists():
-                settings.write_text(XFCE_PANEL.format(height=TRAY_HEIGHT * self.scale, grey=0.16 if self.dark else 0.93,
+                corner, mode = XFCE_EDGES[self.edge]
+                settings.write_text(XFCE_PANEL.format(height=TRAY_HEIGHT * self.scale, corner=corner, mode=mode,
+                                                      grey=0.16 if self.dark else 0.93,
                                                       dark="true" if self.dark else "false"))
             self.start("tray", ["xfce4-panel", "--disable-wm-check"])
             wait("the panel's status notifier host", lambda: self.owner("org.kde.StatusNotifierWatcher"))
@@ -464,7 +472,10 @@ class Desktop:
     @property
     def tray_area(self):
         """Where the tray lies."""
-        return Area(0, 0, self.size[0] * self.scale, TRAY_HEIGHT * self.scale)
+        width, height = (side * self.scale for side in self.size)
+        depth = TRAY_HEIGHT * self.scale
+        return {"top": Area(0, 0, width, depth), "bottom": Area(0, height - depth, width, depth),
+                "left": Area(0, 0, depth, height), "right": Area(width - depth, 0, depth, height)}[self.edge]
 
     # Looking
 
