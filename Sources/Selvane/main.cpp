@@ -18,6 +18,7 @@
 #include "Selvane/Platform/Linux/LogindAwayMonitor.h"
 #include "Selvane/Platform/Linux/SingleInstance.h"
 #include "Selvane/Platform/Linux/StartupNotice.h"
+#include "Selvane/Platform/Linux/SwayPlacer.h"
 #include "Selvane/Platform/Linux/TerminationSignals.h"
 #include "Selvane/Platform/Linux/X11ActivationMonitor.h"
 #include "Selvane/Platform/Linux/X11PressMonitor.h"
@@ -119,6 +120,14 @@ void endNamedStart(const std::string& id) {
         StartupNotice::complete(id);
 }
 
+/// Null where windows choose their own place, and where nobody would move them.
+std::unique_ptr<WindowPlacer> windowPlacer() {
+    const QByteArray socket = qgetenv("SWAYSOCK");
+    if (socket.isEmpty() || !QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+        return nullptr;
+    return std::make_unique<SwayPlacer>(socket.toStdString(), QCoreApplication::applicationPid());
+}
+
 int run(QGuiApplication& application, const std::string& startName) {
     const QDBusConnection sessionBus = QDBusConnection::sessionBus();
     SingleInstance instance(sessionBus);
@@ -190,6 +199,7 @@ int run(QGuiApplication& application, const std::string& startName) {
     });
     LazyAudioOutput audioOutput(installed(SELVANE_PLUGIN_DIRECTORY "/libselvane-audio.so"));
     EndSoundPlayer soundPlayer(audioOutput);
+    const std::unique_ptr<WindowPlacer> placer = windowPlacer();
 
     AppDelegate delegate({
         .scheduler = &scheduler,
@@ -214,6 +224,7 @@ int run(QGuiApplication& application, const std::string& startName) {
         .programWindows = &programWindows,
         .makePanel = PanelLoader::load,
         .giveBackMemory = LoadedPages::giveBack,
+        .placer = placer.get(),
     });
     instance.onActivate = [&delegate] { delegate.applicationShouldHandleReopen(); };
     instance.onNamedStart = endNamedStart;

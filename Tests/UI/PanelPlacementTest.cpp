@@ -51,6 +51,32 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"HalvesAwayFromZero", {ScreenRect{601, 0, 23, 24}, std::nullopt}, belowTopBar, {439, 30}}),
     [](const auto& row) { return row.param.name; });
 
+struct Bar {
+    const char* name;
+    ScreenRect available;
+    ScreenPoint origin;
+};
+
+class PanelPlacementByBars : public testing::TestWithParam<Bar> {};
+
+TEST_P(PanelPlacementByBars, PanelWithoutAnItemStandsAtTheEndOfTheBar) {
+    constexpr ScreenRect whole{100, 0, 1280, 800};
+    const ScreenRect& available = GetParam().available;
+    EXPECT_EQ(PanelPlacement::origin(PanelPlacement::endOfBar(whole, available), 348, 220, available),
+              GetParam().origin);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, PanelPlacementByBars,
+                         testing::Values(Bar{"NoBar", {100, 0, 1280, 800}, {1024, 6}},
+                                         Bar{"Top", {100, 28, 1280, 772}, {1024, 34}},
+                                         Bar{"Bottom", {100, 0, 1280, 772}, {1024, 546}},
+                                         Bar{"Left", {128, 0, 1252, 800}, {136, 574}},
+                                         Bar{"Right", {100, 0, 1252, 800}, {996, 574}},
+                                         Bar{"TopAndBottom", {100, 28, 1280, 744}, {1024, 34}},
+                                         Bar{"BottomAndLeft", {128, 0, 1252, 772}, {1024, 546}},
+                                         Bar{"BothSides", {128, 0, 1224, 800}, {996, 574}}),
+                         [](const auto& row) { return row.param.name; });
+
 constexpr PanelPlacement::Screen sharpSecond{{1280, 100, 3840, 2160}, 2.0};
 
 TEST(PanelPlacement, PixelsAreScaledFromTheCornerOfTheScreen) {

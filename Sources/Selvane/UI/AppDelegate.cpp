@@ -27,7 +27,7 @@ void AppDelegate::applicationDidFinishLaunching(Desktop desktop) {
                                       .programWindows = desktop.programWindows,
                                       .windows = desktop.windows},
         [this, make = std::move(desktop.makePanel),
-         context = PanelContext{&_model, desktop.appearance, &_scheduler, desktop.windows}] {
+         context = PanelContext{&_model, desktop.appearance, &_scheduler, desktop.windows, desktop.placer}] {
             giveBackMemory(firstOpeningLength);
             return make(context);
         });

@@ -37,6 +37,8 @@ public:
         /// Called when the start, and later the first opening of the panel, is over: what memory only they
         /// needed can go.
         std::function<void()> giveBackMemory = [] {};
+        /// Null where windows choose their own place.
+        WindowPlacer* placer = nullptr;
     };
 
     /// The launch sequence.

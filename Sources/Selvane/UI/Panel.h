@@ -14,6 +14,7 @@ class AppModel;
 class Appearance;
 class Scheduler;
 class WindowCoordinator;
+class WindowPlacer;
 
 /// The floating window that shows the popover. Main thread.
 class Panel {
@@ -49,6 +50,8 @@ struct PanelContext {
     Scheduler* scheduler;
     /// May be null: what the main window would show is out of reach then.
     WindowCoordinator* windows = nullptr;
+    /// Null where windows choose their own place.
+    WindowPlacer* placer = nullptr;
 };
 
 /// Makes panels. Implemented by the plugin that holds the views, so that the program at rest doesn't carry

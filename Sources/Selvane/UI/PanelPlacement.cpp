@@ -48,6 +48,20 @@ ScreenPoint origin(const StatusItemAnchor& anchor, int width, int height, const 
     return {x, std::max(std::min(item->y - height - itemGap, bottom), top)};
 }
 
+StatusItemAnchor endOfBar(const ScreenRect& whole, const ScreenRect& available) {
+    const bool isAtTop = available.y > whole.y;
+    const bool isAtBottom = available.y + available.height < whole.y + whole.height;
+    const bool isAtLeft = available.x > whole.x;
+    const bool isAtRight = available.x + available.width < whole.x + whole.width;
+    if (isAtTop || (!isAtBottom && !isAtLeft && !isAtRight))
+        return {};
+    // Bars at the sides have their status area at their lower end.
+    const int right = whole.x + whole.width;
+    const int bottom = whole.y + whole.height;
+    const bool isOnlyAtLeft = isAtLeft && !isAtBottom && !isAtRight;
+    return {std::nullopt, ScreenPoint{isOnlyAtLeft ? whole.x : right, bottom}};
+}
+
 bool isOn(const Screen& screen, const StatusItemAnchor& anchor) {
     const auto item = itemArea(anchor);
     if (!item)

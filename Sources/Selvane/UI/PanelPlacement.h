@@ -25,6 +25,10 @@ struct Screen {
     double pixelRatio;
 };
 
+/// A place for a panel that knows of no item: the end of the bar in which the status area most likely is. On
+/// a screen `whole`, of which the bars leave `available`. With a bar at the top or with none it is empty.
+[[nodiscard]] StatusItemAnchor endOfBar(const ScreenRect& whole, const ScreenRect& available);
+
 /// Whether the anchor's item, or else its pointer, lies on the screen. False for an empty anchor.
 [[nodiscard]] bool isOn(const Screen& screen, const StatusItemAnchor& anchor);
 

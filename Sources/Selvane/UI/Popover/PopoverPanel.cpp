@@ -58,7 +58,8 @@ void PopoverPanel::prepare() {
 
 PopoverPanel::PopoverPanel(const PanelContext& context)
     : _headStart(std::make_unique<HeadStart>(_engine, context.model->settings())),
-      _model(*context.model, *context.appearance, *context.scheduler, context.windows) {
+      _model(*context.model, *context.appearance, *context.scheduler, context.windows),
+      _placer(context.placer) {
     QObject::connect(&_model, &PopoverModel::cancelled, &_view, [this] {
         if (onCancel)
             onCancel();
@@ -134,6 +135,7 @@ void PopoverPanel::show(const StatusItemAnchor& anchor) {
     // A window that appears comes on top by itself.
     if (_view.isVisible())
         _view.raise();
+    placeByDesktop();
     _view.show();
     _view.requestActivate();
     layOutLists();
@@ -150,6 +152,7 @@ void PopoverPanel::layOutLists() {
 }
 
 void PopoverPanel::hide() {
+    _placing.end();
     _view.hide();
     _model.didHide();
 }
@@ -191,6 +194,18 @@ void PopoverPanel::place() {
                                                       {free.x(), free.y(), free.width(), free.height()});
     _view.setScreen(screen);
     _view.setPosition(corner.x - margin, corner.y - margin);
+}
+
+void PopoverPanel::placeByDesktop() {
+    if (!_placer)
+        return;
+    _placing = _placer->placeNext(_view.title().toStdString(), [this](const WindowPlacer::Screen& screen) {
+        const int margin = _fit.margin;
+        const ScreenPoint corner = PanelPlacement::origin(
+            PanelPlacement::endOfBar(screen.whole, screen.available), _fit.size.width() - 2 * margin,
+            _fit.size.height() - 2 * margin, screen.available);
+        return ScreenPoint{corner.x - margin, corner.y - margin};
+    });
 }
 
 void PopoverPanel::keepKeyboard() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Selvane/Platform/WindowPlacer.h"
 #include "Selvane/UI/Panel.h"
 #include "Selvane/UI/Popover/PopoverModel.h"
 
@@ -51,6 +52,7 @@ private:
     /// Makes the rows that the first frame shows while the window system is busy with the window; it would
     /// happen after that.
     void layOutLists();
+    void placeByDesktop();
     void keepKeyboard();
     void keyboardMoved(QWindow* window);
 
@@ -64,6 +66,9 @@ private:
     Fit _fit;
     bool _hadKeyboard = false;
     bool _listsAreLaidOut = false;
+    /// Null where windows choose their own place.
+    WindowPlacer* _placer;
+    Subscription _placing;
 };
 
 } // namespace selvane

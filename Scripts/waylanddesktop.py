@@ -1,0 +1,153 @@
+"""A Wayland desktop without a screen: sway with waybar, private as the X11 desktop of `virtualdesktop` is.
+
+sway runs here without any input device. Keys come from a virtual keyboard; there is no pointer, so that a click on
+the dial is replaced by what waybar does when it gets one. Needs the packages of the group `virtual`.
+"""
+
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+import tempfile
+
+import dbus.lowlevel
+from PIL import Image
+
+from virtualdesktop import Area, Desktop, Failure, TRAY_HEIGHT, wait
+
+NOBODY = 65534
+
+SWAY = """output HEADLESS-1 resolution {width}x{height} position 0 0 scale {scale}
+output * bg {background} solid_color
+seat * hide_cursor 1
+"""
+
+BAR_STYLE = """* {{ border: none; font-family: sans-serif; font-size: 13px; }}
+window#waybar {{ background: {ground}; }}
+"""
+
+
+class WaylandDesktop(Desktop):
+    """As `Desktop`, with its `tray` "notifier" or None, on that `edge`."""
+
+    def _make_environment(self):
+        environment = super()._make_environment()
+        environment |= {"XDG_SESSION_TYPE": "wayland", "QT_QPA_PLATFORM": "wayland", "GDK_BACKEND": "wayland"}
+        # The screen itself is scaled here.
+        environment.pop("QT_SCALE_FACTOR", None)
+        return environment
+
+    def _start_display(self):
+        # sway refuses to run as root; what it makes can be used by root all the same.
+        self._sway_folder = pathlib.Path(tempfile.mkdtemp(prefix="selvane-sway."))
+        command = ["sway", "--config", self._sway_folder / "config"]
+        if os.geteuid() == 0:
+            command = ["setpriv", f"--reuid={NOBODY}", f"--regid={NOBODY}", "--clear-groups", *command]
+            os.chown(self._sway_folder, NOBODY, NOBODY)
+        width, height = (side * self.scale for side in self.size)
+        (self._sway_folder / "config").write_text(SWAY.format(width=width, height=height, scale=self.scale,
+                                                              background=self.background))
+        self.start("sway", command, HOME=str(self._sway_folder), XDG_RUNTIME_DIR=str(self._sway_folder),
+                   WLR_BACKENDS="headless", WLR_RENDERER="pixman", WLR_LIBINPUT_NO_DEVICES="1")
+        sockets = wait("sway", lambda: self._sockets() if self._check_sway() else None)
+        self.environment["SWAYSOCK"], self.environment["WAYLAND_DISPLAY"] = (str(path) for path in sockets)
+        wait("the screen", lambda: self._ask("get_outputs"))
+
+    def _check_sway(self):
+        self._check_alive("sway")
+        return True
+
+    def _sockets(self):
+        commands = list(self._sway_folder.glob("sway-ipc.*.sock"))
+        displays = [path for path in self._sway_folder.glob("wayland-*") if path.suffix != ".lock"]
+        return (commands[0], displays[0]) if commands and displays else None
+
+    def _end(self, failed):
+        super()._end(failed)
+        shutil.rmtree(self._sway_folder, ignore_errors=True)
+
+    def _start_window_manager(self):
+        pass
+
+    def _start_notifications(self):
+        pass
+
+    def start_tray(self):
+        if not self.tray:
+            return
+        settings = self.home / "waybar.json"
+        depth = "width" if self.edge in ("left", "right") else "height"
+        settings.write_text(json.dumps({"position": self.edge, depth: TRAY_HEIGHT, "modules-right": ["tray"],
+                                        "tray": {"icon-size": 20}}))
+        style = self.home / "waybar.css"
+        style.write_text(BAR_STYLE.format(ground="#292929" if self.dark else "#ededed"))
+        self.start("tray", ["waybar", "--config", settings, "--style", style])
+        wait("the bar's status notifier host", lambda: self.owner("org.kde.StatusNotifierWatcher"))
+        wait("the bar", lambda: self.free_area != Area(0, 0, *self.size))
+
+    # Looking
+
+    def _ask(self, question, *more):
+        answer = subprocess.run(["swaymsg", "--raw", "--type", question, *more], env=self.environment,
+                                stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False)
+        return json.loads(answer.stdout) if answer.returncode == 0 else None
+
+    @property
+    def free_area(self):
+        """What the bar leaves of the screen."""
+        rect = next(space["rect"] for space in self._ask("get_workspaces") or () if space["focused"])
+        return Area(rect["x"], rect["y"], rect["width"], rect["height"])
+
+    def picture(self, area=None):
+        file = self._runtime / "picture.ppm"
+        subprocess.run(["grim", "-t", "ppm", file], env=self.environment, stdin=subprocess.DEVNULL, check=True,
+                       stderr=subprocess.DEVNULL)
+        with Image.open(file) as picture:
+            return picture.convert("RGB").crop(area.box if area else None)
+
+    def node(self, title):
+        """What sway tells of the visible window with that title, or None."""
+        nodes = [self._ask("get_tree") or {}]
+        while nodes:
+            node = nodes.pop()
+            if node.get("pid") and node.get("name") == title and node.get("visible"):
+                return node
+            nodes += node.get("nodes", []) + node.get("floating_nodes", [])
+        return None
+
+    def window(self, title, narrowest=100):
+        node = self.node(title)
+        if not node or node["rect"]["width"] < narrowest:
+            return None
+        return Area(*(node["rect"][side] for side in ("x", "y", "width", "height")))
+
+    def has_focus(self, title):
+        node = self.node(title)
+        return bool(node and node["focused"])
+
+    # Acting
+
+    def click(self, x, y, button=1, held=0.03):
+        """The click on an item, told as waybar tells it: with the place within the item."""
+        names = [name for name in self.bus.list_names() if name.startswith("org.kde.StatusNotifierItem-")]
+        if not names:
+            raise Failure("there is no item to click")
+        method = {1: "Activate", 2: "SecondaryActivate", 3: "ContextMenu"}[button]
+        message = dbus.lowlevel.MethodCallMessage(names[0], "/StatusNotifierItem", "org.kde.StatusNotifierItem",
+                                                  method)
+        message.append(5, 5, signature="ii")
+        message.set_no_reply(True)
+        self.bus.send_message(message)
+        self.bus.flush()
+
+    def key(self, combination):
+        *modifiers, last = combination.split("+")
+        # The keyboard comes with each call, and programs need a moment to take notice of it.
+        command = ["wtype", "-s", "200"]
+        for modifier in modifiers:
+            command += ["-M", modifier]
+        command += ["-k", last]
+        for modifier in modifiers:
+            command += ["-m", modifier]
+        subprocess.run(command, env=self.environment, stdin=subprocess.DEVNULL, check=True)

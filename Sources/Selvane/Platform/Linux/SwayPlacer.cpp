@@ -1,0 +1,216 @@
+#include "Selvane/Platform/Linux/SwayPlacer.h"
+
+#include "SelvaneCore/FileContents.h"
+#include "SelvaneCore/JSONReader.h"
+
+#include <QtCore/QSocketNotifier>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+namespace selvane {
+
+namespace {
+
+// The protocol, which is that of i3: a magic word, the length and the kind as numbers of the machine's own
+// byte order, and a payload of JSON.
+
+constexpr std::string_view magic = "i3-ipc";
+constexpr std::size_t headSize = magic.size() + 2 * sizeof(std::uint32_t);
+/// Longer messages end the connection; those that are waited for have a few kilobytes.
+constexpr std::uint32_t longestPayload = 16U << 20U;
+
+enum Kind : std::uint32_t { runCommand = 0, getWorkspaces = 1, subscribe = 2, getOutputs = 3 };
+constexpr std::uint32_t windowEvent = 0x80000003;
+
+/// -1 if nobody listens there.
+int connectTo(const std::string& path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.empty() || path.size() >= sizeof(address.sun_path))
+        return -1;
+    std::memcpy(address.sun_path, path.data(), path.size());
+    const int file = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    if (file < 0)
+        return -1;
+    if (connect(file, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0)
+        return file;
+    close(file);
+    return -1;
+}
+
+std::optional<ScreenRect> rectangle(const JSONValue& value) {
+    const auto sides = value.members(std::array<std::string_view, 4>{"x", "y", "width", "height"});
+    if (!sides)
+        return std::nullopt;
+    std::array<int, 4> numbers{};
+    for (std::size_t index = 0; index < numbers.size(); ++index) {
+        const auto number = (*sides)[index].integer();
+        if (!number || *number < -1'000'000 || *number > 1'000'000)
+            return std::nullopt;
+        numbers[index] = static_cast<int>(*number);
+    }
+    return ScreenRect{numbers[0], numbers[1], numbers[2], numbers[3]};
+}
+
+/// The rectangle of that element of a list which is focused.
+std::optional<ScreenRect> focusedRectangle(const JSONValue& list) {
+    auto elements = list.elements();
+    while (elements) {
+        const auto element = elements->next();
+        if (!element)
+            break;
+        const auto parts = element->members(std::array<std::string_view, 2>{"rect", "focused"});
+        if (parts && (*parts)[1].boolean().value_or(false))
+            return rectangle((*parts)[0]);
+    }
+    return std::nullopt;
+}
+
+/// One window that is waited for and moved.
+class Placing {
+public:
+    Placing(int file, std::int64_t process, std::string title, WindowPlacer::Choose choose)
+        : _file(file),
+          _process(process),
+          _title(std::move(title)),
+          _choose(std::move(choose)),
+          _notifier(new QSocketNotifier(file, QSocketNotifier::Read)) {
+        QObject::connect(_notifier, &QSocketNotifier::activated, _notifier, [this] { readMessages(); });
+        send(subscribe, R"(["window"])");
+        // A workspace is what panels leave of its output.
+        send(getWorkspaces, {});
+        send(getOutputs, {});
+    }
+    Placing(const Placing&) = delete;
+    Placing& operator=(const Placing&) = delete;
+    ~Placing() {
+        end();
+        // Later, since this may be the notifier's own call.
+        _notifier->disconnect();
+        _notifier->deleteLater();
+    }
+
+private:
+    void end() {
+        if (_file < 0)
+            return;
+        _notifier->setEnabled(false);
+        close(std::exchange(_file, -1));
+    }
+
+    void send(std::uint32_t kind, std::string_view payload) {
+        std::string message(magic);
+        for (const std::uint32_t number : {static_cast<std::uint32_t>(payload.size()), kind})
+            message.append(reinterpret_cast<const char*>(&number), sizeof(number));
+        message.append(payload);
+        // A few hundred bytes, which the socket takes at once.
+        const auto sent = ::send(_file, message.data(), message.size(), MSG_NOSIGNAL);
+        if (sent != static_cast<ssize_t>(message.size()))
+            end();
+    }
+
+    void readMessages() {
+        std::array<char, 4096> buffer;
+        while (_file >= 0) {
+            const auto count = read(_file, buffer.data(), buffer.size());
+            if (count < 0 && errno == EINTR)
+                continue;
+            if (count < 0 && errno == EAGAIN)
+                break;
+            if (count <= 0)
+                return end();
+            _received.append(buffer.data(), static_cast<std::size_t>(count));
+        }
+        while (_file >= 0 && _received.size() >= headSize) {
+            std::array<std::uint32_t, 2> head{};
+            std::memcpy(head.data(), _received.data() + magic.size(), sizeof(head));
+            const auto [size, kind] = head;
+            if (!_received.starts_with(magic) || size > longestPayload)
+                return end();
+            if (_received.size() < headSize + size)
+                return;
+            const std::string payload = _received.substr(headSize, size);
+            _received.erase(0, headSize + size);
+            handle(kind, payload);
+        }
+    }
+
+    void handle(std::uint32_t kind, const std::string& payload) {
+        const auto contents = FileContents::copy(payload);
+        const auto document = JSONDocument::parse(contents);
+        if (!document)
+            return end();
+        switch (kind) {
+        case getWorkspaces:
+            _available = focusedRectangle(document->root());
+            break;
+        case getOutputs:
+            _whole = focusedRectangle(document->root());
+            break;
+        case windowEvent:
+            windowChanged(document->root());
+            break;
+        case runCommand:
+            return end();
+        default:
+            break;
+        }
+        move();
+    }
+
+    void windowChanged(const JSONValue& event) {
+        const auto parts = event.members(std::array<std::string_view, 2>{"change", "container"});
+        // A new window is told without its title, which follows at once.
+        if (!parts || ((*parts)[0].text() != "new" && (*parts)[0].text() != "title"))
+            return;
+        const auto window = (*parts)[1].members(std::array<std::string_view, 3>{"id", "name", "pid"});
+        if (!_window && window && (*window)[1].text() == _title && (*window)[2].integer() == _process)
+            _window = (*window)[0].integer();
+    }
+
+    void move() {
+        if (_isMoved || !_window || !_available || !_whole)
+            return;
+        const ScreenPoint corner = _choose({*_whole, *_available});
+        send(runCommand, "[con_id=" + std::to_string(*_window) +
+                             "] floating enable, move absolute position " + std::to_string(corner.x) +
+                             " px " + std::to_string(corner.y) + " px");
+        _isMoved = true;
+    }
+
+    int _file;
+    std::int64_t _process;
+    std::string _title;
+    WindowPlacer::Choose _choose;
+    QSocketNotifier* _notifier;
+    std::string _received;
+    std::optional<ScreenRect> _whole;
+    std::optional<ScreenRect> _available;
+    std::optional<std::int64_t> _window;
+    bool _isMoved = false;
+};
+
+} // namespace
+
+SwayPlacer::SwayPlacer(std::string socket, std::int64_t process)
+    : _socket(std::move(socket)), _process(process) {}
+
+Subscription SwayPlacer::placeNext(const std::string& title, Choose choose) {
+    const int file = connectTo(_socket);
+    if (file < 0)
+        return {};
+    auto placing = std::make_shared<Placing>(file, _process, title, std::move(choose));
+    return Subscription([placing = std::move(placing)]() mutable { placing.reset(); });
+}
+
+} // namespace selvane

@@ -1,0 +1,93 @@
+#!/usr/bin/python3
+"""Under sway the panel floats beside the bar's end, and waybar shows the time beside the dial."""
+
+import sys
+
+import harness
+from harness import check, check_equal
+from selvanedriver import CARD_WIDTH, Selvane
+from virtualdesktop import Area, Failure, changed_area, wait
+from waylanddesktop import WaylandDesktop
+
+EDGE_MARGIN = 8
+ITEM_GAP = 6
+
+
+def expected_card(desktop, card):
+    """Where a card of that size belongs."""
+    free = desktop.free_area
+    right = free.x + free.width - CARD_WIDTH - EDGE_MARGIN
+    below = free.y + free.height - card.height - ITEM_GAP
+    x = free.x + EDGE_MARGIN if desktop.edge == "left" else right
+    # The item at the lower end of an upright bar is a point in the corner of the screen.
+    y = free.y + ITEM_GAP if desktop.edge == "top" else below
+    return Area(x, y, card.width, card.height)
+
+
+def check_place(desktop, selvane):
+    selvane.open_panel()
+    node = desktop.node("Selvane")
+    check_equal(node["type"], "floating_con", f"{desktop.edge}: the window's kind")
+    card = wait("the panel at its place",
+                lambda: selvane.card if selvane.card == expected_card(desktop, selvane.card) else None)
+    check(True, f"{desktop.edge}: the panel stands at the bar's end: {card}")
+
+
+def test_edge(edge, program):
+    with WaylandDesktop(tray="notifier", edge=edge, dark=False) as desktop:
+        selvane = Selvane(desktop, program)
+        selvane.start()
+        check_place(desktop, selvane)
+        desktop.key("Escape")
+        selvane.wait_for_no_panel()
+        check(True, "Escape closes the panel")
+        check_place(desktop, selvane)
+        check_equal(selvane.quit(), 0, "exit status after quitting by the keyboard")
+
+
+def test_bar(program):
+    with WaylandDesktop(tray="notifier", dark=False) as desktop:
+        selvane = Selvane(desktop, program)
+        selvane.start()
+        idle = selvane.dial
+        check(idle.width <= idle.height + 2, f"the idle dial is alone: {idle}")
+        desktop.click(*idle.middle, button=2)
+
+        def shown():
+            return changed_area(selvane._bare_tray, desktop.picture(desktop.tray_area))
+
+        wait("the time beside the dial", lambda: shown().width > 2.5 * idle.height)
+        before = desktop.picture(desktop.tray_area)
+        wait("the time to move", lambda: changed_area(before, desktop.picture(desktop.tray_area)))
+        check(True, "the bar shows the time beside the dial, and it moves")
+        desktop.stop_tray()
+        desktop.start_tray()
+        wait("the time in the bar that came back", lambda: shown() and shown().width > 2.5 * idle.height)
+        check(True, "a bar that comes back shows it too")
+        selvane.open_panel()
+        check_equal(selvane.quit(), 0, "exit status")
+
+
+def test_without_bar(program):
+    with WaylandDesktop(dark=False) as desktop:
+        selvane = Selvane(desktop, program)
+        selvane.start()
+        desktop.edge = "top"
+        check_place(desktop, selvane)
+        check_equal(selvane.quit(), 0, "exit status without a bar")
+
+
+def main(program):
+    try:
+        test_bar(program)
+        for edge in ("top", "bottom", "left", "right"):
+            test_edge(edge, program)
+        test_without_bar(program)
+    except Failure as failure:
+        print(f"FAILED: {failure}", file=sys.stderr)
+        return 1
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1]))
