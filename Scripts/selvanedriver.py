@@ -148,6 +148,11 @@ class Selvane:
         wait("the dial to leave the tray",
              lambda: not changed_area(self._bare_tray, self.desktop.picture(self.desktop.tray_area)))
 
+    def shown_in_tray(self):
+        """What the tray shows now more than before the program ran."""
+        area = self.desktop.tray_area
+        return changed_area(self._bare_tray, self.desktop.picture(area)) or Area(0, 0, 0, 0)
+
     def dial_picture(self):
         return self.desktop.picture(self.dial)
 

@@ -507,6 +507,10 @@ class Desktop:
                 last, since = now, time.monotonic()
         return last
 
+    def connect(self):
+        """Another connection to the display, as another program has it."""
+        return Xlib.display.Display(self.environment["DISPLAY"])
+
     def window(self, title, narrowest=100):
         """The area of the visible window with that title, or None. Windows in a tray are narrower than panels."""
         for window in self._windows(self._root):

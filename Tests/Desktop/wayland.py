@@ -53,16 +53,13 @@ def test_bar(program):
         check(idle.width <= idle.height + 2, f"the idle dial is alone: {idle}")
         desktop.click(*idle.middle, button=2)
 
-        def shown():
-            return changed_area(selvane._bare_tray, desktop.picture(desktop.tray_area))
-
-        wait("the time beside the dial", lambda: shown().width > 2.5 * idle.height)
+        wait("the time beside the dial", lambda: selvane.shown_in_tray().width > 2.5 * idle.height)
         before = desktop.picture(desktop.tray_area)
         wait("the time to move", lambda: changed_area(before, desktop.picture(desktop.tray_area)))
         check(True, "the bar shows the time beside the dial, and it moves")
         desktop.stop_tray()
         desktop.start_tray()
-        wait("the time in the bar that came back", lambda: shown() and shown().width > 2.5 * idle.height)
+        wait("the time in the bar that came back", lambda: selvane.shown_in_tray().width > 2.5 * idle.height)
         check(True, "a bar that comes back shows it too")
         selvane.open_panel()
         check_equal(selvane.quit(), 0, "exit status")
