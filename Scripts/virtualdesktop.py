@@ -440,12 +440,15 @@ class Desktop:
             self.start("tray", ["xfce4-panel", "--disable-wm-check"])
             wait("the panel's status notifier host", lambda: self.owner("org.kde.StatusNotifierWatcher"))
         elif self.tray == "xembed":
-            self.start("tray", ["trayer", "--edge", "top", "--align", "right", "--widthtype", "pixel", "--width",
+            bare = self.picture(self.tray_area)
+            self.start("tray", ["trayer", "--edge", self.edge, "--align", "right", "--widthtype", "pixel", "--width",
                                 str(200 * self.scale), "--heighttype", "pixel", "--height",
                                 str(TRAY_HEIGHT * self.scale), "--tint", "0xeeeeee", "--transparent", "true",
                                 "--alpha", "0", "--SetDockType", "true", "--SetPartialStrut", "true"])
             selection = self._display.intern_atom("_NET_SYSTEM_TRAY_S0")
             wait("the tray", lambda: self._display.get_selection_owner(selection) != Xlib.X.NONE)
+            # It says that it is there before it has painted itself.
+            wait("the tray's colour", lambda: changed_area(bare, self.picture(self.tray_area)))
 
     def stop_tray(self):
         """Ends the tray as a crash would: without a farewell."""
