@@ -1,5 +1,6 @@
 #include "Selvane/Platform/Linux/AudioPlugin.h"
 #include "Selvane/Platform/Linux/PulseAudioOutput.h"
+#include "SelvaneCore/Log.h"
 
 #include <QtCore/QObject>
 
@@ -11,6 +12,9 @@ class PulseAudioPlugin final : public QObject, public AudioOutputFactory {
     Q_INTERFACES(selvane::AudioOutputFactory)
 
 public:
+    // A plugin has a log of its own.
+    PulseAudioPlugin() { Log::toJournal(); }
+
     [[nodiscard]] std::unique_ptr<AudioOutput> makeAudioOutput() override {
         return std::make_unique<PulseAudioOutput>();
     }
