@@ -130,9 +130,8 @@ def wait_for_texts(screen, *texts):
 
 
 def check_buttons(screen, *titles):
-    buttons = screen.buttons()
-    if buttons is not None:
-        check_equal(buttons, list(titles), "buttons")
+    if screen.buttons() is not None:
+        wait(f"the buttons {titles}", lambda: screen.buttons() == list(titles))
 
 
 def test(desktop, screen, speaker):
