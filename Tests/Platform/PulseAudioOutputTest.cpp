@@ -80,9 +80,11 @@ public:
         _bytes += _parec.readAllStandardOutput();
         const auto count = static_cast<std::size_t>(_bytes.size()) / sizeof(AudioFrame);
         const std::size_t known = _frames.size();
-        _frames.resize(count);
-        std::memcpy(_frames.data() + known, _bytes.constData() + known * sizeof(AudioFrame),
-                    (count - known) * sizeof(AudioFrame));
+        if (count > known) {
+            _frames.resize(count);
+            std::memcpy(_frames.data() + known, _bytes.constData() + known * sizeof(AudioFrame),
+                        (count - known) * sizeof(AudioFrame));
+        }
         return _frames;
     }
 
