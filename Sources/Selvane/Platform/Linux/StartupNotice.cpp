@@ -1,5 +1,6 @@
 #include "Selvane/Platform/Linux/StartupNotice.h"
 
+#include "Selvane/Platform/Linux/X11Windows.h"
 #include "Selvane/Platform/Linux/XcbReply.h"
 
 #include <xcb/xcb.h>
@@ -11,12 +12,6 @@
 namespace selvane::StartupNotice {
 
 namespace {
-
-xcb_atom_t atom(xcb_connection_t* xcb, std::string_view name) {
-    const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
-        xcb, xcb_intern_atom(xcb, 0, static_cast<std::uint16_t>(name.size()), name.data()), nullptr));
-    return reply ? reply->atom : XCB_NONE;
-}
 
 /// The text of the message, with the zero byte that ends it.
 std::string removal(std::string_view id) {
@@ -36,12 +31,12 @@ void send(xcb_connection_t* xcb, xcb_window_t root, std::string_view text) {
     const xcb_window_t window = xcb_generate_id(xcb);
     xcb_create_window(xcb, XCB_COPY_FROM_PARENT, window, root, -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
                       XCB_COPY_FROM_PARENT, 0, nullptr);
-    const xcb_atom_t more = atom(xcb, "_NET_STARTUP_INFO");
+    const xcb_atom_t more = X11Windows::atom(xcb, "_NET_STARTUP_INFO");
     xcb_client_message_event_t piece{};
     piece.response_type = XCB_CLIENT_MESSAGE;
     piece.format = 8;
     piece.window = window;
-    piece.type = atom(xcb, "_NET_STARTUP_INFO_BEGIN");
+    piece.type = X11Windows::atom(xcb, "_NET_STARTUP_INFO_BEGIN");
     while (!text.empty()) {
         const std::size_t size = std::min(text.size(), sizeof piece.data.data8);
         std::memset(piece.data.data8, 0, sizeof piece.data.data8);
@@ -59,11 +54,10 @@ void complete(std::string_view id, const std::string& display) {
         return;
     int screenNumber = 0;
     xcb_connection_t* const xcb = xcb_connect(display.empty() ? nullptr : display.c_str(), &screenNumber);
-    if (xcb_connection_has_error(xcb) == 0) {
-        auto screens = xcb_setup_roots_iterator(xcb_get_setup(xcb));
-        for (int number = 0; number < screenNumber; ++number)
-            xcb_screen_next(&screens);
-        send(xcb, screens.data->root, removal(id));
+    const xcb_screen_t* const screen =
+        xcb_connection_has_error(xcb) == 0 ? X11Windows::screen(xcb, screenNumber) : nullptr;
+    if (screen) {
+        send(xcb, screen->root, removal(id));
         // An answer means that the server has seen all that came before the question.
         const XcbReply<xcb_get_input_focus_reply_t> seen(
             xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));

@@ -1,15 +1,15 @@
 #include "Selvane/Platform/Linux/X11PressMonitor.h"
 
+#include "Selvane/Platform/Linux/X11Windows.h"
+#include "Selvane/Platform/Linux/XcbReply.h"
 #include "SelvaneCore/Lifetime.h"
 
 #include <QtCore/QSocketNotifier>
-#include <QtGui/QGuiApplication>
 
 #include <xcb/xcb.h>
 #include <xcb/xinput.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <list>
 #include <memory>
 #include <optional>
@@ -22,31 +22,16 @@ namespace {
 struct Disconnect {
     void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
 };
-struct Free {
-    void operator()(void* memory) const { std::free(memory); }
-};
-template <typename Reply>
-using Owned = std::unique_ptr<Reply, Free>;
-
-/// The connection that this program's windows were made on.
-xcb_connection_t* windowConnection() {
-    const auto* const x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return x11 ? x11->connection() : nullptr;
-}
 
 /// The root window of the connection's screen, if the server can tell of raw presses.
 std::optional<xcb_window_t> watchableRoot(xcb_connection_t* connection, int screenNumber) {
     const auto version = xcb_input_xi_query_version(connection, 2, 2);
-    const Owned<xcb_input_xi_query_version_reply_t> reply(
+    const XcbReply<xcb_input_xi_query_version_reply_t> reply(
         xcb_input_xi_query_version_reply(connection, version, nullptr));
     if (!reply || reply->major_version < 2)
         return std::nullopt;
-    auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection));
-    for (; screenNumber > 0 && screen.rem > 0; --screenNumber)
-        xcb_screen_next(&screen);
-    if (screen.rem == 0)
-        return std::nullopt;
-    return screen.data->root;
+    const xcb_screen_t* const screen = X11Windows::screen(connection, screenNumber);
+    return screen ? std::optional(screen->root) : std::nullopt;
 }
 
 } // namespace
@@ -56,7 +41,7 @@ class X11PressMonitor::Connection {
 public:
     /// Null if the server can't be asked or can't tell of raw presses.
     static std::unique_ptr<Connection> open() {
-        if (!windowConnection())
+        if (!X11Windows::connection())
             return nullptr;
         int screenNumber = 0;
         std::unique_ptr<xcb_connection_t, Disconnect> connection(xcb_connect(nullptr, &screenNumber));
@@ -81,7 +66,7 @@ public:
     Subscription add(Listener listener) {
         if (_listeners.empty()) {
             // What happened before is no news.
-            while (Owned<xcb_generic_event_t>(xcb_poll_for_event(_connection.get()))) {
+            while (XcbReply<xcb_generic_event_t>(xcb_poll_for_event(_connection.get()))) {
             }
             select(XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE);
         }
@@ -113,7 +98,7 @@ private:
     void readEvents() {
         bool wasPressedOutside = false;
         bool wasReleased = false;
-        while (const auto event = Owned<xcb_generic_event_t>(xcb_poll_for_event(_connection.get()))) {
+        while (const auto event = XcbReply<xcb_generic_event_t>(xcb_poll_for_event(_connection.get()))) {
             const auto type = buttonEvent(*event);
             wasPressedOutside =
                 wasPressedOutside || (type == XCB_INPUT_RAW_BUTTON_PRESS && !isPointerOverOwnWindow());
@@ -140,16 +125,15 @@ private:
         return isWheel ? 0 : raw.event_type;
     }
 
-    /// Goes down from the root to the innermost window under the pointer. Ours are told by their numbers, of
-    /// which the server gives each connection a range.
+    /// Goes down from the root to the innermost window under the pointer.
     [[nodiscard]] bool isPointerOverOwnWindow() const {
-        const xcb_setup_t* const own = xcb_get_setup(windowConnection());
+        xcb_connection_t* const own = X11Windows::connection();
         xcb_window_t window = _root;
         while (window != XCB_NONE) {
-            if ((window & ~own->resource_id_mask) == own->resource_id_base)
+            if (X11Windows::isMadeOn(own, window))
                 return true;
             const auto cookie = xcb_query_pointer(_connection.get(), window);
-            const Owned<xcb_query_pointer_reply_t> reply(
+            const XcbReply<xcb_query_pointer_reply_t> reply(
                 xcb_query_pointer_reply(_connection.get(), cookie, nullptr));
             window = reply ? reply->child : XCB_NONE;
         }

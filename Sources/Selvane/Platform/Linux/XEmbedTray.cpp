@@ -1,5 +1,6 @@
 #include "Selvane/Platform/Linux/XEmbedTray.h"
 
+#include "Selvane/Platform/Linux/X11Windows.h"
 #include "Selvane/Platform/Linux/XcbReply.h"
 
 #include <QtCore/QSocketNotifier>
@@ -68,10 +69,9 @@ public:
         _xcb = xcb_connect(displayName.empty() ? nullptr : displayName.c_str(), &screenNumber);
         if (xcb_connection_has_error(_xcb) != 0)
             return;
-        auto screens = xcb_setup_roots_iterator(xcb_get_setup(_xcb));
-        for (int number = 0; number < screenNumber; ++number)
-            xcb_screen_next(&screens);
-        _screen = screens.data;
+        _screen = X11Windows::screen(_xcb, screenNumber);
+        if (!_screen)
+            return;
         internAtoms(screenNumber);
         // The root window tells of new trays by the message MANAGER.
         const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;

@@ -1,5 +1,6 @@
 #include "Selvane/Platform/Linux/XSettings.h"
 
+#include "Selvane/Platform/Linux/X11Windows.h"
 #include "Selvane/Platform/Linux/XcbReply.h"
 
 #include <QtCore/QObject>
@@ -30,14 +31,14 @@ public:
         _xcb = xcb_connect(displayName.empty() ? nullptr : displayName.c_str(), &screenNumber);
         if (xcb_connection_has_error(_xcb) != 0)
             return;
-        auto screens = xcb_setup_roots_iterator(xcb_get_setup(_xcb));
-        for (int number = 0; number < screenNumber; ++number)
-            xcb_screen_next(&screens);
-        _manager = atom("MANAGER");
-        _selection = atom("_XSETTINGS_S" + std::to_string(screenNumber));
-        _property = atom("_XSETTINGS_SETTINGS");
+        const xcb_screen_t* const screen = X11Windows::screen(_xcb, screenNumber);
+        if (!screen)
+            return;
+        _manager = X11Windows::atom(_xcb, "MANAGER");
+        _selection = X11Windows::atom(_xcb, "_XSETTINGS_S" + std::to_string(screenNumber));
+        _property = X11Windows::atom(_xcb, "_XSETTINGS_SETTINGS");
         // The root window tells of new managers by the message MANAGER.
-        listen(screens.data->root, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+        listen(screen->root, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
         _notifier = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(_xcb), QSocketNotifier::Read);
         connect(_notifier.get(), &QSocketNotifier::activated, this, [this] { handleEvents(); });
         findManager();
@@ -56,12 +57,6 @@ public:
     [[nodiscard]] const XSettingValues& values() const { return _values; }
 
 private:
-    [[nodiscard]] xcb_atom_t atom(const std::string& name) const {
-        const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
-            _xcb, xcb_intern_atom(_xcb, 0, static_cast<std::uint16_t>(name.size()), name.c_str()), nullptr));
-        return reply == nullptr ? nothing : reply->atom;
-    }
-
     void listen(xcb_window_t window, std::uint32_t mask) const {
         xcb_change_window_attributes(_xcb, window, XCB_CW_EVENT_MASK, &mask);
     }

@@ -1,0 +1,36 @@
+#include "Selvane/Platform/Linux/X11Windows.h"
+
+#include "Selvane/Platform/Linux/XcbReply.h"
+
+#include <QtGui/QGuiApplication>
+
+#include <cstdint>
+
+namespace selvane::X11Windows {
+
+xcb_connection_t* connection() {
+    const auto* const x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    return x11 ? x11->connection() : nullptr;
+}
+
+bool isMadeOn(xcb_connection_t* connection, xcb_window_t window) {
+    const xcb_setup_t* const setup = xcb_get_setup(connection);
+    return (window & ~setup->resource_id_mask) == setup->resource_id_base;
+}
+
+xcb_screen_t* screen(xcb_connection_t* connection, int number) {
+    auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
+    for (; number > 0 && screens.rem > 0; --number)
+        xcb_screen_next(&screens);
+    return screens.rem > 0 ? screens.data : nullptr;
+}
+
+xcb_atom_t atom(xcb_connection_t* connection, std::string_view name) {
+    const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+    const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookie, nullptr));
+    // As a value, which can't be had of the macro without a conversion.
+    constexpr xcb_atom_t none = XCB_ATOM_NONE;
+    return reply ? reply->atom : none;
+}
+
+} // namespace selvane::X11Windows

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <string_view>
+
+/// What several parts ask of an X11 server. Main thread.
+namespace selvane::X11Windows {
+
+/// The connection that this program's windows were made on; null without an X11 session.
+[[nodiscard]] xcb_connection_t* connection();
+
+/// Whether a window was made on `connection`: windows are told by their numbers, of which the server gives
+/// each connection a range.
+[[nodiscard]] bool isMadeOn(xcb_connection_t* connection, xcb_window_t window);
+
+/// Null if the server has no screen of that number.
+[[nodiscard]] xcb_screen_t* screen(xcb_connection_t* connection, int number);
+
+/// Waits for the server. XCB_ATOM_NONE if it doesn't answer.
+[[nodiscard]] xcb_atom_t atom(xcb_connection_t* connection, std::string_view name);
+
+} // namespace selvane::X11Windows
