@@ -294,6 +294,15 @@ TEST_F(StatusItemControllerTest, ActivationsAreWatchedOnceAndOnlyWhileThePanelIs
     EXPECT_EQ(activations.watchers(), 0);
 }
 
+TEST_F(StatusItemControllerTest, PanelOpenedOnceMoreWhileItIsOpenGoesOnWatching) {
+    host.click();
+    controller->open();
+    EXPECT_EQ(activations.watches(), 1) << "a new watch wouldn't know that the panel has been active";
+    panel->pressEscape();
+    host.click();
+    EXPECT_EQ(activations.watches(), 2);
+}
+
 TEST_F(StatusItemControllerTest, ClickThatActivatedTheTrayDoesNotReopenThePanel) {
     host.click();
     activations.activateOtherApplication();

@@ -88,6 +88,8 @@ void StatusItemController::open(const StatusItemAnchor& anchor) {
         _panel->onQuit = _lifetime.guard([this] { perform(StatusMenu::Command::quit); });
     }
     _model.refreshForDisplay();
+    if (!_panel->isVisible())
+        stopWatchingForDismissal();
     setLevel(PanelLevel::floating);
     _panel->show(anchor);
     _item.setHighlighted(true);
@@ -115,10 +117,13 @@ void StatusItemController::toggle(const StatusItemAnchor& anchor) {
 }
 
 void StatusItemController::startWatchingForDismissal() {
-    stopWatchingForDismissal();
+    _mouseMonitor.end();
+    _isPressHeld = false;
     _mouseMonitor = _presses.watch({.onPress = _lifetime.guard([this] { pressedOutside(); }),
                                     .onRelease = _lifetime.guard([this] { released(); })});
-    _activationObserver = _activations.watch(_lifetime.guard([this] { turnedAway(); }));
+    // For a panel that is open already it goes on: it knows which windows were active since the opening.
+    if (!_activationObserver)
+        _activationObserver = _activations.watch(_lifetime.guard([this] { turnedAway(); }));
 }
 
 void StatusItemController::stopWatchingForDismissal() {

@@ -1,5 +1,6 @@
 #include "Selvane/Platform/Linux/X11ActivationMonitor.h"
 
+#include "Selvane/Platform/Linux/X11Windows.h"
 #include "Selvane/Platform/Linux/XcbReply.h"
 
 #include <QtCore/QAbstractNativeEventFilter>
@@ -8,28 +9,19 @@
 #include <xcb/xcb.h>
 
 #include <memory>
-#include <string_view>
+#include <optional>
 #include <utility>
 
 namespace selvane {
 
 namespace {
 
-/// The connection that this program's windows were made on.
-xcb_connection_t* windowConnection() {
-    const auto* const x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return x11 ? x11->connection() : nullptr;
-}
-
 class Watch final : public QAbstractNativeEventFilter {
 public:
     Watch(xcb_connection_t* connection, std::function<void()> onOtherApplication)
-        : _connection(connection), _onOtherApplication(std::move(onOtherApplication)) {
-        constexpr std::string_view name = "_NET_ACTIVE_WINDOW";
-        const XcbReply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
-            _connection, xcb_intern_atom(_connection, 0, name.size(), name.data()), nullptr));
-        if (atom)
-            _activeWindow = atom->atom;
+        : _connection(connection),
+          _activeWindow(X11Windows::atom(connection, "_NET_ACTIVE_WINDOW")),
+          _onOtherApplication(std::move(onOtherApplication)) {
         qGuiApp->installNativeEventFilter(this);
     }
     Watch(const Watch&) = delete;
@@ -44,37 +36,49 @@ public:
         if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
             return false;
         const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-        if (_activeWindow != XCB_ATOM_NONE && change.atom == _activeWindow && isOther(change.window)) {
-            // On a copy, since the listener may end this watch.
-            const auto tell = _onOtherApplication;
-            tell();
-        }
+        if (_activeWindow != XCB_ATOM_NONE && change.atom == _activeWindow)
+            activeWindowChanged(change.window);
         return false;
     }
 
 private:
-    /// Whether the active window is another process's. Ours are told by their numbers, of which the server
-    /// gives each connection a range. No window is nobody's: window managers pass through it.
-    [[nodiscard]] bool isOther(xcb_window_t root) const {
+    void activeWindowChanged(xcb_window_t root) {
+        const auto window = activeWindow(root);
+        // None is nobody's: window managers pass through it.
+        if (!window)
+            return;
+        if (X11Windows::isMadeOn(_connection, *window)) {
+            _wasOwn = true;
+            return;
+        }
+        if (!std::exchange(_wasOwn, false))
+            return;
+        // On a copy, since the listener may end this watch.
+        const auto tell = _onOtherApplication;
+        tell();
+    }
+
+    [[nodiscard]] std::optional<xcb_window_t> activeWindow(xcb_window_t root) const {
         const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
             _connection, xcb_get_property(_connection, 0, root, _activeWindow, XCB_ATOM_WINDOW, 0, 1),
             nullptr));
         if (!reply || reply->format != 32 || reply->value_len == 0)
-            return false;
+            return std::nullopt;
         const auto window = *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
-        const xcb_setup_t* const own = xcb_get_setup(_connection);
-        return window != XCB_WINDOW_NONE && (window & ~own->resource_id_mask) != own->resource_id_base;
+        return window == XCB_WINDOW_NONE ? std::nullopt : std::optional(window);
     }
 
     xcb_connection_t* _connection;
-    xcb_atom_t _activeWindow = XCB_ATOM_NONE;
+    xcb_atom_t _activeWindow;
     std::function<void()> _onOtherApplication;
+    /// A window of this process has become the active one, and no other since.
+    bool _wasOwn = false;
 };
 
 } // namespace
 
 Subscription X11ActivationMonitor::watch(std::function<void()> onOtherApplication) {
-    xcb_connection_t* const connection = windowConnection();
+    xcb_connection_t* const connection = X11Windows::connection();
     if (!connection)
         return {};
     auto watch = std::make_shared<Watch>(connection, std::move(onOtherApplication));
