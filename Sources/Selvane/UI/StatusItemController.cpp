@@ -166,7 +166,8 @@ void StatusItemController::observeWindows() {
 void StatusItemController::willClose(ProgramWindow window) {
     updateLevel(window);
     // Before the desktop gives the keyboard to another program, which would close the panel.
-    if (_panel && _panel->isVisible() && window != ProgramWindow::panel)
+    // Other windows give it back to their parents.
+    if (_panel && _panel->isVisible() && window == ProgramWindow::main)
         _panel->activate();
 }
 
