@@ -40,9 +40,7 @@ protected:
         LinuxStatusItem::Desktop desktop;
         desktop.isX11 = true;
         desktop.displayName = _desktop.emplace().display();
-        desktop.isOnScreen = [](ScreenPoint point) {
-            return point.x >= 0 && point.x < 640 && point.y >= 0 && point.y < 480;
-        };
+        desktop.monitors = [this] { return _monitors; };
         return desktop;
     }
 
@@ -75,6 +73,7 @@ protected:
 
     PrivateBus _bus;
     std::optional<TrayDesktop> _desktop;
+    std::vector<Monitor> _monitors{{{0, 0, 640, 480}, 1}};
     FakeNotifierPanel _panel{_bus.connect()};
     ManualScheduler _scheduler;
     FakeAppearance _appearance;
@@ -222,6 +221,25 @@ TEST_F(LinuxStatusItemTest, ATrayShowsTheTooltipWhenThePointerRests) {
     _scheduler.advance(Seconds{0.1});
     EXPECT_EQ(_titles.drawn, "Selvane");
     EXPECT_TRUE(waitUntil([&] { return _desktop->shows(below, lightWords); }));
+}
+
+TEST_F(LinuxStatusItemTest, TheTooltipHasTheSizeAndTheEdgesOfItsMonitor) {
+    make(x11());
+    _item->setTooltip("Selvane, Focus, ends 15:06");
+    _desktop->startTray();
+    ASSERT_TRUE(isInTray());
+    _desktop->moveTray(200);
+    ASSERT_TRUE(waitUntil([&] { return _item->anchor().icon.value().x >= 200; }));
+    // It lies at the left end of a sharp screen.
+    const ScreenRect place = _item->anchor().icon.value();
+    _monitors = {{{0, 0, place.x, 480}, 1}, {{place.x, 0, 640 - place.x, 480}, 2}};
+    _desktop->movePointer(place);
+    ASSERT_TRUE(waitUntil([&] { return _scheduler.waiting() == 1; }));
+    _scheduler.advance(Seconds{1});
+    EXPECT_EQ(_titles.drawnHeight, 32);
+    const int bottom = place.y + place.height;
+    EXPECT_TRUE(waitUntil([&] { return _desktop->shows({place.x, bottom, 640 - place.x, 60}, lightWords); }));
+    EXPECT_FALSE(_desktop->shows({0, bottom, place.x, 60}, lightWords));
 }
 
 TEST_F(LinuxStatusItemTest, APointerThatOnlyPassesSeesNoTooltip) {

@@ -227,7 +227,7 @@ TEST_F(XEmbedTrayTest, ThePointerIsToldAndTheTooltipGoesWithIt) {
     const ScreenRect place = _tray->geometry().value();
     _desktop.movePointer(place);
     ASSERT_TRUE(waitUntil([&] { return entered == 1; }));
-    _tray->showTooltip("Selvane", 16);
+    _tray->showTooltip("Selvane", 16, std::nullopt);
     const ScreenRect below{0, place.y + place.height, 300, 60};
     ASSERT_TRUE(waitUntil([&] { return _desktop.shows(below, lightWords); }));
     EXPECT_EQ(_titles.drawn, "Selvane");
@@ -247,7 +247,7 @@ TEST_F(XEmbedTrayTest, APressTakesTheTooltipAwayAndItStaysAway) {
     const ScreenRect place = _tray->geometry().value();
     _desktop.movePointer(place);
     ASSERT_TRUE(waitUntil([&] { return entered == 1; }));
-    _tray->showTooltip("Selvane", 16);
+    _tray->showTooltip("Selvane", 16, std::nullopt);
     const ScreenRect below{0, place.y + place.height, 300, 60};
     ASSERT_TRUE(waitUntil([&] { return _desktop.shows(below, lightWords); }));
     _desktop.click(place, 1);
@@ -257,8 +257,26 @@ TEST_F(XEmbedTrayTest, APressTakesTheTooltipAwayAndItStaysAway) {
     EXPECT_EQ(entered, 1) << "the pointer has never left";
 }
 
+TEST_F(XEmbedTrayTest, TheTooltipStaysOnTheMonitorOfTheItem) {
+    _tray->setShown(true);
+    _desktop.startTray();
+    ASSERT_TRUE(isShownIn(lightInk));
+    _desktop.moveTray(200);
+    ASSERT_TRUE(waitUntil([&] { return _tray->geometry().value().x >= 200; }));
+    const ScreenRect place = _tray->geometry().value();
+    const ScreenRect below{0, place.y + place.height, 640, 60};
+    const ScreenRect right{place.x, below.y, 640 - place.x, below.height};
+    const ScreenRect left{0, below.y, place.x, below.height};
+    const ScreenRect monitor{place.x, 0, 640 - place.x, 480};
+    _tray->showTooltip("Selvane, Focus, ends 15:06", 16, monitor);
+    ASSERT_TRUE(waitUntil([&] { return _desktop.shows(right, lightWords); }));
+    EXPECT_FALSE(_desktop.shows(left, lightWords));
+    _tray->showTooltip("Selvane, Focus, ends 15:06", 16, std::nullopt);
+    EXPECT_TRUE(waitUntil([&] { return _desktop.shows(left, lightWords); })) << "it is wider than the item";
+}
+
 TEST_F(XEmbedTrayTest, WithoutATrayThereIsNoTooltip) {
-    _tray->showTooltip("Selvane", 16);
+    _tray->showTooltip("Selvane", 16, std::nullopt);
     EXPECT_FALSE(_desktop.shows({0, 0, 640, 480}, lightWords));
 }
 

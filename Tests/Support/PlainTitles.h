@@ -20,6 +20,7 @@ public:
     }
     [[nodiscard]] Picture draw(const std::string& words, int height, Ink ink) const override {
         drawn = words;
+        drawnHeight = height;
         const int columns = width(words, height);
         return {columns, height,
                 std::vector<std::uint32_t>(static_cast<std::size_t>(columns * height),
@@ -27,6 +28,7 @@ public:
     }
 
     mutable std::string drawn;
+    mutable int drawnHeight = 0;
 
 private:
     std::uint32_t _dark;

@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, PanelPlacementByBars,
                                          Bar{"BothSides", {128, 0, 1224, 800}, {996, 574}}),
                          [](const auto& row) { return row.param.name; });
 
-constexpr PanelPlacement::Screen sharpSecond{{1280, 100, 3840, 2160}, 2.0};
+constexpr Monitor sharpSecond{{1280, 100, 3840, 2160}, 2.0};
 
 TEST(PanelPlacement, PixelsAreScaledFromTheCornerOfTheScreen) {
     const StatusItemAnchor pixels{ScreenRect{1280 + 400, 100, 48, 44}, ScreenPoint{1280 + 401, 100 + 21}};

@@ -27,9 +27,9 @@ int scaled(int distance, double ratio) {
     return static_cast<int>(std::lround(distance / ratio));
 }
 
-ScreenPoint scaled(ScreenPoint point, const Screen& screen) {
-    const auto [x, y, width, height] = screen.pixels;
-    return {x + scaled(point.x - x, screen.pixelRatio), y + scaled(point.y - y, screen.pixelRatio)};
+ScreenPoint scaled(ScreenPoint point, const Monitor& monitor) {
+    const auto [x, y, width, height] = monitor.pixels;
+    return {x + scaled(point.x - x, monitor.pixelRatio), y + scaled(point.y - y, monitor.pixelRatio)};
 }
 
 } // namespace
@@ -62,24 +62,19 @@ StatusItemAnchor endOfBar(const ScreenRect& whole, const ScreenRect& available) 
     return {std::nullopt, ScreenPoint{isOnlyAtLeft ? whole.x : right, bottom}};
 }
 
-bool isOn(const Screen& screen, const StatusItemAnchor& anchor) {
+bool isOn(const Monitor& monitor, const StatusItemAnchor& anchor) {
     const auto item = itemArea(anchor);
-    if (!item)
-        return false;
-    const auto [x, y, width, height] = screen.pixels;
-    const int middleX = item->x + item->width / 2;
-    const int middleY = item->y + item->height / 2;
-    return middleX >= x && middleX < x + width && middleY >= y && middleY < y + height;
+    return item && monitor.holds(*item);
 }
 
-StatusItemAnchor scaled(const StatusItemAnchor& anchor, const Screen& screen) {
+StatusItemAnchor scaled(const StatusItemAnchor& anchor, const Monitor& monitor) {
     StatusItemAnchor result;
     if (anchor.pointer)
-        result.pointer = scaled(*anchor.pointer, screen);
+        result.pointer = scaled(*anchor.pointer, monitor);
     if (const auto& icon = anchor.icon) {
-        const auto [x, y] = scaled(ScreenPoint{icon->x, icon->y}, screen);
-        result.icon =
-            ScreenRect{x, y, scaled(icon->width, screen.pixelRatio), scaled(icon->height, screen.pixelRatio)};
+        const auto [x, y] = scaled(ScreenPoint{icon->x, icon->y}, monitor);
+        result.icon = ScreenRect{x, y, scaled(icon->width, monitor.pixelRatio),
+                                 scaled(icon->height, monitor.pixelRatio)};
     }
     return result;
 }

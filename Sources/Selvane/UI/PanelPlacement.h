@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Selvane/Platform/Monitor.h"
 #include "Selvane/Platform/StatusItemHost.h"
 
 /// Where the panel stands on the screen.
@@ -18,21 +19,14 @@ inline constexpr int shadowMargin = 32;
 [[nodiscard]] ScreenPoint origin(const StatusItemAnchor& anchor, int width, int height,
                                  const ScreenRect& available);
 
-/// A screen in the desktop's own pixels, and how many of them make one of the units that windows are placed
-/// in. Its top left corner is the same in both.
-struct Screen {
-    ScreenRect pixels;
-    double pixelRatio;
-};
-
 /// A place for a panel that knows of no item: the end of the bar in which the status area most likely is. On
 /// a screen `whole`, of which the bars leave `available`. With a bar at the top or with none it is empty.
 [[nodiscard]] StatusItemAnchor endOfBar(const ScreenRect& whole, const ScreenRect& available);
 
-/// Whether the anchor's item, or else its pointer, lies on the screen. False for an empty anchor.
-[[nodiscard]] bool isOn(const Screen& screen, const StatusItemAnchor& anchor);
+/// Whether the anchor's item, or else its pointer, lies on the monitor. False for an empty anchor.
+[[nodiscard]] bool isOn(const Monitor& monitor, const StatusItemAnchor& anchor);
 
 /// An anchor in pixels as one in the units of windows.
-[[nodiscard]] StatusItemAnchor scaled(const StatusItemAnchor& anchor, const Screen& screen);
+[[nodiscard]] StatusItemAnchor scaled(const StatusItemAnchor& anchor, const Monitor& monitor);
 
 } // namespace selvane::PanelPlacement

@@ -7,6 +7,7 @@
 #include <QtGui/QGuiApplication>
 #include <QtGui/QScreen>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -19,7 +20,7 @@ namespace {
 constexpr Seconds hostPatience{3};
 /// How long the pointer rests on the item in a tray before its tooltip comes.
 constexpr Seconds hoverDelay{0.7};
-/// How high the words of that tooltip are, in points.
+/// How high the words of that tooltip are, in units of windows.
 constexpr double tooltipHeight = 16;
 
 } // namespace
@@ -27,19 +28,16 @@ constexpr double tooltipHeight = 16;
 LinuxStatusItem::Desktop LinuxStatusItem::Desktop::current() {
     Desktop desktop;
     desktop.isX11 = QGuiApplication::platformName() == QLatin1String("xcb");
-    desktop.pixelRatio = qGuiApp->devicePixelRatio();
     const QStringList names = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'));
     desktop.hasDarkPanel = names.contains(QLatin1String("GNOME"), Qt::CaseInsensitive);
-    desktop.isOnScreen = [](ScreenPoint point) {
-        for (const QScreen* screen : QGuiApplication::screens()) {
-            // The origins of screens are in pixels, their sizes in points.
-            const QRect points = screen->geometry();
-            const QRect pixels(points.topLeft(),
-                               (QSizeF(points.size()) * screen->devicePixelRatio()).toSize());
-            if (pixels.contains(point.x, point.y))
-                return true;
+    desktop.monitors = [] {
+        std::vector<Monitor> monitors;
+        for (const QScreen* const screen : QGuiApplication::screens()) {
+            const QRect area = screen->geometry();
+            monitors.push_back(Monitor::ofUnits({area.x(), area.y(), area.width(), area.height()},
+                                                screen->devicePixelRatio()));
         }
-        return false;
+        return monitors;
     };
     return desktop;
 }
@@ -196,14 +194,26 @@ void LinuxStatusItem::updateTitle() {
 }
 
 void LinuxStatusItem::pointerEntered() {
-    _hover = _scheduler.after(hoverDelay, [this] {
-        _tray->showTooltip(_tooltip, static_cast<int>(std::lround(tooltipHeight * _desktop.pixelRatio)));
-    });
+    _hover = _scheduler.after(hoverDelay, [this] { showTooltip(); });
+}
+
+void LinuxStatusItem::showTooltip() {
+    const auto item = _tray->geometry();
+    if (!item)
+        return;
+    const auto monitors = _desktop.monitors();
+    const auto monitor =
+        std::ranges::find_if(monitors, [&](const Monitor& candidate) { return candidate.holds(*item); });
+    const bool isKnown = monitor != monitors.end();
+    const double height = tooltipHeight * (isKnown ? monitor->pixelRatio : 1);
+    _tray->showTooltip(_tooltip, static_cast<int>(std::lround(height)),
+                       isKnown ? std::optional(monitor->pixels) : std::nullopt);
 }
 
 void LinuxStatusItem::activated(ScreenPoint point) {
+    const auto isThere = [point](const Monitor& monitor) { return monitor.contains(point); };
     // Panels under Wayland count from a corner of their own.
-    const bool isKnown = _desktop.isX11 && _desktop.isOnScreen && _desktop.isOnScreen(point);
+    const bool isKnown = _desktop.isX11 && std::ranges::any_of(_desktop.monitors(), isThere);
     _lastPointer = isKnown ? std::optional(point) : std::nullopt;
     setNeedsAttention(false);
     if (onActivate)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Selvane/Platform/Appearance.h"
+#include "Selvane/Platform/Monitor.h"
 #include "Selvane/Platform/Scheduler.h"
 #include "Selvane/Platform/StatusItemHost.h"
 #include "Selvane/Platform/TitleDrawing.h"
@@ -36,10 +37,8 @@ public:
         std::string displayName;
         /// GNOME's top bar is dark in both of its colour schemes.
         bool hasDarkPanel = false;
-        /// How many pixels of the screen one point has.
-        double pixelRatio = 1;
-        /// Whether a point of an X11 session lies on one of the screens.
-        std::function<bool(ScreenPoint)> isOnScreen;
+        /// The screens of an X11 session.
+        std::function<std::vector<Monitor>()> monitors = [] { return std::vector<Monitor>(); };
 
         /// From the QGuiApplication and XDG_CURRENT_DESKTOP.
         static Desktop current();
@@ -71,6 +70,7 @@ private:
     void updateImage();
     void updateTitle();
     void pointerEntered();
+    void showTooltip();
     void activated(ScreenPoint point);
 
     Scheduler& _scheduler;

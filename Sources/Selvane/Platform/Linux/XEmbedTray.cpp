@@ -1,5 +1,6 @@
 #include "Selvane/Platform/Linux/XEmbedTray.h"
 
+#include "Selvane/Platform/Linux/TooltipPlace.h"
 #include "Selvane/Platform/Linux/X11Windows.h"
 #include "Selvane/Platform/Linux/XcbReply.h"
 
@@ -55,9 +56,8 @@ constexpr std::uint32_t embedIsMapped = 1;
 /// The flag PMinSize of WM_NORMAL_HINTS.
 constexpr std::uint32_t hintMinimumSize = 1U << 4U;
 constexpr std::uint16_t smallestSide = 22;
-/// Between the words of a tooltip and its edge, and between the tooltip and the item.
+/// Between the words of a tooltip and its edge.
 constexpr int tooltipPadding = 6;
-constexpr int tooltipGap = 4;
 
 } // namespace
 
@@ -118,13 +118,14 @@ public:
             tellName(_name);
     }
 
-    void showTooltip(const std::string& words, int height) {
+    void showTooltip(const std::string& words, int height, const std::optional<ScreenRect>& monitor) {
         hideTooltip();
         const auto item = geometry();
         if (!item || words.empty())
             return;
         const Picture picture = _titles.draw(words, height, Ink::light);
-        openTooltip(*item, picture);
+        const ScreenRect whole{0, 0, _screen->width_in_pixels, _screen->height_in_pixels};
+        openTooltip(*item, picture, monitor.value_or(whole));
     }
 
     void setShown(bool shown) {
@@ -581,13 +582,10 @@ private:
 
     // The tooltip
 
-    void openTooltip(const ScreenRect& item, const Picture& words) {
+    void openTooltip(const ScreenRect& item, const Picture& words, const ScreenRect& monitor) {
         const int width = words.width + 2 * tooltipPadding;
         const int height = words.height + tooltipPadding;
-        const int right = std::max(0, _screen->width_in_pixels - width);
-        const int x = std::clamp(item.x + (item.width - width) / 2, 0, right);
-        const bool isInUpperHalf = item.y + item.height / 2 < _screen->height_in_pixels / 2;
-        const int y = isInUpperHalf ? item.y + item.height + tooltipGap : item.y - tooltipGap - height;
+        const auto [x, y] = tooltipCorner(item, width, height, monitor);
         _tooltip = xcb_generate_id(_xcb);
         const std::uint32_t values[] = {_screen->black_pixel, 1, XCB_EVENT_MASK_EXPOSURE};
         xcb_create_window(_xcb, _screen->root_depth, _tooltip, _screen->root, static_cast<std::int16_t>(x),
@@ -714,8 +712,8 @@ void XEmbedTray::setName(const std::string& name) {
     _connection->setName(name);
 }
 
-void XEmbedTray::showTooltip(const std::string& words, int height) {
-    _connection->showTooltip(words, height);
+void XEmbedTray::showTooltip(const std::string& words, int height, const std::optional<ScreenRect>& monitor) {
+    _connection->showTooltip(words, height, monitor);
 }
 
 void XEmbedTray::setShown(bool shown) {

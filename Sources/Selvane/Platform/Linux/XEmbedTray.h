@@ -37,8 +37,8 @@ public:
     /// has the program's own name, by which trays remember where their user put it.
     void setName(const std::string& name);
     /// Shows these words beside the item, `height` pixels high, until the pointer leaves or a button is
-    /// pressed.
-    void showTooltip(const std::string& words, int height);
+    /// pressed. `monitor` is where the item lies, in pixels; without it that is all of the X11 screen.
+    void showTooltip(const std::string& words, int height, const std::optional<ScreenRect>& monitor);
 
     /// Puts the window into the tray, again with each new tray, or takes it away.
     void setShown(bool shown);

@@ -22,10 +22,9 @@ namespace selvane {
 
 namespace {
 
-PanelPlacement::Screen describe(const QScreen& screen) {
-    const QRect logical = screen.geometry();
-    const QSize pixels = logical.size() * screen.devicePixelRatio();
-    return {{logical.x(), logical.y(), pixels.width(), pixels.height()}, screen.devicePixelRatio()};
+Monitor describe(const QScreen& screen) {
+    const QRect area = screen.geometry();
+    return Monitor::ofUnits({area.x(), area.y(), area.width(), area.height()}, screen.devicePixelRatio());
 }
 
 QScreen* screenOf(const StatusItemAnchor& anchor) {
