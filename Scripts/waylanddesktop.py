@@ -93,6 +93,10 @@ class WaylandDesktop(Desktop):
                                 stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False)
         return json.loads(answer.stdout) if answer.returncode == 0 else None
 
+    def command(self, words):
+        """Has sway do something."""
+        self._ask("command", words)
+
     @property
     def free_area(self):
         """What the bar leaves of the screen."""

@@ -42,6 +42,11 @@ def test_edge(edge, program):
         selvane.wait_for_no_panel()
         check(True, "Escape closes the panel")
         check_place(desktop, selvane)
+        desktop.command(f"[con_id={desktop.node('Selvane')['id']}] move absolute position 40 px 40 px")
+        wait("the panel to be elsewhere", lambda: selvane.panel.x == 40)
+        check_equal(selvane.start_again(), 0, "exit status of a second start while the panel is open")
+        wait("the panel back at its place", lambda: selvane.card == expected_card(desktop, selvane.card))
+        check(True, f"{edge}: the panel that is open goes to its place again")
         check_equal(selvane.quit(), 0, "exit status after quitting by the keyboard")
 
 

@@ -13,6 +13,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -41,10 +42,7 @@ public:
             listen(_listening, 4) != 0)
             ADD_FAILURE() << "no socket";
     }
-    ~FakeSway() {
-        hangUp();
-        close(_listening);
-    }
+    ~FakeSway() { end(); }
     FakeSway(const FakeSway&) = delete;
     FakeSway& operator=(const FakeSway&) = delete;
 
@@ -119,6 +117,20 @@ public:
             close(std::exchange(_client, -1));
     }
 
+    void end() {
+        hangUp();
+        if (_listening >= 0)
+            close(std::exchange(_listening, -1));
+    }
+
+    /// What was asked up to now, and by whom.
+    void forget() {
+        hangUp();
+        isLeft = false;
+        _received.clear();
+        _asked.clear();
+    }
+
     bool isLeft = false;
 
 private:
@@ -131,16 +143,17 @@ private:
 
 class SwayPlacerTest : public testing::Test {
 protected:
-    Subscription place() {
+    std::unique_ptr<WindowPlacer::Placement> place() {
         return _placer.placeNext("Selvane", [this](const WindowPlacer::Screen& screen) {
             _screen = screen;
-            return ScreenPoint{1234, -5};
+            return _corner;
         });
     }
 
     FakeSway _sway;
     SwayPlacer _placer{_sway.path(), 42};
     std::optional<WindowPlacer::Screen> _screen;
+    ScreenPoint _corner{1234, -5};
 };
 
 const auto theCommand = "[con_id=7] floating enable, move absolute position 1234 px -5 px";
@@ -203,10 +216,70 @@ TEST_F(SwayPlacerTest, OtherWindowsAreLeftAlone) {
     EXPECT_THAT(_sway.commands(), ElementsAre(theCommand)) << "and only the first is ours";
 }
 
+TEST_F(SwayPlacerTest, WindowThatHasItsPlaceIsMovedAgainWhenAsked) {
+    const auto placing = place();
+    ASSERT_TRUE(waitUntil([&] { return _sway.asked().size() == 3; }));
+    _sway.tellScreens();
+    EXPECT_FALSE(placing->hasWindow());
+    placing->repeat();
+    _sway.tellWindow("new", 7, "Selvane", 42);
+    EXPECT_TRUE(placing->hasWindow());
+    ASSERT_TRUE(waitUntil([&] { return !_sway.commands().empty(); }));
+    _sway.tell(runCommand, R"([{"success":true}])");
+    ASSERT_TRUE(waitUntil([&] {
+        _sway.asked();
+        return _sway.isLeft;
+    }));
+
+    _sway.forget();
+    _corner = {1234, 95};
+    placing->repeat();
+    ASSERT_TRUE(waitUntil([&] { return _sway.asked().size() == 2; }));
+    EXPECT_THAT(_sway.asked(),
+                ElementsAre(FakeSway::Message{getWorkspaces, ""}, FakeSway::Message{getOutputs, ""}))
+        << "the window is known";
+    _sway.tellScreens();
+    ASSERT_TRUE(waitUntil([&] { return !_sway.commands().empty(); }));
+    EXPECT_THAT(_sway.commands(), ElementsAre("[con_id=7] move absolute position 1234 px 95 px"));
+    _sway.tell(runCommand, R"([{"success":true}])");
+    EXPECT_TRUE(waitUntil([&] {
+        _sway.asked();
+        return _sway.isLeft;
+    })) << "nothing is kept";
+}
+
+TEST_F(SwayPlacerTest, MoveThatIsUnderWayGivesWayToTheNext) {
+    const auto placing = place();
+    ASSERT_TRUE(waitUntil([&] { return _sway.asked().size() == 3; }));
+    _sway.tellWindow("new", 7, "Selvane", 42);
+    ASSERT_TRUE(placing->hasWindow());
+    placing->repeat();
+    ASSERT_TRUE(waitUntil([&] {
+        _sway.asked();
+        return _sway.isLeft;
+    }));
+    _sway.forget();
+    ASSERT_TRUE(waitUntil([&] { return _sway.asked().size() == 2; }));
+    _sway.tellScreens();
+    ASSERT_TRUE(waitUntil([&] { return !_sway.commands().empty(); }));
+    EXPECT_THAT(_sway.commands(), ElementsAre(theCommand));
+}
+
+TEST_F(SwayPlacerTest, CompositorThatEndedMovesNothingAgain) {
+    const auto placing = place();
+    ASSERT_TRUE(waitUntil([&] { return _sway.asked().size() == 3; }));
+    _sway.tellWindow("new", 7, "Selvane", 42);
+    ASSERT_TRUE(placing->hasWindow());
+    _sway.end();
+    placing->repeat();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(_screen);
+}
+
 TEST_F(SwayPlacerTest, EndedHandleHangsUp) {
     auto placing = place();
     ASSERT_TRUE(waitUntil([&] { return _sway.asked().size() == 3; }));
-    placing.end();
+    placing.reset();
     EXPECT_TRUE(waitUntil([&] {
         _sway.asked();
         return _sway.isLeft;

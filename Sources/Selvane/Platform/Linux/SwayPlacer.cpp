@@ -76,39 +76,67 @@ std::optional<ScreenRect> focusedRectangle(const JSONValue& list) {
     return std::nullopt;
 }
 
-/// One window that is waited for and moved.
-class Placing {
+class SwayPlacement final : public WindowPlacer::Placement {
 public:
-    Placing(int file, std::int64_t process, std::string title, WindowPlacer::Choose choose)
-        : _file(file),
+    SwayPlacement(std::string socket, std::int64_t process, std::string title, WindowPlacer::Choose choose)
+        : _socket(std::move(socket)),
           _process(process),
           _title(std::move(title)),
-          _choose(std::move(choose)),
-          _notifier(new QSocketNotifier(file, QSocketNotifier::Read)) {
-        QObject::connect(_notifier, &QSocketNotifier::activated, _notifier, [this] { readMessages(); });
+          _choose(std::move(choose)) {
+        if (!open())
+            return;
         send(subscribe, R"(["window"])");
+        askForScreens();
+    }
+    SwayPlacement(const SwayPlacement&) = delete;
+    SwayPlacement& operator=(const SwayPlacement&) = delete;
+    ~SwayPlacement() override { end(); }
+
+    [[nodiscard]] bool isConnected() const { return _file >= 0; }
+
+    [[nodiscard]] bool hasWindow() const override { return _window.has_value(); }
+
+    void repeat() override {
+        if (!_window)
+            return;
+        end();
+        _received.clear();
+        _whole.reset();
+        _available.reset();
+        _isMoved = false;
+        if (open())
+            askForScreens();
+    }
+
+private:
+    bool open() {
+        _file = connectTo(_socket);
+        if (_file < 0)
+            return false;
+        _notifier = new QSocketNotifier(_file, QSocketNotifier::Read);
+        QObject::connect(_notifier, &QSocketNotifier::activated, _notifier, [this] { readMessages(); });
+        return true;
+    }
+
+    void end() {
+        if (_file < 0)
+            return;
+        // Later, since this may be the notifier's own call.
+        _notifier->setEnabled(false);
+        _notifier->disconnect();
+        std::exchange(_notifier, nullptr)->deleteLater();
+        close(std::exchange(_file, -1));
+    }
+
+    void askForScreens() {
         // A workspace is what panels leave of its output.
         send(getWorkspaces, {});
         send(getOutputs, {});
     }
-    Placing(const Placing&) = delete;
-    Placing& operator=(const Placing&) = delete;
-    ~Placing() {
-        end();
-        // Later, since this may be the notifier's own call.
-        _notifier->disconnect();
-        _notifier->deleteLater();
-    }
-
-private:
-    void end() {
-        if (_file < 0)
-            return;
-        _notifier->setEnabled(false);
-        close(std::exchange(_file, -1));
-    }
 
     void send(std::uint32_t kind, std::string_view payload) {
+        if (_file < 0)
+            return;
         std::string message(magic);
         for (const std::uint32_t number : {static_cast<std::uint32_t>(payload.size()), kind})
             message.append(reinterpret_cast<const char*>(&number), sizeof(number));
@@ -182,21 +210,25 @@ private:
         if (_isMoved || !_window || !_available || !_whole)
             return;
         const ScreenPoint corner = _choose({*_whole, *_available});
-        send(runCommand, "[con_id=" + std::to_string(*_window) +
-                             "] floating enable, move absolute position " + std::to_string(corner.x) +
-                             " px " + std::to_string(corner.y) + " px");
+        // Once it has its place the user may let it lie as the others do.
+        const std::string floating = std::exchange(_isFloated, true) ? "" : "floating enable, ";
+        send(runCommand, "[con_id=" + std::to_string(*_window) + "] " + floating + "move absolute position " +
+                             std::to_string(corner.x) + " px " + std::to_string(corner.y) + " px");
         _isMoved = true;
     }
 
-    int _file;
+    std::string _socket;
     std::int64_t _process;
     std::string _title;
     WindowPlacer::Choose _choose;
-    QSocketNotifier* _notifier;
+    int _file = -1;
+    /// Null without a connection.
+    QSocketNotifier* _notifier = nullptr;
     std::string _received;
     std::optional<ScreenRect> _whole;
     std::optional<ScreenRect> _available;
     std::optional<std::int64_t> _window;
+    bool _isFloated = false;
     bool _isMoved = false;
 };
 
@@ -205,12 +237,9 @@ private:
 SwayPlacer::SwayPlacer(std::string socket, std::int64_t process)
     : _socket(std::move(socket)), _process(process) {}
 
-Subscription SwayPlacer::placeNext(const std::string& title, Choose choose) {
-    const int file = connectTo(_socket);
-    if (file < 0)
-        return {};
-    auto placing = std::make_shared<Placing>(file, _process, title, std::move(choose));
-    return Subscription([placing = std::move(placing)]() mutable { placing.reset(); });
+std::unique_ptr<WindowPlacer::Placement> SwayPlacer::placeNext(const std::string& title, Choose choose) {
+    auto placement = std::make_unique<SwayPlacement>(_socket, _process, title, std::move(choose));
+    return placement->isConnected() ? std::move(placement) : nullptr;
 }
 
 } // namespace selvane

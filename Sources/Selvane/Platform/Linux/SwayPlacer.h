@@ -3,6 +3,7 @@
 #include "Selvane/Platform/WindowPlacer.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 namespace selvane {
@@ -14,9 +15,9 @@ public:
     /// `socket` as in the variable SWAYSOCK. `process` is whose windows are moved.
     SwayPlacer(std::string socket, std::int64_t process);
 
-    /// Each handle has a connection of its own until the window was moved, so that nothing is kept while no
-    /// window is waited for.
-    Subscription placeNext(const std::string& title, Choose choose) override;
+    /// Each placement has a connection of its own until the window was moved, so that nothing is kept while
+    /// no window is waited for.
+    std::unique_ptr<Placement> placeNext(const std::string& title, Choose choose) override;
 
 private:
     std::string _socket;

@@ -1,6 +1,7 @@
 #include "Selvane/UI/Popover/PopoverPanel.h"
 
 #include "Selvane/App/AppModel.h"
+#include "Selvane/Platform/Scheduler.h"
 #include "Selvane/UI/Controls/CardMargin.h"
 #include "Selvane/UI/PanelPlacement.h"
 #include "Selvane/UI/Popover/HeadStart.h"
@@ -21,6 +22,12 @@
 namespace selvane {
 
 namespace {
+
+/// The title of no other window of the program: by it the desktop is asked to move the panel.
+constexpr QStringView panelTitle = u"Selvane";
+
+/// How long the desktop is listened to for a window that was shown; it appears at once or not at all.
+constexpr Seconds appearancePatience{5};
 
 Monitor describe(const QScreen& screen) {
     const QRect area = screen.geometry();
@@ -58,7 +65,8 @@ void PopoverPanel::prepare() {
 PopoverPanel::PopoverPanel(const PanelContext& context)
     : _headStart(std::make_unique<HeadStart>(_engine, context.model->settings())),
       _model(*context.model, *context.appearance, *context.scheduler, context.windows),
-      _placer(context.placer) {
+      _placer(context.placer),
+      _scheduler(*context.scheduler) {
     QObject::connect(&_model, &PopoverModel::cancelled, &_view, [this] {
         if (onCancel)
             onCancel();
@@ -82,7 +90,7 @@ PopoverPanel::PopoverPanel(const PanelContext& context)
     format.setAlphaBufferSize(8);
     _view.setFormat(format);
     _view.setColor(Qt::transparent);
-    _view.setTitle(QStringLiteral("Selvane"));
+    _view.setTitle(panelTitle.toString());
     _view.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                    Qt::NoDropShadowWindowHint);
     _view.setResizeMode(QQuickView::SizeViewToRootObject);
@@ -151,7 +159,8 @@ void PopoverPanel::layOutLists() {
 }
 
 void PopoverPanel::hide() {
-    _placing.end();
+    _patience.end();
+    _placement.reset();
     _view.hide();
     _model.didHide();
 }
@@ -177,8 +186,11 @@ ScreenRect PopoverPanel::frame() const {
 void PopoverPanel::heightChanged() {
     fitWindow();
     // Where it stands above its item, it is the top that moves.
-    if (_view.isVisible())
-        place();
+    if (!_view.isVisible())
+        return;
+    place();
+    if (_placement)
+        _placement->repeat();
 }
 
 void PopoverPanel::place() {
@@ -198,13 +210,24 @@ void PopoverPanel::place() {
 void PopoverPanel::placeByDesktop() {
     if (!_placer)
         return;
-    _placing = _placer->placeNext(_view.title().toStdString(), [this](const WindowPlacer::Screen& screen) {
-        const int margin = _fit.margin;
-        const ScreenPoint corner = PanelPlacement::origin(
-            PanelPlacement::endOfBar(screen.whole, screen.available), _fit.size.width() - 2 * margin,
-            _fit.size.height() - 2 * margin, screen.available);
-        return ScreenPoint{corner.x - margin, corner.y - margin};
+    if (_placement && _view.isVisible()) {
+        _placement->repeat();
+        return;
+    }
+    _placement = _placer->placeNext(_view.title().toStdString(),
+                                    [this](const auto& screen) { return cornerOn(screen); });
+    _patience = _scheduler.after(appearancePatience, [this] {
+        if (_placement && !_placement->hasWindow())
+            _placement.reset();
     });
+}
+
+ScreenPoint PopoverPanel::cornerOn(const WindowPlacer::Screen& screen) const {
+    const int margin = _fit.margin;
+    const ScreenPoint corner = PanelPlacement::origin(
+        PanelPlacement::endOfBar(screen.whole, screen.available), _fit.size.width() - 2 * margin,
+        _fit.size.height() - 2 * margin, screen.available);
+    return {corner.x - margin, corner.y - margin};
 }
 
 void PopoverPanel::keepKeyboard() {

@@ -53,6 +53,7 @@ private:
     /// happen after that.
     void layOutLists();
     void placeByDesktop();
+    [[nodiscard]] ScreenPoint cornerOn(const WindowPlacer::Screen& screen) const;
     void keepKeyboard();
     void keyboardMoved(QWindow* window);
 
@@ -68,7 +69,11 @@ private:
     bool _listsAreLaidOut = false;
     /// Null where windows choose their own place.
     WindowPlacer* _placer;
-    Subscription _placing;
+    /// While the panel is shown by a desktop that places it.
+    std::unique_ptr<WindowPlacer::Placement> _placement;
+    Scheduler& _scheduler;
+    /// Runs while the desktop may yet tell of the window.
+    Subscription _patience;
 };
 
 } // namespace selvane
