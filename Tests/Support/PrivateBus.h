@@ -8,7 +8,7 @@
 #include <QtCore/QTemporaryDir>
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusMessage>
-#include <QtDBus/QDBusPendingCall>
+#include <QtDBus/QDBusPendingCallWatcher>
 
 #include <memory>
 #include <utility>
@@ -84,10 +84,13 @@ private:
 };
 
 /// Sends `message` and runs the main loop until the answer is there, so that the called object may live in
-/// this process too.
+/// this process too. What this connection received before the answer has reached its receivers then.
 inline QDBusMessage ask(const QDBusConnection& bus, const QDBusMessage& message) {
-    const QDBusPendingCall call = bus.asyncCall(message);
-    if (!waitUntil([&] { return call.isFinished(); }))
+    QDBusPendingCallWatcher call(bus.asyncCall(message));
+    // The call itself knows of the answer on the bus's thread already, ahead of what waits for the main loop.
+    bool isAnswered = false;
+    QObject::connect(&call, &QDBusPendingCallWatcher::finished, &call, [&] { isAnswered = true; });
+    if (!waitUntil([&] { return isAnswered; }))
         return {};
     return call.reply();
 }
