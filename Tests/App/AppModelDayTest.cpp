@@ -75,8 +75,8 @@ TEST_F(AppModelDay, OpeningAViewBacksUpRollsOverTicksAndRefreshesInThisOrder) {
     model.refreshForDisplay();
     EXPECT_THAT(harness.journal.entries(),
                 ElementsAre("lifecycle.backUpDaily", "rolled over", "activity.end",
-                            "notifications.remove selvane.meeting", "guard.finish", "sound Glass", "signal",
-                            "music.pause", "calendar.refresh"));
+                            "notifications.deliver selvane.phase-end", "notifications.remove selvane.meeting",
+                            "guard.finish", "sound Glass", "signal", "music.pause", "calendar.refresh"));
 }
 
 TEST_F(AppModelDay, TodayCountsFocusFromTheDayStartHourOn) {

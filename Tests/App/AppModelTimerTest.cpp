@@ -141,8 +141,9 @@ TEST_F(AppModelTimer, EndOfFocusIsRecordedCreditedAndCelebrated) {
     EXPECT_EQ(session.taskID, id(test::firstTask));
     EXPECT_EQ(session.apps, harness.answers.usage);
     EXPECT_EQ(model.tasks().items.front().completedPomodoros, 1);
-    EXPECT_THAT(noted(), ElementsAre("activity.end", "notifications.remove selvane.meeting", "guard.finish",
-                                     "sound Glass", "signal", "music.pause", "focusMode.off"));
+    EXPECT_THAT(noted(), ElementsAre("activity.end", "notifications.deliver selvane.phase-end",
+                                     "notifications.remove selvane.meeting", "guard.finish", "sound Glass",
+                                     "signal", "music.pause", "focusMode.off"));
 }
 
 TEST_F(AppModelTimer, EndOfABreakIsRecordedWithoutTaskAndUsage) {
@@ -162,8 +163,9 @@ TEST_F(AppModelTimer, EndOfABreakIsRecordedWithoutTaskAndUsage) {
     EXPECT_EQ(model.sessions().front().taskID, std::nullopt);
     EXPECT_EQ(model.sessions().front().apps, std::nullopt);
     EXPECT_EQ(model.tasks().items.front().completedPomodoros, 0);
-    EXPECT_THAT(noted(), ElementsAre("activity.end", "notifications.remove selvane.meeting", "sound Hero",
-                                     "signal", "focusMode.off"));
+    EXPECT_THAT(noted(),
+                ElementsAre("activity.end", "notifications.deliver selvane.phase-end",
+                            "notifications.remove selvane.meeting", "sound Hero", "signal", "focusMode.off"));
 }
 
 TEST_F(AppModelTimer, CelebratesSilentlyWithTheEndSoundOff) {

@@ -26,11 +26,12 @@ protected:
     [[nodiscard]] Date in(Seconds seconds) const { return adding(seconds, _now); }
 
     /// What waits under this identifier. Fails if nothing does.
-    const test::FakeNotificationCenter::Pending& pending(std::string_view id) {
-        static const test::FakeNotificationCenter::Pending none{};
-        const auto found = _center.pending().find(id);
-        EXPECT_NE(found, _center.pending().end()) << "nothing is pending as " << id;
-        return found == _center.pending().end() ? none : found->second;
+    const PendingRequests::Pending& pending(std::string_view id) {
+        static const PendingRequests::Pending none{};
+        const auto& all = _center.pending().all();
+        const auto found = all.find(id);
+        EXPECT_NE(found, all.end()) << "nothing is pending as " << id;
+        return found == all.end() ? none : found->second;
     }
 
     void headsUp(Seconds untilStart, const std::string& title = "Review") {
@@ -65,7 +66,7 @@ TEST_P(NotifierPhase, EndIsToldInItsOwnWords) {
         pending.request,
         (NotificationRequest{
             .id = "selvane.phase-end", .title = GetParam().title, .body = GetParam().body, .category = ""}));
-    EXPECT_EQ(pending.delay, Seconds{1500});
+    EXPECT_EQ(pending.due, Seconds{1500});
 }
 
 INSTANTIATE_TEST_SUITE_P(All, NotifierPhase,
@@ -87,11 +88,11 @@ TEST_F(NotifierTest, EndOfAPhaseIsShownAtItsMomentAndNotBefore) {
 
 TEST_F(NotifierTest, PhaseThatEndsInUnderASecondStillGetsATriggerOfOneSecond) {
     _notifier.schedule(Phase::focus, in(Seconds{0.3}));
-    EXPECT_EQ(pending("selvane.phase-end").delay, Seconds{1});
+    EXPECT_EQ(pending("selvane.phase-end").due, Seconds{1});
     _notifier.schedule(Phase::focus, in(Seconds{-20}));
-    EXPECT_EQ(pending("selvane.phase-end").delay, Seconds{1});
+    EXPECT_EQ(pending("selvane.phase-end").due, Seconds{1});
     _notifier.schedule(Phase::focus, in(Seconds{1.5}));
-    EXPECT_EQ(pending("selvane.phase-end").delay, Seconds{1.5});
+    EXPECT_EQ(pending("selvane.phase-end").due, Seconds{1.5});
 }
 
 TEST_F(NotifierTest, SecondScheduleReplacesTheFirst) {
@@ -110,13 +111,13 @@ TEST_F(NotifierTest, HeadsUpComesTheLeadBeforeTheStartAndTellsTheLead) {
                                                     .title = "Review in 2 min",
                                                     .body = "Time to wrap up this session.",
                                                     .category = ""}));
-    EXPECT_EQ(pending.delay, Seconds{880});
+    EXPECT_EQ(pending.due, Seconds{880});
 }
 
 TEST_F(NotifierTest, HeadsUpForAnEventThatStartsInThirtySecondsReadsIsStartingAfterOneSecond) {
     headsUp(Seconds{30});
     EXPECT_EQ(pending("selvane.meeting").request.title, "Review is starting");
-    EXPECT_EQ(pending("selvane.meeting").delay, Seconds{1});
+    EXPECT_EQ(pending("selvane.meeting").due, Seconds{1});
 }
 
 TEST_F(NotifierTest, HeadsUpTellsTheNearestMinuteWithHalvesToTheEvenOne) {
@@ -128,14 +129,14 @@ TEST_F(NotifierTest, HeadsUpTellsTheNearestMinuteWithHalvesToTheEvenOne) {
     for (const auto& [seconds, title] : rows) {
         headsUp(Seconds{seconds});
         EXPECT_EQ(pending("selvane.meeting").request.title, title) << seconds;
-        EXPECT_EQ(pending("selvane.meeting").delay, Seconds{std::max(1.0, seconds - 120)}) << seconds;
+        EXPECT_EQ(pending("selvane.meeting").due, Seconds{std::max(1.0, seconds - 120)}) << seconds;
     }
 }
 
 TEST_F(NotifierTest, HeadsUpFollowsTheLeadThatItIsGiven) {
     _notifier.scheduleMeetingHeadsUp("Review", in(Seconds{1000}), Seconds{300});
     EXPECT_EQ(pending("selvane.meeting").request.title, "Review in 5 min");
-    EXPECT_EQ(pending("selvane.meeting").delay, Seconds{700});
+    EXPECT_EQ(pending("selvane.meeting").due, Seconds{700});
 }
 
 TEST_F(NotifierTest, SecondHeadsUpReplacesTheFirst) {
@@ -170,7 +171,7 @@ TEST_P(NotifierDrift, IsToldAtOnceInTheWordsAndWithTheButtonsOfItsStyle) {
                                                                .body = GetParam().body,
                                                                .category = GetParam().category}));
     EXPECT_EQ(_center.buttons(GetParam().category), GetParam().buttons);
-    EXPECT_THAT(_center.pending(), IsEmpty());
+    EXPECT_THAT(_center.pending().all(), IsEmpty());
 }
 
 using Style = Notifier::DriftStyle;
@@ -283,6 +284,17 @@ TEST_F(NotifierTest, RemovingPendingOnesLeavesTheScreenAlone) {
     EXPECT_EQ(_center.shown.size(), 1U);
 }
 
+TEST_F(NotifierTest, DeliversWhatIsPendingAndNothingElse) {
+    _notifier.schedule(Phase::focus, in(Seconds{10}));
+    headsUp(Seconds{200});
+    _notifier.deliverPending(Notifier::phaseEndID);
+    _notifier.deliverPending(Notifier::phaseEndID);
+    _notifier.deliverPending("unknown");
+    EXPECT_THAT(_center.titles, ElementsAre("Focus complete"));
+    _scheduler.advance(Seconds{20});
+    EXPECT_THAT(_center.titles, ElementsAre("Focus complete"));
+}
+
 // What the user answers
 
 TEST_F(NotifierTest, HandsTheTwoActionsBack) {
@@ -353,6 +365,7 @@ TEST(NotifierWithoutACenter, NoOperationHasAnEffect) {
     notifier.notifyDrift("Chat", "Task", Style::site);
     notifier.notifyDataNotice("Title", "Body");
     notifier.removePending(std::array{Notifier::phaseEndID});
+    notifier.deliverPending(Notifier::phaseEndID);
     notifier.removeDelivered(std::array{Notifier::driftID});
 }
 
@@ -404,6 +417,40 @@ TEST_F(NotifierAndTimer, PauseTakesTheEndBack) {
     harness.pass(Seconds{100});
     model.engine().pause();
     harness.pass(Seconds{5000});
+    EXPECT_THAT(center.titles, IsEmpty());
+}
+
+TEST_F(NotifierAndTimer, ClockSetForwardInMidPhaseStillTellsTheEndOnce) {
+    AppModel& model = harness.launch();
+    model.settings().autoStartBreaks.set(true);
+    model.engine().start();
+    harness.pass(Seconds{600});
+    harness.now = adding(Seconds{2.5}, harness.now);
+    // The phase ends by the clock on the wall, before its notification falls due by the one that can't be
+    // set.
+    harness.pass(Seconds{898.2});
+    EXPECT_EQ(model.engine().phase(), Phase::shortBreak);
+    EXPECT_THAT(center.titles, ElementsAre("Focus complete"));
+    harness.pass(Seconds{5});
+    EXPECT_THAT(center.titles, ElementsAre("Focus complete"));
+}
+
+TEST_F(NotifierAndTimer, ClockSetBackInMidPhaseTellsTheEndOnce) {
+    AppModel& model = harness.launch();
+    model.settings().autoStartBreaks.set(true);
+    model.engine().start();
+    harness.pass(Seconds{600});
+    harness.now = adding(Seconds{-2.5}, harness.now);
+    harness.pass(Seconds{910});
+    EXPECT_EQ(model.engine().phase(), Phase::shortBreak);
+    EXPECT_THAT(center.titles, ElementsAre("Focus complete"));
+}
+
+TEST_F(NotifierAndTimer, EndWhoseNotificationsAreOffIsNotTold) {
+    AppModel& model = harness.launch();
+    model.settings().notificationsEnabled.set(false);
+    model.engine().start();
+    harness.pass(Seconds{1505});
     EXPECT_THAT(center.titles, IsEmpty());
 }
 

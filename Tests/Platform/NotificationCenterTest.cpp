@@ -8,6 +8,8 @@
 #include "Support/PrivateBus.h"
 #include "Support/XServer.h"
 
+#include <QtCore/QDir>
+#include <QtCore/QFile>
 #include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
 #include <QtDBus/QDBusArgument>
@@ -98,6 +100,12 @@ private:
 class DunstScreen final : public Screen {
 public:
     DunstScreen() {
+        // What is on the screen stays there, so that what shouldn't be is seen.
+        QDir(_home.path()).mkpath(QStringLiteral(".config/dunst"));
+        QFile settings(_home.filePath(QStringLiteral(".config/dunst/dunstrc")));
+        if (settings.open(QIODevice::WriteOnly))
+            settings.write("[urgency_normal]\n    timeout = 0\n");
+        settings.close();
         QProcessEnvironment environment;
         environment.insert(QStringLiteral("PATH"), QStringLiteral("/usr/bin:/bin"));
         environment.insert(QStringLiteral("HOME"), _home.path());
@@ -321,6 +329,29 @@ TEST_P(NotificationCenterContract, OneWhoseMomentHasComeIsNotPendingAnyMore) {
     ASSERT_TRUE(shows(2));
     scheduler().turn();
     EXPECT_TRUE(showsOnly(2));
+}
+
+TEST_P(NotificationCenterContract, OneThatIsRemovedRightBeforeItsMomentIsNotShown) {
+    center().postLater(request("a", "A"), Seconds{60});
+    scheduler().standStill(Seconds{59.99});
+    removePending("a");
+    scheduler().advance(Seconds{60});
+    EXPECT_TRUE(showsOnly(0));
+}
+
+TEST_P(NotificationCenterContract, DeliveringShowsWhatIsPendingOnceAndNothingElse) {
+    center().postLater(request("a", "A"), Seconds{60});
+    center().postLater(request("b", "B"), Seconds{60});
+    center().deliverPending("a");
+    ASSERT_TRUE(shows(1));
+    EXPECT_THAT(titles(), ElementsAre("A"));
+    ASSERT_TRUE(shows(0));
+    center().deliverPending("a");
+    center().deliverPending("unknown");
+    EXPECT_TRUE(showsOnly(0));
+    removePending("b");
+    scheduler().advance(Seconds{60});
+    EXPECT_TRUE(showsOnly(0));
 }
 
 TEST_P(NotificationCenterContract, RemovedDeliveredOneLeavesTheScreen) {

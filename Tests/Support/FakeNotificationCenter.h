@@ -1,11 +1,10 @@
 #pragma once
 
 #include "Selvane/Platform/NotificationCenter.h"
+#include "Selvane/Platform/PendingRequests.h"
 #include "Selvane/Platform/Scheduler.h"
 
-#include <algorithm>
 #include <array>
-#include <map>
 #include <span>
 #include <string>
 #include <string_view>
@@ -21,14 +20,8 @@ namespace selvane::test {
 ///     center.choose("id", "action");
 class FakeNotificationCenter final : public NotificationCenter {
 public:
-    struct Pending {
-        NotificationRequest request;
-        Seconds delay;
-        Seconds due;
-        Subscription timer;
-    };
-
-    explicit FakeNotificationCenter(Scheduler& scheduler) : _scheduler(scheduler) {}
+    explicit FakeNotificationCenter(Scheduler& scheduler)
+        : _pending(scheduler, [this](NotificationRequest request) { post(std::move(request)); }) {}
 
     void setCategories(std::vector<NotificationCategory> categories) override {
         ++timesCategoriesWereSet;
@@ -46,20 +39,12 @@ public:
     }
 
     void postLater(NotificationRequest request, Seconds delay) override {
-        const std::string id = request.id;
-        dropPending(id);
-        auto timer = _scheduler.after(delay, [this, id] {
-            auto node = _pending.extract(id);
-            post(std::move(node.mapped().request));
-        });
-        _pending.insert_or_assign(
-            id, Pending{std::move(request), delay, _scheduler.now() + delay, std::move(timer)});
+        _pending.add(std::move(request), delay);
     }
 
-    void removePending(std::span<const std::string_view> ids) override {
-        for (const auto id : ids)
-            dropPending(id);
-    }
+    void removePending(std::span<const std::string_view> ids) override { _pending.remove(ids); }
+
+    void deliverPending(std::string_view id) override { _pending.deliver(id); }
 
     void removeDelivered(std::span<const std::string_view> ids) override {
         for (const auto id : ids)
@@ -73,7 +58,7 @@ public:
             onAction(id, action);
     }
 
-    [[nodiscard]] const std::map<std::string, Pending, std::less<>>& pending() const { return _pending; }
+    [[nodiscard]] const PendingRequests& pending() const { return _pending; }
 
     /// The titles of the buttons that a notification of this category has.
     [[nodiscard]] std::vector<std::string> buttons(std::string_view category) const {
@@ -99,18 +84,8 @@ public:
     int authorizationRequests = 0;
 
 private:
-    void dropPending(std::string_view id) {
-        const auto found = _pending.find(id);
-        if (found == _pending.end())
-            return;
-        auto node = _pending.extract(found);
-        if (node.mapped().due <= _scheduler.now())
-            post(std::move(node.mapped().request));
-    }
-
-    Scheduler& _scheduler;
     std::vector<NotificationCategory> _categories;
-    std::map<std::string, Pending, std::less<>> _pending;
+    PendingRequests _pending;
 };
 
 } // namespace selvane::test

@@ -67,6 +67,9 @@ public:
         for (const auto id : ids)
             _journal.note("notifications.remove " + std::string(id));
     }
+    void deliverPending(std::string_view id) override {
+        _journal.note("notifications.deliver " + std::string(id));
+    }
     void removeDelivered(std::span<const std::string_view> ids) override {
         for (const auto id : ids)
             _journal.note("notifications.takeDown " + std::string(id));

@@ -183,7 +183,9 @@ void AppModel::handlePaused() {
 
 void AppModel::handleFinished(FocusSession session) {
     endActivity();
-    // The notice of the phase's end was delivered by itself.
+    // The notice of the phase's end comes by itself, but by another clock: one that the user or the network
+    // doesn't set. It is due when the phase has ended.
+    _notifier->deliverPending(Notifier::phaseEndID);
     _notifier->removePending(std::array{Notifier::meetingID});
     if (session.phase == Phase::focus) {
         session.apps = _focusGuard->finish();

@@ -160,6 +160,11 @@ void Notifier::removePending(std::span<const std::string_view> ids) {
         center->removePending(ids);
 }
 
+void Notifier::deliverPending(std::string_view id) {
+    if (auto* const center = this->center())
+        center->deliverPending(id);
+}
+
 void Notifier::removeDelivered(std::span<const std::string_view> ids) {
     if (auto* const center = this->center())
         center->removeDelivered(ids);

@@ -64,6 +64,9 @@ public:
     /// else the machine was busy with then: it is shown. Unknown identifiers do nothing.
     virtual void removePending(std::span<const std::string_view> ids) = 0;
 
+    /// Shows now what `postLater` has not shown yet. Does nothing where nothing is pending.
+    virtual void deliverPending(std::string_view id) = 0;
+
     /// Takes notifications off the screen. Unknown identifiers do nothing.
     virtual void removeDelivered(std::span<const std::string_view> ids) = 0;
 

@@ -19,9 +19,6 @@ const auto desktopEntry = QLatin1String("com.lorbin.selvane");
 /// The server decides how long a notification stays.
 constexpr int defaultExpiry = -1;
 constexpr unsigned char normalUrgency = 1;
-/// Who asks for a notification at a moment reads another clock than the one that is waited by, a little
-/// earlier. At that moment it is not pending any more, by either.
-constexpr Seconds betweenReadings{0.05};
 
 QDBusMessage serverCall(const QString& method) {
     return QDBusMessage::createMethodCall(serverName, serverPath, serverName, method);
@@ -41,7 +38,8 @@ QString escaped(QString text) {
 } // namespace
 
 FreedesktopNotifications::FreedesktopNotifications(const QDBusConnection& sessionBus, Scheduler& scheduler)
-    : _bus(sessionBus), _scheduler(scheduler) {}
+    : _bus(sessionBus),
+      _pending(scheduler, [this](NotificationRequest request) { post(std::move(request)); }) {}
 
 void FreedesktopNotifications::setCategories(std::vector<NotificationCategory> categories) {
     _categories = std::move(categories);
@@ -50,29 +48,15 @@ void FreedesktopNotifications::setCategories(std::vector<NotificationCategory> c
 // What is pending
 
 void FreedesktopNotifications::postLater(NotificationRequest request, Seconds delay) {
-    const std::string id = request.id;
-    dropPending(id);
-    auto timer = _scheduler.after(delay, [this, id] {
-        // Out of the map first, with the timer whose work this is.
-        auto node = _pending.extract(id);
-        post(std::move(node.mapped().request));
-    });
-    _pending.insert_or_assign(
-        id, Pending{std::move(request), _scheduler.now() + std::max(delay, Seconds{0}), std::move(timer)});
+    _pending.add(std::move(request), delay);
 }
 
 void FreedesktopNotifications::removePending(std::span<const std::string_view> ids) {
-    for (const auto id : ids)
-        dropPending(id);
+    _pending.remove(ids);
 }
 
-void FreedesktopNotifications::dropPending(std::string_view id) {
-    const auto found = _pending.find(id);
-    if (found == _pending.end())
-        return;
-    auto node = _pending.extract(found);
-    if (node.mapped().due <= _scheduler.now() + betweenReadings)
-        post(std::move(node.mapped().request));
+void FreedesktopNotifications::deliverPending(std::string_view id) {
+    _pending.deliver(id);
 }
 
 // What is shown

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Selvane/Platform/NotificationCenter.h"
+#include "Selvane/Platform/PendingRequests.h"
 #include "Selvane/Platform/Scheduler.h"
-#include "SelvaneCore/Subscription.h"
 
 #include <QtCore/QObject>
 #include <QtCore/QString>
@@ -35,18 +35,13 @@ public:
     void post(NotificationRequest request) override;
     void postLater(NotificationRequest request, Seconds delay) override;
     void removePending(std::span<const std::string_view> ids) override;
+    void deliverPending(std::string_view id) override;
     void removeDelivered(std::span<const std::string_view> ids) override;
 
 private Q_SLOTS:
     void actionInvoked(uint serverID, const QString& action, const QDBusMessage& signal);
 
 private:
-    struct Pending {
-        NotificationRequest request;
-        Seconds due;
-        Subscription timer;
-    };
-
     /// One notification on its way to the screen, or on it.
     struct Notice {
         /// What the server has yet to be told.
@@ -65,7 +60,6 @@ private:
         bool bodyMarkup;
     };
 
-    void dropPending(std::string_view id);
     void listen();
     void askForCapabilities();
     void serverChanged(const QString& newOwner);
@@ -76,9 +70,8 @@ private:
     [[nodiscard]] QDBusMessage notifyCall(const NotificationRequest& request, uint replacedID) const;
 
     QDBusConnection _bus;
-    Scheduler& _scheduler;
     std::vector<NotificationCategory> _categories;
-    std::map<std::string, Pending, std::less<>> _pending;
+    PendingRequests _pending;
 
     /// Made when there is something to show for the first time.
     std::unique_ptr<QDBusServiceWatcher> _watcher;
