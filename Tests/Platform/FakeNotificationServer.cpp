@@ -1,5 +1,7 @@
 #include "FakeNotificationServer.h"
 
+#include <QtDBus/QDBusConnectionInterface>
+
 #include <utility>
 
 namespace selvane::test {
@@ -22,8 +24,8 @@ FakeNotificationServer::~FakeNotificationServer() {
 }
 
 void FakeNotificationServer::appear() {
-    ask(_bus, QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("RequestName"), {serverName, 0U});
+    _bus.interface()->registerService(serverName, QDBusConnectionInterface::ReplaceExistingService,
+                                      QDBusConnectionInterface::AllowReplacement);
 }
 
 void FakeNotificationServer::press(uint id, const QString& action) {

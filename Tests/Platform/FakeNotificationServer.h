@@ -41,6 +41,7 @@ public:
     explicit FakeNotificationServer(PrivateBus& bus);
     ~FakeNotificationServer() override;
 
+    /// Takes the name, also from another server. Nothing else runs meanwhile.
     void appear();
     /// The user presses a button of that notification, or of one that this server never showed.
     void press(uint id, const QString& action);

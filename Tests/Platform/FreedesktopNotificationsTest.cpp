@@ -70,6 +70,31 @@ protected:
         }
     }
 
+    /// A notification with two buttons is on the screen.
+    void showDrift(const std::string& id, const std::string& title) {
+        if (_server == nullptr)
+            haveServer();
+        _center.post(request(id, title, "", "drift"));
+        hear();
+    }
+
+    /// A server that was told of something before has been told of this too, and keeps its answer back.
+    void postUnanswered(NotificationRequest request) {
+        haveServer();
+        _center.post(this->request("warm-up", "Warm-up"));
+        hear();
+        _server->holdsAnswers = true;
+        _center.post(std::move(request));
+        ASSERT_TRUE(waitForTold(2));
+    }
+
+    /// Another server takes the name over. Nothing else has run when this returns. Gives the earlier one.
+    [[nodiscard]] std::unique_ptr<FakeNotificationServer> replaceServer() {
+        auto earlier = std::exchange(_server, std::make_unique<FakeNotificationServer>(_bus));
+        _server->appear();
+        return earlier;
+    }
+
     void remove(std::string_view id) { _center.removeDelivered(std::array<std::string_view, 1>{id}); }
 
     PrivateBus _bus;
@@ -177,12 +202,7 @@ TEST_F(FreedesktopNotificationsTest, FollowsAServerThatGivesNewNumbers) {
 }
 
 TEST_F(FreedesktopNotificationsTest, WaitsForTheNumberBeforeItReplacesAndThenTellsOnlyTheNewest) {
-    haveServer();
-    _center.post(request("warm-up", "Warm-up"));
-    hear();
-    _server->holdsAnswers = true;
-    _center.post(request("a", "First"));
-    ASSERT_TRUE(waitForTold(2));
+    postUnanswered(request("a", "First"));
     _center.post(request("a", "Second"));
     _center.post(request("a", "Third"));
     hear();
@@ -197,9 +217,7 @@ TEST_F(FreedesktopNotificationsTest, WaitsForTheNumberBeforeItReplacesAndThenTel
 }
 
 TEST_F(FreedesktopNotificationsTest, DoesNotBelieveThatAClosedOneIsGone) {
-    haveServer();
-    _center.post(request("a", "First", "", "drift"));
-    hear();
+    showDrift("a", "First");
     _server->tellClosed(1);
     hear();
     // Some tell of the end first and of the press that led to it afterwards.
@@ -226,12 +244,7 @@ TEST_F(FreedesktopNotificationsTest, ClosesWhatIsTakenDown) {
 }
 
 TEST_F(FreedesktopNotificationsTest, ClosesWhatIsTakenDownBeforeItsNumberCame) {
-    haveServer();
-    _center.post(request("warm-up", "Warm-up"));
-    hear();
-    _server->holdsAnswers = true;
-    _center.post(request("a", "A"));
-    ASSERT_TRUE(waitForTold(2));
+    postUnanswered(request("a", "A"));
     remove("a");
     hear();
     EXPECT_THAT(_server->closed, IsEmpty());
@@ -241,12 +254,7 @@ TEST_F(FreedesktopNotificationsTest, ClosesWhatIsTakenDownBeforeItsNumberCame) {
 }
 
 TEST_F(FreedesktopNotificationsTest, WhatIsPostedAgainAfterItWasTakenDownStays) {
-    haveServer();
-    _center.post(request("warm-up", "Warm-up"));
-    hear();
-    _server->holdsAnswers = true;
-    _center.post(request("a", "First"));
-    ASSERT_TRUE(waitForTold(2));
+    postUnanswered(request("a", "First"));
     remove("a");
     _center.post(request("a", "Second"));
     _server->holdsAnswers = false;
@@ -273,10 +281,8 @@ TEST_F(FreedesktopNotificationsTest, WhatIsTakenDownBeforeTheServerWasAskedIsNev
 // Answers of the user
 
 TEST_F(FreedesktopNotificationsTest, TellsWhichButtonOfWhichWasChosenAndClosesIt) {
-    haveServer();
-    _center.post(request("a", "A", "", "drift"));
-    _center.post(request("b", "B", "", "drift"));
-    hear();
+    showDrift("a", "A");
+    showDrift("b", "B");
     _server->press(2, QStringLiteral("snooze"));
     ASSERT_TRUE(waitUntil([&] { return !_server->closed.empty(); }));
     EXPECT_THAT(_chosen, ElementsAre(Pair("b", "snooze")));
@@ -288,9 +294,7 @@ TEST_F(FreedesktopNotificationsTest, TellsWhichButtonOfWhichWasChosenAndClosesIt
 }
 
 TEST_F(FreedesktopNotificationsTest, BearsAServerThatHasClosedItAlready) {
-    haveServer();
-    _center.post(request("a", "A", "", "drift"));
-    hear();
+    showDrift("a", "A");
     _server->shown.clear();
     _server->press(1, QStringLiteral("hide"));
     ASSERT_TRUE(waitUntil([&] { return !_server->closed.empty(); }));
@@ -300,9 +304,7 @@ TEST_F(FreedesktopNotificationsTest, BearsAServerThatHasClosedItAlready) {
 }
 
 TEST_F(FreedesktopNotificationsTest, IgnoresPressesOnTheNotificationsOfOthers) {
-    haveServer();
-    _center.post(request("a", "A", "", "drift"));
-    hear();
+    showDrift("a", "A");
     _server->press(0, QStringLiteral("hide"));
     _server->press(7, QStringLiteral("hide"));
     hear();
@@ -311,9 +313,7 @@ TEST_F(FreedesktopNotificationsTest, IgnoresPressesOnTheNotificationsOfOthers) {
 }
 
 TEST_F(FreedesktopNotificationsTest, IgnoresPressesThatAnotherThanTheServerTells) {
-    haveServer();
-    _center.post(request("a", "A", "", "drift"));
-    hear();
+    showDrift("a", "A");
     FakeNotificationServer impostor(_bus);
     impostor.press(1, QStringLiteral("hide"));
     impostor.hearAll(_ours);
@@ -324,9 +324,7 @@ TEST_F(FreedesktopNotificationsTest, IgnoresPressesThatAnotherThanTheServerTells
 }
 
 TEST_F(FreedesktopNotificationsTest, PressOnWhatIsJustBeingReplacedDoesNotCloseWhatComes) {
-    haveServer();
-    _center.post(request("a", "First", "", "drift"));
-    hear();
+    showDrift("a", "First");
     _server->holdsAnswers = true;
     _center.post(request("a", "Second", "", "drift"));
     ASSERT_TRUE(waitForTold(2));
@@ -399,12 +397,7 @@ TEST_F(FreedesktopNotificationsTest, NewServerHearsNoNumbersOfTheOldAndIsAskedAg
 }
 
 TEST_F(FreedesktopNotificationsTest, ServerThatDiesWhileItIsToldLeavesNothingBehind) {
-    haveServer();
-    _center.post(request("warm-up", "Warm-up"));
-    hear();
-    _server->holdsAnswers = true;
-    _center.post(request("a", "A"));
-    ASSERT_TRUE(waitForTold(2));
+    postUnanswered(request("a", "A"));
     loseServer();
     haveServer();
     _center.post(request("a", "Again"));
@@ -413,6 +406,75 @@ TEST_F(FreedesktopNotificationsTest, ServerThatDiesWhileItIsToldLeavesNothingBeh
     EXPECT_EQ(_server->told[0].summary, QStringLiteral("Again"));
     hear();
     EXPECT_EQ(_server->told.size(), 1U);
+}
+
+TEST_F(FreedesktopNotificationsTest, WhatAReplacedServerTookWithItUnansweredIsToldToTheNext) {
+    postUnanswered(request("a", "A"));
+    replaceServer().reset();
+    ASSERT_TRUE(waitForTold(1));
+    EXPECT_EQ(_server->told[0].summary, QStringLiteral("A"));
+    EXPECT_EQ(_server->told[0].replacedID, 0U);
+    hear();
+    EXPECT_EQ(_server->told.size(), 1U);
+    remove("a");
+    ASSERT_TRUE(waitUntil([&] { return !_server->closed.empty(); }));
+    EXPECT_THAT(_server->closed, ElementsAre(_server->told[0].id));
+}
+
+TEST_F(FreedesktopNotificationsTest, WhatAServerAnswersAfterItWasReplacedIsToldToTheNext) {
+    postUnanswered(request("a", "A"));
+    const auto earlier = replaceServer();
+    hear();
+    EXPECT_THAT(_server->told, IsEmpty());
+    earlier->answerHeld();
+    ASSERT_TRUE(waitForTold(1));
+    EXPECT_EQ(_server->told[0].summary, QStringLiteral("A"));
+    EXPECT_EQ(_server->told[0].replacedID, 0U);
+}
+
+TEST_F(FreedesktopNotificationsTest, WhatReachedTheNextServerAlreadyIsNotToldAgain) {
+    haveServer();
+    _center.post(request("warm-up", "Warm-up"));
+    hear();
+    const auto earlier = replaceServer();
+    _center.post(request("a", "A", "", "drift"));
+    hear();
+    ASSERT_EQ(_server->told.size(), 1U);
+    EXPECT_EQ(_server->told[0].summary, QStringLiteral("A"));
+    _server->press(_server->told[0].id, QStringLiteral("hide"));
+    ASSERT_TRUE(waitUntil([&] { return !_chosen.empty(); }));
+    EXPECT_THAT(_chosen, ElementsAre(Pair("a", "hide")));
+}
+
+TEST_F(FreedesktopNotificationsTest, OfWhatAReplacedServerWasToldTheNextHearsOnlyTheNewest) {
+    postUnanswered(request("a", "First"));
+    _center.post(request("a", "Second"));
+    replaceServer().reset();
+    ASSERT_TRUE(waitForTold(1));
+    hear();
+    EXPECT_EQ(_server->told.size(), 1U);
+    EXPECT_EQ(_server->told[0].summary, QStringLiteral("Second"));
+}
+
+TEST_F(FreedesktopNotificationsTest, WhatWasTakenDownIsNotToldToTheNextServer) {
+    postUnanswered(request("a", "A"));
+    remove("a");
+    replaceServer().reset();
+    hear();
+    _center.post(request("b", "B"));
+    ASSERT_TRUE(waitForTold(1));
+    EXPECT_EQ(_server->told[0].summary, QStringLiteral("B"));
+}
+
+TEST_F(FreedesktopNotificationsTest, NextServerThatRefusesWhatTheEarlierWasToldIsNotAskedForEver) {
+    postUnanswered(request("a", "A"));
+    const auto earlier = replaceServer();
+    _server->refusesToShow = true;
+    earlier->answerHeld();
+    hear();
+    _server->refusesToShow = false;
+    hear();
+    EXPECT_THAT(_server->told, IsEmpty());
 }
 
 TEST_F(FreedesktopNotificationsTest, ServerThatDiesWhileItIsAskedIsNotStartedAgain) {

@@ -77,7 +77,7 @@ void FreedesktopNotifications::removeDelivered(std::span<const std::string_view>
         if (found == _notices.end())
             continue;
         Notice& notice = found->second;
-        if (notice.isBeingSent) {
+        if (notice.underWay) {
             notice.next.reset();
             notice.closesWhenSent = true;
             continue;
@@ -112,7 +112,7 @@ void FreedesktopNotifications::askForCapabilities() {
                   _isAsking = false;
                   if (reply.type() != QDBusMessage::ReplyMessage) {
                       // There is no server, or none that works.
-                      _notices.clear();
+                      dropWaiting();
                       return;
                   }
                   const QStringList names = reply.arguments().value(0).toStringList();
@@ -128,23 +128,29 @@ void FreedesktopNotifications::serverChanged(const QString& newOwner) {
     if (!newOwner.isEmpty() && newOwner == _server)
         return;
     ++_generation;
-    _server.clear();
+    _server = newOwner;
     _capabilities.reset();
     _isAsking = false;
-    // What waits is for the next server. Without one it is dropped: asking again would start one that has
-    // just fallen over.
-    std::erase_if(_notices, [&](const auto& item) { return newOwner.isEmpty() || !item.second.next; });
-    for (auto& [id, notice] : _notices) {
+    for (auto& [id, notice] : _notices)
         notice.serverID = 0;
-        notice.isBeingSent = false;
-        notice.closesWhenSent = false;
-    }
+    // What waits is for the next server. Without one it is dropped: asking again would start one that has
+    // just fallen over. Whom that reached which is under way, its answer will tell.
+    if (newOwner.isEmpty())
+        dropWaiting();
+    else
+        std::erase_if(_notices, [](const auto& item) { return !item.second.next && !item.second.underWay; });
     sendWaiting();
+}
+
+void FreedesktopNotifications::dropWaiting() {
+    for (auto& [id, notice] : _notices)
+        notice.next.reset();
+    std::erase_if(_notices, [](const auto& item) { return !item.second.underWay; });
 }
 
 void FreedesktopNotifications::sendWaiting() {
     for (auto& [id, notice] : _notices) {
-        if (!notice.next || notice.isBeingSent)
+        if (!notice.next || notice.underWay)
             continue;
         if (!_capabilities) {
             askForCapabilities();
@@ -155,23 +161,26 @@ void FreedesktopNotifications::sendWaiting() {
 }
 
 void FreedesktopNotifications::send(const std::string& id, Notice& notice) {
-    notice.isBeingSent = true;
-    const auto request = std::exchange(notice.next, std::nullopt);
-    callAsync(_bus, notifyCall(*request, notice.serverID), this,
-              [this, id, generation = _generation](const QDBusMessage& reply) {
-                  if (generation == _generation)
-                      sent(id, reply);
-              });
+    notice.underWay = std::exchange(notice.next, std::nullopt);
+    callAsync(
+        _bus, notifyCall(*notice.underWay, notice.serverID), this,
+        [this, id, generation = _generation](const QDBusMessage& reply) { sent(id, generation, reply); });
 }
 
-void FreedesktopNotifications::sent(const std::string& id, const QDBusMessage& reply) {
+void FreedesktopNotifications::sent(const std::string& id, unsigned generation, const QDBusMessage& reply) {
+    // What is under way stays here, whatever happens, until this takes it out.
     const auto found = _notices.find(id);
     Notice& notice = found->second;
-    notice.isBeingSent = false;
-    // Always the number that it gives now: some give a new one for what took the place of a closed one.
-    notice.serverID = reply.arguments().value(0).toUInt();
-    if (reply.type() != QDBusMessage::ReplyMessage)
-        notice.serverID = 0;
+    auto request = std::exchange(notice.underWay, std::nullopt);
+    notice.serverID = 0;
+    if (reply.service() == _server) {
+        // Always the number that it gives now: some give a new one for what took the place of a closed one.
+        if (reply.type() == QDBusMessage::ReplyMessage)
+            notice.serverID = reply.arguments().value(0).toUInt();
+    } else if (generation != _generation && !_server.isEmpty() && !notice.closesWhenSent && !notice.next) {
+        // It went to a server that another has taken the place of meanwhile.
+        notice.next = std::move(request);
+    }
     if (notice.closesWhenSent && notice.serverID != 0)
         close(notice.serverID);
     if (!notice.next && (notice.closesWhenSent || notice.serverID == 0)) {
@@ -224,7 +233,7 @@ void FreedesktopNotifications::actionInvoked(uint serverID, const QString& actio
     const std::string request = found->first;
     // Some leave on the screen what was answered. What is just being replaced goes by itself, and what comes
     // in its place has the same number.
-    if (!found->second.isBeingSent) {
+    if (!found->second.underWay) {
         close(serverID);
         _notices.erase(found);
     }

@@ -46,10 +46,10 @@ private:
     struct Notice {
         /// What the server has yet to be told.
         std::optional<NotificationRequest> next;
+        /// What a server was told and has not answered yet.
+        std::optional<NotificationRequest> underWay;
         /// The server's number for what it shows. Zero as long as it has given none.
         uint serverID = 0;
-        /// Told, and not answered yet.
-        bool isBeingSent = false;
         /// Taken back before the answer with its number came.
         bool closesWhenSent = false;
     };
@@ -63,9 +63,10 @@ private:
     void listen();
     void askForCapabilities();
     void serverChanged(const QString& newOwner);
+    void dropWaiting();
     void sendWaiting();
     void send(const std::string& id, Notice& notice);
-    void sent(const std::string& id, const QDBusMessage& reply);
+    void sent(const std::string& id, unsigned generation, const QDBusMessage& reply);
     void close(uint serverID);
     [[nodiscard]] QDBusMessage notifyCall(const NotificationRequest& request, uint replacedID) const;
 
@@ -75,11 +76,12 @@ private:
 
     /// Made when there is something to show for the first time.
     std::unique_ptr<QDBusServiceWatcher> _watcher;
-    /// The connection whose capabilities these are; empty while none has told.
+    /// The connection that has the name of the server; empty while none is known to.
     QString _server;
+    /// Of that server, once it has told.
     std::optional<Capabilities> _capabilities;
     bool _isAsking = false;
-    /// Grows with each change of server, so that answers of an earlier one are known for such.
+    /// Grows with each change of server, so that what was sent before is known for such.
     unsigned _generation = 0;
     Notices _notices;
 };
