@@ -48,6 +48,8 @@ NOTIFICATION_SERVERS = {
     "dunst": "/usr/bin/dunst",
     "xfce4-notifyd": "/usr/lib/*/xfce4/notifyd/xfce4-notifyd",
     "notification-daemon": "/usr/lib/notification-daemon/notification-daemon",
+    # Only on a Wayland desktop.
+    "mako": "/usr/bin/mako",
 }
 
 XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>

@@ -70,9 +70,6 @@ class WaylandDesktop(Desktop):
     def _start_window_manager(self):
         pass
 
-    def _start_notifications(self):
-        pass
-
     def start_tray(self):
         if not self.tray:
             return

@@ -23,7 +23,7 @@
 // arguments, separated by tabs. Prints what the user answers.
 //
 //     phase focus 0.5      drift nudge|hidden|site NAME [TASK]      data TITLE BODY
-//     meeting TITLE 30     unschedule ID                            takeDown ID
+//     meeting TITLE 30     unschedule ID     deliver ID             takeDown ID
 
 namespace selvane {
 namespace {
@@ -51,6 +51,8 @@ void obey(Notifier& notifier, const QStringList& words) {
         notifier.notifyDataNotice(id, text(2));
     else if (command == "unschedule")
         notifier.removePending(std::array<std::string_view, 1>{id});
+    else if (command == "deliver")
+        notifier.deliverPending(id);
     else if (command == "takeDown")
         notifier.removeDelivered(std::array<std::string_view, 1>{id});
     std::printf("did %s\n", command.c_str());
