@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <utility>
-#include <vector>
 
 namespace selvane {
 
@@ -14,49 +13,28 @@ constexpr std::array allActions{Notifier::Action::snooze, Notifier::Action::hide
 /// Nothing that is scheduled comes sooner, or it would come with the click that asked for it.
 constexpr Seconds shortestDelay{1.0};
 
-std::string_view title(Notifier::Action action) {
+NotificationAction button(Notifier::Action action) {
+    std::string id(rawValue(action));
     switch (action) {
     case Notifier::Action::snooze:
-        return "Allow 5 min";
+        return {std::move(id), "Allow 5 min"};
     case Notifier::Action::hideApp:
-        return "Hide App";
+        return {std::move(id), "Hide App"};
     }
     return {};
 }
 
-std::string_view category(Notifier::DriftStyle style) {
+NotificationCategory category(Notifier::DriftStyle style) {
+    using enum Notifier::Action;
     switch (style) {
     case Notifier::DriftStyle::nudge:
-        return "selvane.drift.nudge";
+        return {"selvane.drift.nudge", {button(hideApp), button(snooze)}};
     case Notifier::DriftStyle::hidden:
-        return "selvane.drift.hidden";
+        return {"selvane.drift.hidden", {button(snooze)}};
     case Notifier::DriftStyle::site:
-        return "selvane.drift.site";
+        return {"selvane.drift.site", {button(snooze)}};
     }
     return {};
-}
-
-std::vector<Notifier::Action> actions(Notifier::DriftStyle style) {
-    switch (style) {
-    case Notifier::DriftStyle::nudge:
-        return {Notifier::Action::hideApp, Notifier::Action::snooze};
-    case Notifier::DriftStyle::hidden:
-    case Notifier::DriftStyle::site:
-        return {Notifier::Action::snooze};
-    }
-    return {};
-}
-
-std::vector<NotificationCategory> categories() {
-    std::vector<NotificationCategory> all;
-    for (const auto style :
-         {Notifier::DriftStyle::nudge, Notifier::DriftStyle::hidden, Notifier::DriftStyle::site}) {
-        NotificationCategory& one = all.emplace_back();
-        one.id = category(style);
-        for (const auto action : actions(style))
-            one.actions.push_back({std::string(rawValue(action)), std::string(title(action))});
-    }
-    return all;
 }
 
 } // namespace
@@ -84,7 +62,8 @@ NotificationCenter* Notifier::center() {
         if (action != allActions.end() && onAction)
             onAction(*action);
     });
-    _center->setCategories(categories());
+    _center->setCategories(
+        {category(DriftStyle::nudge), category(DriftStyle::hidden), category(DriftStyle::site)});
     return _center;
 }
 
@@ -135,7 +114,7 @@ void Notifier::notifyDrift(const std::string& name, const std::optional<std::str
     if (center == nullptr)
         return;
     NotificationRequest request{
-        .id = std::string(driftID), .title = {}, .body = {}, .category = std::string(category(style))};
+        .id = std::string(driftID), .title = {}, .body = {}, .category = category(style).id};
     switch (style) {
     case DriftStyle::hidden:
         request.title = "Hid " + name;
