@@ -115,7 +115,7 @@ std::optional<std::string> DesktopEntry::value(std::string_view key) const {
 
 std::optional<bool> DesktopEntry::truth(std::string_view key) const {
     const auto written = value(key);
-    // The digits are what entries held before the specification had words for it.
+    // Old entries hold digits for these words.
     if (written == "true" || written == "1")
         return true;
     if (written == "false" || written == "0")
