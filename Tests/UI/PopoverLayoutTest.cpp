@@ -1,11 +1,19 @@
 #include "PopoverFixture.h"
+#include "Selvane/UI/Popover/HeadStart.h"
 
 #include <QColor>
+#include <QFont>
+
+#include <gmock/gmock.h>
 
 #include <functional>
+#include <set>
+#include <span>
 
 namespace selvane {
 namespace {
+
+using testing::Contains;
 
 constexpr double width = 348;
 constexpr double margin = 16;
@@ -245,6 +253,24 @@ TEST_F(PopoverLayoutTest, NoteWithoutWordsIsNotAnnounced) {
     EXPECT_TRUE(isAnnounced());
     EXPECT_EQ(accessible(QStringLiteral("News is on your distractions list"))->role(),
               QAccessible::StaticText);
+}
+
+TEST_F(PopoverLayoutTest, FontsOfTheHeadStartAreThoseThatAreRead) {
+    model().addTask("Write");
+    model().addTask("Read");
+    settle();
+    std::set<HeadStart::UsedFont> read;
+    for (const QQuickItem* const item : window->contentItem()->findChildren<QQuickItem*>()) {
+        const QVariant font = item->property("font");
+        if (item->isVisible() && font.typeId() == QMetaType::QFont &&
+            !item->property("text").toString().isEmpty())
+            read.insert({font.value<QFont>().weight(), font.value<QFont>().pixelSize()});
+    }
+    const std::span<const HeadStart::UsedFont> known = HeadStart::usedFonts();
+    for (const auto& [weight, size] : read)
+        EXPECT_THAT(known, Contains(HeadStart::UsedFont{weight, size})) << weight << ' ' << size;
+    for (const auto& [weight, size] : known)
+        EXPECT_THAT(read, Contains(HeadStart::UsedFont{weight, size})) << weight << ' ' << size;
 }
 
 } // namespace

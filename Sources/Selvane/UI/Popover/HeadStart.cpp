@@ -2,13 +2,11 @@
 
 #include "Selvane/App/AppSettings.h"
 
-#include <QFont>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QString>
 
 #include <array>
-#include <utility>
 
 namespace selvane {
 
@@ -31,13 +29,6 @@ QUrl faceFile(TimerStyle style) {
     __builtin_unreachable();
 }
 
-/// By weight and size in pixels.
-constexpr std::array usedFonts{
-    std::pair{QFont::Normal, 11},   std::pair{QFont::Normal, 13},   std::pair{QFont::Normal, 14},
-    std::pair{QFont::Medium, 11},   std::pair{QFont::Medium, 12},   std::pair{QFont::Medium, 13},
-    std::pair{QFont::DemiBold, 11}, std::pair{QFont::DemiBold, 12}, std::pair{QFont::DemiBold, 14},
-};
-
 } // namespace
 
 HeadStart::HeadStart(QQmlEngine& engine, const AppSettings& settings)
@@ -48,9 +39,18 @@ QUrl HeadStart::popoverFile() {
     return viewFile("Popover", "Popover");
 }
 
+std::span<const HeadStart::UsedFont> HeadStart::usedFonts() {
+    static constexpr std::array fonts{
+        UsedFont{QFont::Normal, 11},   UsedFont{QFont::Normal, 13},   UsedFont{QFont::Normal, 14},
+        UsedFont{QFont::Medium, 12},   UsedFont{QFont::Medium, 13},   UsedFont{QFont::DemiBold, 11},
+        UsedFont{QFont::DemiBold, 12}, UsedFont{QFont::DemiBold, 13}, UsedFont{QFont::DemiBold, 14},
+    };
+    return fonts;
+}
+
 void HeadStart::findFonts() {
     QFont font = QGuiApplication::font();
-    for (const auto& [weight, size] : usedFonts) {
+    for (const auto& [weight, size] : usedFonts()) {
         font.setWeight(weight);
         font.setPixelSize(size);
         // More than its height: what is needed to place letters beside each other is read with the first

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QFont>
 #include <QQmlComponent>
 #include <QUrl>
+
+#include <span>
 
 class QQmlEngine;
 
@@ -16,6 +19,16 @@ public:
     HeadStart(QQmlEngine& engine, const AppSettings& settings);
 
     [[nodiscard]] static QUrl popoverFile();
+
+    struct UsedFont {
+        QFont::Weight weight;
+        /// Pixels of the window.
+        int size;
+        friend auto operator<=>(const UsedFont&, const UsedFont&) = default;
+    };
+
+    /// Those of the system's font that the first frame is written in.
+    [[nodiscard]] static std::span<const UsedFont> usedFonts();
 
     /// Finds the fonts that the views use and makes them ready, which Qt does only when the first text asks
     /// for them.
