@@ -4,6 +4,7 @@
 #include "Selvane/App/LocalDataLifecycle.h"
 #include "Selvane/App/ReleaseNotes.h"
 #include "Selvane/Platform/Linux/AutostartEntry.h"
+#include "Selvane/Platform/Linux/CurrentDesktop.h"
 #include "Selvane/Platform/Linux/DesktopAppearance.h"
 #include "Selvane/Platform/Linux/FileDefaultsStore.h"
 #include "Selvane/Platform/Linux/FreedesktopNotifications.h"
@@ -196,6 +197,7 @@ int run(QGuiApplication& application, const std::string& startName) {
         .systemSettings = AppPaths::systemSettingsDirectories,
         .program =
             [] { return std::filesystem::path(QCoreApplication::applicationFilePath().toStdString()); },
+        .desktops = currentDesktops,
     });
     LazyAudioOutput audioOutput(installed(SELVANE_PLUGIN_DIRECTORY "/libselvane-audio.so"));
     EndSoundPlayer soundPlayer(audioOutput);

@@ -56,6 +56,7 @@ protected:
 
     TemporaryFolder folder;
     path program;
+    std::vector<std::string> desktops{"ubuntu", "GNOME"};
     FaultyFileSystem files;
     AutostartEntry item{{
         .fileSystem = &files,
@@ -65,6 +66,7 @@ protected:
                 return std::vector{folder.path() / "system", folder.path() / "system2"};
             },
         .program = [this] { return program; },
+        .desktops = [this] { return desktops; },
     }};
 };
 
@@ -103,6 +105,26 @@ TEST_F(AutostartEntryTest, WhatTheUserAddedStays) {
                                "\n# mine\nX-GNOME-Autostart-Delay=20\nName[de]=Uhr\nIcon=com.lorbin.selvane\n"
                                "TryExec=" +
                                program.string() + "\n\n[X-Mine]\nHidden=true\n");
+}
+
+TEST_F(AutostartEntryTest, TheDesktopsThatTheUserChoseStayWhereThisIsOneOfThem) {
+    const std::string chosen = "OnlyShowIn=XFCE;GNOME;\n";
+    haveUserEntry(starting(chosen + "Hidden=true\n"));
+    ASSERT_TRUE(item.registerItem());
+    EXPECT_THAT(userEntry(), HasSubstr("\n" + chosen));
+    desktops = {"KDE"};
+    EXPECT_FALSE(item.isRegistered());
+    ASSERT_TRUE(item.registerItem());
+    EXPECT_TRUE(item.isRegistered());
+    EXPECT_THAT(userEntry(), testing::Not(HasSubstr("OnlyShowIn")));
+}
+
+TEST_F(AutostartEntryTest, ADesktopWithoutANameStartsWhatIsMeantForAll) {
+    desktops = {};
+    haveUserEntry(starting("NotShowIn=GNOME;\n"));
+    EXPECT_TRUE(item.isRegistered());
+    haveUserEntry(starting("OnlyShowIn=GNOME;\n"));
+    EXPECT_FALSE(item.isRegistered());
 }
 
 TEST_F(AutostartEntryTest, AProgramThatHasMovedIsRegisteredWhereItIs) {
@@ -182,11 +204,20 @@ INSTANTIATE_TEST_SUITE_P(
                     Row{"UserProgramInPath", "@TryExec=sh\n", nullptr, true},
                     Row{"UserProgramNotInPath", "@TryExec=there-is-none\n", nullptr, false},
                     Row{"UserFolderForProgram", "@TryExec=/usr\n", nullptr, false},
+                    Row{"UserOnlyHere", "@OnlyShowIn=XFCE;GNOME;\n", nullptr, true},
+                    Row{"UserOnlyHereWithoutLastSemicolon", "@OnlyShowIn=XFCE;GNOME\n", nullptr, true},
+                    Row{"UserOnlyElsewhere", "@OnlyShowIn=XFCE;\n", nullptr, false},
+                    Row{"UserOnlyWhereTheNameIsLonger", "@OnlyShowIn=GNOME-Classic;\n", nullptr, false},
+                    Row{"UserOnlyNowhere", "@OnlyShowIn=\n", nullptr, false},
+                    Row{"UserNotHere", "@NotShowIn=KDE;GNOME;\n", nullptr, false},
+                    Row{"UserNotElsewhere", "@NotShowIn=KDE;XFCE;\n", nullptr, true},
+                    Row{"UserFirstNameDecides", "@OnlyShowIn=GNOME;\nNotShowIn=ubuntu;\n", nullptr, false},
                     Row{"UserEmpty", "", nullptr, false},
                     Row{"UserWithoutCommand", "[Desktop Entry]\nName=x\n", nullptr, false},
                     Row{"UserOtherGroup", "[Other]\nExec=sh\n", nullptr, false},
                     Row{"System", nullptr, "@", true}, Row{"SystemHidden", nullptr, "@Hidden=true\n", false},
                     Row{"SystemSwitchedOff", nullptr, "@X-GNOME-Autostart-enabled=false\n", false},
+                    Row{"SystemOnlyElsewhere", nullptr, "@OnlyShowIn=XFCE;\n", false},
                     Row{"UserHidesSystem", "@Hidden=true\n", "@", false},
                     Row{"UserOverridesHiddenSystem", "@", "@Hidden=true\n", true}),
     [](const auto& test) { return test.param.name; });

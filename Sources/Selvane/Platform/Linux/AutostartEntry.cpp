@@ -24,6 +24,8 @@ constexpr std::size_t largestEntry = std::size_t{1} << 20;
 
 constexpr std::string_view hidden = "Hidden";
 constexpr std::string_view switchedOn = "X-GNOME-Autostart-enabled";
+constexpr std::string_view onlyShowIn = "OnlyShowIn";
+constexpr std::string_view notShowIn = "NotShowIn";
 
 Path entryIn(const Path& settings) {
     return settings / "autostart" / fileName;
@@ -45,6 +47,18 @@ bool isInstalled(const std::string& program) {
         rest.remove_prefix(std::min(rest.size(), folder.size() + 1));
         if (isExecutable(Path(folder) / program))
             return true;
+    }
+    return false;
+}
+
+/// Whether a list, whose names end with semicolons, has that name.
+bool lists(const std::optional<std::string>& list, std::string_view name) {
+    std::string_view rest = list ? std::string_view(*list) : "";
+    while (!rest.empty()) {
+        const std::string_view entry = rest.substr(0, rest.find(';'));
+        if (entry == name)
+            return true;
+        rest.remove_prefix(std::min(rest.size(), entry.size() + 1));
     }
     return false;
 }
@@ -76,7 +90,21 @@ bool AutostartEntry::starts(const DesktopEntry& entry) const {
     if (entry.truth(hidden).value_or(false) || !entry.truth(switchedOn).value_or(true))
         return false;
     const auto needed = entry.value("TryExec");
-    return entry.value("Exec").has_value() && (!needed || needed->empty() || isInstalled(*needed));
+    return entry.value("Exec").has_value() && (!needed || needed->empty() || isInstalled(*needed)) &&
+           isForThisDesktop(entry);
+}
+
+bool AutostartEntry::isForThisDesktop(const DesktopEntry& entry) const {
+    const auto only = entry.value(onlyShowIn);
+    const auto except = entry.value(notShowIn);
+    // Of the desktop's names the first that either list has decides.
+    for (const std::string& desktop : _environment.desktops()) {
+        if (lists(only, desktop))
+            return true;
+        if (lists(except, desktop))
+            return false;
+    }
+    return !only;
 }
 
 bool AutostartEntry::isRegisteredBySystem() const {
@@ -117,6 +145,10 @@ LoginItem::Outcome AutostartEntry::registerItem() {
     entry.remove(hidden);
     if (entry.value(switchedOn))
         entry.set(switchedOn, "true");
+    if (!isForThisDesktop(entry)) {
+        entry.remove(onlyShowIn);
+        entry.remove(notShowIn);
+    }
     return entry.text() == before ? Outcome() : save(entry);
 }
 
