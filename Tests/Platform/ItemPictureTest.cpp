@@ -7,18 +7,23 @@
 
 #include <algorithm>
 #include <memory>
+#include <string>
 
 namespace selvane::test {
 namespace {
 
-using Company = ItemPicture::Company;
+using Company = ItemLook::Company;
 
 constexpr std::uint32_t imageColor = 0xff112233;
 constexpr std::uint32_t wordColor = 0xff445566;
 
 class ItemPictureTest : public testing::Test {
 protected:
-    ItemPictureTest() { picture.setImage(std::make_shared<PlainImage>(imageColor, 0)); }
+    ItemPictureTest() { show("", Company::image); }
+
+    void show(const std::string& title, Company company) {
+        picture.setLook({std::make_shared<PlainImage>(imageColor, 0), Ink::dark, title, company});
+    }
 
     static std::uint32_t at(const Picture& picture, int x, int y) {
         return picture.argb.at(static_cast<std::size_t>(y * picture.width + x));
@@ -37,7 +42,7 @@ TEST_F(ItemPictureTest, WithoutATitleItIsSquare) {
 }
 
 TEST_F(ItemPictureTest, TitleStandsAfterTheImageAndABlank) {
-    picture.setTitle("24:59", Company::image);
+    show("24:59", Company::image);
     EXPECT_EQ(picture.titledWidth(20), 20 + 6 * 10);
     const Picture both = picture.drawTitled(20, Ink::dark);
     EXPECT_EQ(titles.drawn, " 24:59");
@@ -53,7 +58,7 @@ TEST_F(ItemPictureTest, TitleStandsAfterTheImageAndABlank) {
 }
 
 TEST_F(ItemPictureTest, TitleAloneHasNoBlank) {
-    picture.setTitle("24:59", Company::nothing);
+    show("24:59", Company::nothing);
     EXPECT_EQ(picture.titledWidth(20), 5 * 10);
     const Picture words = picture.drawTitled(20, Ink::dark);
     EXPECT_EQ(titles.drawn, "24:59");
@@ -64,7 +69,7 @@ TEST_F(ItemPictureTest, TitleAloneHasNoBlank) {
 TEST_F(ItemPictureTest, WithoutAnImageThereIsNoneToShow) {
     ItemPicture empty(titles);
     EXPECT_TRUE(empty.drawImage(20, Ink::dark).argb.empty());
-    empty.setTitle("1:00", Company::image);
+    empty.setLook({nullptr, Ink::dark, "1:00", Company::image});
     EXPECT_EQ(empty.titledWidth(20), 4 * 10);
 }
 

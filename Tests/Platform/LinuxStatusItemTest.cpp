@@ -2,6 +2,7 @@
 
 #include "FakeNotifierPanel.h"
 #include "PlainImage.h"
+#include "Selvane/Platform/InkColor.h"
 #include "Selvane/Platform/Linux/LinuxAttentionSignal.h"
 #include "Selvane/Platform/Linux/LinuxProcessActivity.h"
 #include "Support/FakeAppearance.h"
@@ -25,6 +26,7 @@ using testing::ElementsAre;
 constexpr std::uint32_t darkInk = 0xff2040c0;
 constexpr std::uint32_t lightInk = 0xfff0e080;
 constexpr std::uint32_t lightWords = 0x60f0c0;
+constexpr std::uint32_t badgeInk = inkColor(Ink::light);
 
 class LinuxStatusItemTest : public testing::Test {
 protected:
@@ -59,10 +61,11 @@ protected:
             .toBool();
     }
 
+    /// Once the tray has granted the width that the item wishes for, which depends on the tray's height.
     bool isInTray(std::uint32_t color = lightInk) {
         return waitUntil([&] {
             const auto place = _item->anchor().icon;
-            return place && _desktop->shows(*place, color & 0xffffffU);
+            return place && place->width >= place->height && _desktop->shows(*place, color & 0xffffffU);
         });
     }
 
@@ -168,14 +171,32 @@ TEST_F(LinuxStatusItemTest, AClickIsTheAttentionThatWasAskedFor) {
     EXPECT_EQ(_panel.count("NewStatus"), 2);
 }
 
-TEST_F(LinuxStatusItemTest, ASignalInATrayIsHarmless) {
+TEST_F(LinuxStatusItemTest, InATrayTheItemIsABadgeForAMoment) {
+    make(x11());
+    LinuxAttentionSignal signal(*_item, _scheduler);
+    signal.perform();
+    _desktop->startTray();
+    ASSERT_TRUE(isInTray(badgeInk)) << "a tray that comes meanwhile shows it too";
+    EXPECT_FALSE(_desktop->shows(*_item->anchor().icon, lightInk & 0xffffffU));
+    _scheduler.advance(Seconds{3.9});
+    _item->setContent({_image, "24:59"});
+    EXPECT_TRUE(isInTray(badgeInk)) << "whatever it shows";
+    _scheduler.advance(Seconds{0.1});
+    ASSERT_TRUE(isInTray());
+    EXPECT_FALSE(_desktop->shows(*_item->anchor().icon, badgeInk));
+}
+
+TEST_F(LinuxStatusItemTest, AClickInATrayIsTheAttentionThatWasAskedFor) {
     make(x11());
     _desktop->startTray();
     ASSERT_TRUE(isInTray());
     LinuxAttentionSignal signal(*_item, _scheduler);
     signal.perform();
-    _scheduler.advance(Seconds{10});
+    ASSERT_TRUE(isInTray(badgeInk));
+    _desktop->click(_item->anchor().icon.value(), 1);
     EXPECT_TRUE(isInTray());
+    EXPECT_EQ(_activations.size(), 1);
+    EXPECT_FALSE(_desktop->shows(*_item->anchor().icon, badgeInk));
 }
 
 TEST_F(LinuxStatusItemTest, WithoutAnImageTheLastOneStays) {

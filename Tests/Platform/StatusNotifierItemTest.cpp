@@ -10,12 +10,13 @@
 
 #include <map>
 #include <memory>
+#include <utility>
 
 namespace selvane::test {
 namespace {
 
 using testing::ElementsAre;
-using Company = ItemPicture::Company;
+using Company = ItemLook::Company;
 
 class StatusNotifierItemTest : public testing::Test {
 protected:
@@ -26,6 +27,17 @@ protected:
         ASSERT_TRUE(waitUntil([&] { return _panel.registered.size() == 1; }));
     }
 
+    void setImage(std::shared_ptr<const TemplateImage> image, Ink ink) {
+        _look.image = std::move(image);
+        _look.ink = ink;
+        _item->setLook(_look);
+    }
+    void setLabel(const std::string& label, Company company) {
+        _look.title = label;
+        _look.company = company;
+        _item->setLook(_look);
+    }
+
     /// Everything that the item sent before has arrived when this returns.
     void flush() { _panel.hearAll(_itemBus); }
 
@@ -34,6 +46,7 @@ protected:
     FakeNotifierPanel _panel{_bus.connect()};
     QDBusConnection _itemBus = _bus.connect();
     std::unique_ptr<StatusNotifierItem> _item = std::make_unique<StatusNotifierItem>(_itemBus, _titles);
+    ItemLook _look;
     std::vector<int> _chosen;
 };
 
@@ -69,7 +82,7 @@ TEST_F(StatusNotifierItemTest, ScreenReadersAreToldTheWords) {
 
 TEST_F(StatusNotifierItemTest, PicturesAreInNetworkByteOrder) {
     const auto image = std::make_shared<PlainImage>(0x40102030, 0x80ffeedd);
-    _item->setImage(image, Ink::dark);
+    setImage(image, Ink::dark);
     EXPECT_EQ(image->drawings, 0);
     const auto pixmaps = qdbus_cast<NotifierPixmapList>(_panel.property("IconPixmap"));
     EXPECT_EQ(image->drawings, pixmaps.size());
@@ -82,14 +95,14 @@ TEST_F(StatusNotifierItemTest, PicturesAreInNetworkByteOrder) {
         EXPECT_EQ(pixmap.bytes.last(4), QByteArray("\x40\x10\x20\x30"));
     }
     EXPECT_THAT(sides, ElementsAre(16, 22, 24, 32, 48, 64));
-    _item->setImage(image, Ink::light);
+    setImage(image, Ink::light);
     EXPECT_EQ(qdbus_cast<NotifierPixmapList>(_panel.property("IconPixmap")).front().bytes.first(4),
               QByteArray("\x80\xff\xee\xdd"));
 }
 
 TEST_F(StatusNotifierItemTest, AsksForAttentionWithTheSamePicture) {
     const auto image = std::make_shared<PlainImage>(0x40102030, 0x80ffeedd);
-    _item->setImage(image, Ink::dark);
+    setImage(image, Ink::dark);
     _item->setNeedsAttention(true);
     ASSERT_TRUE(waitUntil([&] { return _panel.count("NewStatus") == 1; }));
     EXPECT_EQ(_panel.lastArguments, QVariantList{QStringLiteral("NeedsAttention")});
@@ -100,7 +113,7 @@ TEST_F(StatusNotifierItemTest, AsksForAttentionWithTheSamePicture) {
     ASSERT_EQ(pixmaps.size(), usual.size());
     EXPECT_EQ(pixmaps.front().bytes, usual.front().bytes);
 
-    _item->setImage(image, Ink::light);
+    setImage(image, Ink::light);
     ASSERT_TRUE(waitUntil([&] { return _panel.count("NewAttentionIcon") == 2; }));
 
     _item->setNeedsAttention(false);
@@ -129,8 +142,8 @@ TEST_F(StatusNotifierItemTest, AnEqualValueIsNotToldAgain) {
     _panel.setShowsLabels(true);
     ASSERT_TRUE(waitUntil([&] { return _panel.count("XAyatanaNewLabel") == 1; }));
     for (int round = 0; round < 3; ++round) {
-        _item->setImage(image, Ink::dark);
-        _item->setLabel("24:59", Company::image);
+        setImage(image, Ink::dark);
+        setLabel("24:59", Company::image);
         _item->setToolTip("Focus");
         _item->setMenu(menu);
     }
@@ -139,15 +152,15 @@ TEST_F(StatusNotifierItemTest, AnEqualValueIsNotToldAgain) {
     EXPECT_EQ(_panel.count("NewToolTip"), 1);
     EXPECT_EQ(_panel.count("LayoutUpdated"), 1);
     EXPECT_EQ(_panel.count("XAyatanaNewLabel"), 2);
-    _item->setImage(image, Ink::light);
+    setImage(image, Ink::light);
     flush();
     EXPECT_EQ(_panel.count("NewIcon"), 2);
 }
 
 TEST_F(StatusNotifierItemTest, PanelsThatMakePicturesSquareGetNoWords) {
-    _item->setImage(std::make_shared<PlainImage>(0xff000000, 0xffffffff), Ink::dark);
-    _item->setLabel("24:59", Company::image);
-    _item->setLabel("24:58", Company::image);
+    setImage(std::make_shared<PlainImage>(0xff000000, 0xffffffff), Ink::dark);
+    setLabel("24:59", Company::image);
+    setLabel("24:58", Company::image);
     flush();
     EXPECT_EQ(_panel.count("NewIcon"), 1);
     for (const NotifierPixmap& pixmap : qdbus_cast<NotifierPixmapList>(_panel.property("IconPixmap")))
@@ -156,8 +169,8 @@ TEST_F(StatusNotifierItemTest, PanelsThatMakePicturesSquareGetNoWords) {
 
 TEST_F(StatusNotifierItemTest, APanelThatKeepsTheirShapeGetsTheWordsInThePicture) {
     const KnownHost waybar(_bus.connect(), "waybar");
-    _item->setImage(std::make_shared<PlainImage>(0xff112233, 0), Ink::dark);
-    _item->setLabel("24:59", Company::image);
+    setImage(std::make_shared<PlainImage>(0xff112233, 0), Ink::dark);
+    setLabel("24:59", Company::image);
     ASSERT_TRUE(waitUntil([&] { return _panel.count("NewIcon") == 2; })) << "once it is known";
     auto pixmaps = qdbus_cast<NotifierPixmapList>(_panel.property("IconPixmap"));
     ASSERT_EQ(pixmaps.size(), 1);
@@ -166,14 +179,27 @@ TEST_F(StatusNotifierItemTest, APanelThatKeepsTheirShapeGetsTheWordsInThePicture
     EXPECT_EQ(pixmaps[0].bytes.size(), pixmaps[0].width * pixmaps[0].height * 4);
     EXPECT_EQ(_titles.drawn, " 24:59");
 
-    _item->setLabel("24:58", Company::nothing);
+    setLabel("24:58", Company::nothing);
     ASSERT_TRUE(waitUntil([&] { return _panel.count("NewIcon") == 3; })) << "each change is told";
     pixmaps = qdbus_cast<NotifierPixmapList>(_panel.property("IconPixmap"));
     EXPECT_EQ(pixmaps.value(0).width, 5 * 24);
 
-    _item->setLabel("", Company::image);
+    setLabel("", Company::image);
     ASSERT_TRUE(waitUntil([&] { return _panel.count("NewIcon") == 4; }));
     EXPECT_EQ(qdbus_cast<NotifierPixmapList>(_panel.property("IconPixmap")).size(), 6);
+}
+
+TEST_F(StatusNotifierItemTest, AnImageAndWordsThatChangeTogetherAreToldOnce) {
+    const KnownHost waybar(_bus.connect(), "waybar");
+    const auto image = std::make_shared<PlainImage>(0xff112233, 0);
+    _item->setLook({image, Ink::dark, "25:00", Company::image});
+    ASSERT_TRUE(waitUntil([&] { return _panel.count("NewIcon") == 2; })) << "again once it is known";
+    _item->setLook({std::make_shared<PlainImage>(0xff445566, 0), Ink::dark, "24:59", Company::image});
+    flush();
+    EXPECT_EQ(_panel.count("NewIcon"), 3);
+    EXPECT_EQ(qdbus_cast<NotifierPixmapList>(_panel.property("IconPixmap")).value(0).bytes.first(4),
+              QByteArray("\xff\x44\x55\x66"));
+    EXPECT_EQ(_titles.drawn, " 24:59");
 }
 
 TEST_F(StatusNotifierItemTest, TheTooltipIsToldAgainOnceItWasRead) {
@@ -196,30 +222,30 @@ TEST_F(StatusNotifierItemTest, APanelThatLostAMessageHearsOfTheTooltipLater) {
 }
 
 TEST_F(StatusNotifierItemTest, TheLabelComesWithAGuide) {
-    _item->setLabel("04:59", Company::image);
+    setLabel("04:59", Company::image);
     EXPECT_EQ(_panel.property("XAyatanaLabel"), QStringLiteral("04:59"));
     EXPECT_EQ(_panel.property("XAyatanaLabelGuide"), QStringLiteral("00:00"));
-    _item->setLabel("", Company::image);
+    setLabel("", Company::image);
     EXPECT_EQ(_panel.property("XAyatanaLabel"), QString());
     EXPECT_EQ(_panel.property("XAyatanaLabelGuide"), QString());
 }
 
 TEST_F(StatusNotifierItemTest, APanelThatShowsLabelsHearsOfEachChange) {
-    _item->setLabel("04:59", Company::image);
+    setLabel("04:59", Company::image);
     _panel.setShowsLabels(true);
     ASSERT_TRUE(waitUntil([&] { return _panel.count("XAyatanaNewLabel") == 1; }));
     EXPECT_EQ(_panel.lastArguments, (QVariantList{QStringLiteral("04:59"), QStringLiteral("00:00")}));
-    _item->setLabel("04:58", Company::image);
+    setLabel("04:58", Company::image);
     ASSERT_TRUE(waitUntil([&] { return _panel.count("XAyatanaNewLabel") == 2; }));
     EXPECT_EQ(_panel.lastArguments, (QVariantList{QStringLiteral("04:58"), QStringLiteral("00:00")}));
-    _item->setLabel("", Company::image);
+    setLabel("", Company::image);
     ASSERT_TRUE(waitUntil([&] { return _panel.count("XAyatanaNewLabel") == 3; }));
     EXPECT_EQ(_panel.lastArguments, (QVariantList{QString(), QString()}));
 }
 
 TEST_F(StatusNotifierItemTest, APanelThatShowsNoLabelsIsLeftAloneWithThem) {
-    _item->setLabel("04:59", Company::image);
-    _item->setLabel("04:58", Company::image);
+    setLabel("04:59", Company::image);
+    setLabel("04:58", Company::image);
     flush();
     EXPECT_EQ(_panel.count("XAyatanaNewLabel"), 0);
     EXPECT_EQ(_panel.property("XAyatanaLabel"), QStringLiteral("04:58"));
@@ -229,8 +255,8 @@ TEST_F(StatusNotifierItemTest, APanelThatShowsNoLabelsIsLeftAloneWithThem) {
     _panel.setShowsLabels(false);
     ASSERT_TRUE(waitUntil([&] {
         const auto before = _panel.count("XAyatanaNewLabel");
-        _item->setLabel("another", Company::image);
-        _item->setLabel("04:57", Company::image);
+        setLabel("another", Company::image);
+        setLabel("04:57", Company::image);
         flush();
         return _panel.count("XAyatanaNewLabel") == before;
     }));

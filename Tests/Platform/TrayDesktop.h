@@ -10,6 +10,7 @@
 #include <xcb/xcb.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
@@ -68,6 +69,9 @@ public:
     }
 
     void stopServer() { _server.stop(); }
+    /// The server answers nobody between the two.
+    void freezeServer() const { _server.signal(SIGSTOP); }
+    void thawServer() const { _server.signal(SIGCONT); }
 
     void click(const ScreenRect& area, int button) const {
         QProcess pointer;

@@ -5,6 +5,9 @@
 #include <QtCore/QProcess>
 #include <QtCore/QString>
 
+#include <sys/types.h>
+
+#include <csignal>
 #include <string>
 
 namespace selvane::test {
@@ -32,6 +35,8 @@ public:
 
     /// Empty if the server didn't start.
     [[nodiscard]] const std::string& display() const { return _display; }
+
+    void signal(int number) const { ::kill(static_cast<pid_t>(_server.processId()), number); }
 
     void stop() {
         _server.kill();

@@ -1,11 +1,20 @@
 #include "Selvane/UI/TitleGlyphs.h"
 
+#include <QFont>
+#include <QGuiApplication>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstddef>
 
 namespace selvane {
+
+class TitleGlyphsPeer {
+public:
+    static int fontSearches(const TitleGlyphs& glyphs) { return glyphs._fontSearches; }
+};
+
 namespace {
 
 /// The rows that have ink, from the first to the last.
@@ -55,6 +64,28 @@ TEST(TitleGlyphs, DigitsStandInTheMiddleAndWithinTheHeight) {
         // Text stands on whole pixels, and a round digit reaches a little below its line.
         EXPECT_NEAR(below - above, height / 16.0, 2.1) << height;
     }
+}
+
+TEST(TitleGlyphs, ATimeThatCountsIsMeasuredWithTheSameFont) {
+    const TitleGlyphs glyphs;
+    for (const char* const words : {" 24:59", " 24:58", " 9:57"}) {
+        const Picture picture = glyphs.draw(words, 22, Ink::dark);
+        EXPECT_EQ(picture.width, glyphs.width(words, 22)) << words;
+    }
+    EXPECT_EQ(TitleGlyphsPeer::fontSearches(glyphs), 1);
+    EXPECT_GT(glyphs.width(" 24:59", 44), glyphs.width(" 24:59", 22));
+}
+
+TEST(TitleGlyphs, AnotherFontOfTheApplicationIsUsedAtOnce) {
+    const TitleGlyphs glyphs;
+    const QFont before = QGuiApplication::font();
+    const int width = glyphs.width("24:59", 22);
+    QFont wide = before;
+    wide.setStretch(2 * QFont::Unstretched);
+    QGuiApplication::setFont(wide);
+    EXPECT_GT(glyphs.width("24:59", 22), width * 3 / 2);
+    QGuiApplication::setFont(before);
+    EXPECT_EQ(glyphs.width("24:59", 22), width);
 }
 
 TEST(TitleGlyphs, InkColorsEveryPixel) {

@@ -1,6 +1,6 @@
 #include "Selvane/UI/DialGlyph.h"
 
-#include "Selvane/UI/InkColor.h"
+#include "Selvane/Platform/InkColor.h"
 
 #include <QImage>
 #include <QPainter>

@@ -19,21 +19,16 @@ void paste(const Picture& from, int left, Picture& into) {
 
 } // namespace
 
-void ItemPicture::setTitle(std::string title, Company company) {
-    _title = std::move(title);
-    _company = company;
-}
-
 std::string ItemPicture::words() const {
-    return imageSide(1) > 0 ? " " + _title : _title;
+    return imageSide(1) > 0 ? " " + _look.title : _look.title;
 }
 
 int ItemPicture::imageSide(int height) const {
-    return _image && _company == Company::image ? height : 0;
+    return _look.image && _look.company == ItemLook::Company::image ? height : 0;
 }
 
 int ItemPicture::titledWidth(int height) const {
-    return _title.empty() ? 0 : imageSide(height) + _drawing->width(words(), height);
+    return _look.title.empty() ? 0 : imageSide(height) + _drawing->width(words(), height);
 }
 
 Picture ItemPicture::drawTitled(int height, Ink ink) const {
@@ -48,9 +43,9 @@ Picture ItemPicture::drawTitled(int height, Ink ink) const {
 }
 
 Picture ItemPicture::drawImage(int side, Ink ink) const {
-    if (!_image)
+    if (!_look.image)
         return {};
-    Pixmap pixmap = _image->pixmap(side, ink);
+    Pixmap pixmap = _look.image->pixmap(side, ink);
     return {pixmap.side, pixmap.side, std::move(pixmap.argb)};
 }
 

@@ -1,9 +1,9 @@
 #include "Selvane/Platform/Linux/LinuxStatusItem.h"
 
+#include "Selvane/Platform/Linux/CurrentDesktop.h"
 #include "Selvane/Platform/Linux/StatusNotifierItem.h"
 #include "Selvane/Platform/Linux/XEmbedTray.h"
 
-#include <QtCore/QStringList>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QScreen>
 
@@ -28,8 +28,8 @@ constexpr double tooltipHeight = 16;
 LinuxStatusItem::Desktop LinuxStatusItem::Desktop::current() {
     Desktop desktop;
     desktop.isX11 = QGuiApplication::platformName() == QLatin1String("xcb");
-    const QStringList names = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'));
-    desktop.hasDarkPanel = names.contains(QLatin1String("GNOME"), Qt::CaseInsensitive);
+    const auto names = currentDesktops();
+    desktop.hasDarkPanel = std::ranges::find(names, "GNOME") != names.end();
     desktop.monitors = [] {
         std::vector<Monitor> monitors;
         for (const QScreen* const screen : QGuiApplication::screens()) {
@@ -59,7 +59,7 @@ LinuxStatusItem::LinuxStatusItem(const QDBusConnection& sessionBus, Scheduler& s
         if (onMenuEntry)
             onMenuEntry(id);
     };
-    _appearanceChange = _appearance.changed.subscribe([this] { updateImage(); });
+    _appearanceChange = _appearance.changed.subscribe([this] { updateLook(); });
     // Whoever makes the item sets its callbacks and its content first.
     _scheduler.post(_lifetime.guard([this] { choosePlace(); }));
 }
@@ -72,8 +72,7 @@ void LinuxStatusItem::setContent(const StatusItemContent& content) {
     _content = content;
     if (_content.image != nullptr)
         _image = _content.image;
-    updateImage();
-    updateTitle();
+    updateLook();
 }
 
 void LinuxStatusItem::setAccessibilityLabel(const std::string& label) {
@@ -95,7 +94,10 @@ void LinuxStatusItem::setMenu(const std::vector<StatusMenuEntry>& entries) {
 void LinuxStatusItem::setHighlighted(bool) {}
 
 void LinuxStatusItem::setNeedsAttention(bool needsAttention) {
+    _needsAttention = needsAttention;
     _notifierItem->setNeedsAttention(needsAttention);
+    if (_tray != nullptr)
+        _tray->setNeedsAttention(needsAttention);
 }
 
 StatusItemAnchor LinuxStatusItem::anchor() const {
@@ -145,6 +147,7 @@ void LinuxStatusItem::choosePlace() {
         _tray = std::make_unique<XEmbedTray>(_titles, _desktop.displayName);
         _tray->onAvailabilityChange = [this] { choosePlace(); };
         _tray->onActivate = [this](const StatusItemAnchor& anchor) {
+            setNeedsAttention(false);
             if (onActivate)
                 onActivate(anchor);
         };
@@ -155,8 +158,8 @@ void LinuxStatusItem::choosePlace() {
         _tray->onPointerEnter = [this] { pointerEntered(); };
         _tray->onPointerLeave = [this] { _hover.end(); };
         _tray->setName(_tooltip);
-        updateImage();
-        updateTitle();
+        _tray->setNeedsAttention(_needsAttention);
+        updateLook();
     }
     if (_tray != nullptr && _tray->isAvailable())
         moveTo(Place::tray);
@@ -177,20 +180,15 @@ void LinuxStatusItem::moveTo(Place place) {
         _tray->setShown(true);
 }
 
-void LinuxStatusItem::updateImage() {
+void LinuxStatusItem::updateLook() {
     const Ink ink = _appearance.isDark() ? Ink::light : Ink::dark;
-    _notifierItem->setImage(_image, _desktop.hasDarkPanel ? Ink::light : ink);
-    if (_tray != nullptr)
-        _tray->setImage(_image, ink);
-}
-
-void LinuxStatusItem::updateTitle() {
-    const std::string title = _content.title.value_or(std::string());
-    const auto company =
-        _content.image != nullptr ? ItemPicture::Company::image : ItemPicture::Company::nothing;
-    _notifierItem->setLabel(title, company);
-    if (_tray != nullptr)
-        _tray->setTitle(title, company);
+    ItemLook look{_image, _desktop.hasDarkPanel ? Ink::light : ink, _content.title.value_or(std::string()),
+                  _content.image != nullptr ? ItemLook::Company::image : ItemLook::Company::nothing};
+    _notifierItem->setLook(look);
+    if (_tray == nullptr)
+        return;
+    look.ink = ink;
+    _tray->setLook(std::move(look));
 }
 
 void LinuxStatusItem::pointerEntered() {

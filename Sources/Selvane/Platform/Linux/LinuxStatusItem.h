@@ -25,8 +25,9 @@ class XEmbedTray;
 /// both at once. Panels may come, go and change for as long as the program runs.
 ///
 /// Few panels show words beside an item and none tells whether it does, so an item without an image might not
-/// be seen at all: in the absence of an image the last one stays, except where the words are drawn as a
-/// picture: in trays that grant the width, and in panels that are known to keep a picture's shape.
+/// be seen at all. In the absence of an image the last one stays, unless the words are sure to be seen
+/// because they are drawn: that is so in trays that grant the width and in panels known to keep a picture's
+/// shape.
 class LinuxStatusItem final : public StatusItemHost {
 public:
     struct Desktop {
@@ -55,8 +56,8 @@ public:
     /// Does nothing: no panel can show an item pressed.
     void setHighlighted(bool highlighted) override;
 
-    /// Whether panels are to point the user to the item, until the item is clicked. Trays of X11 screens have
-    /// no means for it.
+    /// Whether the user is to be pointed to the item, until the item is clicked. Panels do so in their own
+    /// way; in a tray the item shows itself as a badge.
     void setNeedsAttention(bool needsAttention);
 
     /// In a tray the place of the window; otherwise where the item was last clicked, if that is known.
@@ -67,8 +68,7 @@ private:
 
     void choosePlace();
     void moveTo(Place place);
-    void updateImage();
-    void updateTitle();
+    void updateLook();
     void pointerEntered();
     void showTooltip();
     void activated(ScreenPoint point);
@@ -81,6 +81,7 @@ private:
     /// The last image that the content had.
     std::shared_ptr<const TemplateImage> _image;
     std::string _tooltip;
+    bool _needsAttention = false;
     std::optional<ScreenPoint> _lastPointer;
     Place _place = Place::nowhere;
     bool _hostIsMissing = false;

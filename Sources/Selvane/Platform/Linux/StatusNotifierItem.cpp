@@ -87,35 +87,27 @@ QString StatusNotifierItem::serviceName() const {
     return QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid());
 }
 
-void StatusNotifierItem::setImage(std::shared_ptr<const TemplateImage> image, Ink ink) {
-    if (_picture.image() == image && _ink == ink)
+void StatusNotifierItem::setLook(ItemLook look) {
+    const ItemLook before = _picture.look();
+    if (before == look)
         return;
-    _picture.setImage(std::move(image));
-    _ink = ink;
-    tellPictureHosts();
-}
-
-void StatusNotifierItem::setLabel(const std::string& label, ItemPicture::Company company) {
-    const bool isEqual = _label == label && _company == company;
-    if (isEqual)
-        return;
-    _label = label;
-    _company = company;
-    _picture.setTitle(label, company);
-    tellLabel();
-    if (!_pictureHosts && !label.empty()) {
+    const bool isNewImage = before.image != look.image || before.ink != look.ink;
+    if (!_pictureHosts && !look.title.empty()) {
         _pictureHosts = std::make_unique<PictureHosts>(_bus);
-        _pictureHosts->onChange = [this] { tellPictureHosts(); };
-    } else if (_pictureHosts && _pictureHosts->keepShape()) {
-        tellPictureHosts();
+        _pictureHosts->onChange = [this] { tellPicture(); };
     }
+    _picture.setLook(std::move(look));
+    if (before.title != _picture.look().title)
+        tellLabel();
+    if (isNewImage || (_pictureHosts && _pictureHosts->keepShape()))
+        tellPicture();
 }
 
 bool StatusNotifierItem::showsTitle() const {
-    return !_label.empty() && _pictureHosts && _pictureHosts->keepShape();
+    return !_picture.look().title.empty() && _pictureHosts && _pictureHosts->keepShape();
 }
 
-void StatusNotifierItem::tellPictureHosts() {
+void StatusNotifierItem::tellPicture() {
     if (!_isShown)
         return;
     Q_EMIT _adaptor->NewIcon();

@@ -36,10 +36,9 @@ public:
     StatusNotifierItem(const QDBusConnection& sessionBus, const TitleDrawing& titles);
     ~StatusNotifierItem() override;
 
-    void setImage(std::shared_ptr<const TemplateImage> image, Ink ink);
-    /// The words beside the image. Panels may ask for them at any time; only those that show them are told of
-    /// changes. For panels that show no words but keep the shape of pictures they are drawn, in that company.
-    void setLabel(const std::string& label, ItemPicture::Company company);
+    /// Panels may ask for the title at any time; only those that show it are told of changes. For panels that
+    /// show no words but keep the shape of pictures it is drawn. However much changes, a panel is told once.
+    void setLook(ItemLook look);
     void setToolTip(const std::string& text);
     void setAccessibleDescription(const std::string& text);
     void setMenu(const std::vector<StatusMenuEntry>& entries);
@@ -68,7 +67,7 @@ private:
     void watcherAppeared();
     void askForHost();
     void tellLabel();
-    void tellPictureHosts();
+    void tellPicture();
     [[nodiscard]] bool showsTitle() const;
     void setWatcher(Watcher watcher);
     void registerWithWatcher();
@@ -78,9 +77,6 @@ private:
     Watcher _watcher = Watcher::unknown;
     bool _isShown = false;
     ItemPicture _picture;
-    Ink _ink = Ink::light;
-    std::string _label;
-    ItemPicture::Company _company = ItemPicture::Company::image;
     std::string _toolTip;
     std::string _accessibleDescription;
     bool _needsAttention = false;

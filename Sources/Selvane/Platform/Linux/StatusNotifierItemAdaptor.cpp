@@ -64,14 +64,14 @@ NotifierPixmapList StatusNotifierItemAdaptor::iconPixmap() const {
     };
     if (_item.showsTitle()) {
         // One is enough for panels that make any size theirs, and they ask for it every second.
-        append(_item._picture.drawTitled(titledHeight, _item._ink));
+        append(_item._picture.drawTitled(titledHeight, _item._picture.look().ink));
         return pixmaps;
     }
-    if (_item._picture.image() == nullptr)
+    if (_item._picture.look().image == nullptr)
         return pixmaps;
     // The sizes of panels from the smallest to two pixels a point; panels scale the nearest one.
     for (const int side : {16, 22, 24, 32, 48, 64})
-        append(_item._picture.drawImage(side, _item._ink));
+        append(_item._picture.drawImage(side, _item._picture.look().ink));
     return pixmaps;
 }
 
@@ -96,11 +96,11 @@ QDBusObjectPath StatusNotifierItemAdaptor::menu() const {
 }
 
 QString StatusNotifierItemAdaptor::label() const {
-    return QString::fromStdString(_item._label);
+    return QString::fromStdString(_item._picture.look().title);
 }
 
 QString StatusNotifierItemAdaptor::labelGuide() const {
-    return _item._label.empty() ? QString() : QStringLiteral("00:00");
+    return _item._picture.look().title.empty() ? QString() : QStringLiteral("00:00");
 }
 
 void StatusNotifierItemAdaptor::Activate(int x, int y) {

@@ -1,5 +1,6 @@
 #include "Selvane/Platform/Linux/XEmbedTray.h"
 
+#include "Selvane/Platform/Linux/Badge.h"
 #include "Selvane/Platform/Linux/TooltipPlace.h"
 #include "Selvane/Platform/Linux/X11Windows.h"
 #include "Selvane/Platform/Linux/XcbReply.h"
@@ -92,25 +93,20 @@ public:
 
     [[nodiscard]] bool isAvailable() const { return _tray != XCB_NONE; }
 
-    void setImage(std::shared_ptr<const TemplateImage> image, Ink fallbackInk) {
-        if (_picture.image() == image && _fallbackInk == fallbackInk)
+    void setLook(ItemLook look) {
+        const ItemLook& before = _picture.look();
+        if (before == look)
             return;
-        _picture.setImage(std::move(image));
-        _fallbackInk = fallbackInk;
-        draw();
-        handleLater();
-    }
-
-    void setTitle(const std::string& title, ItemPicture::Company company) {
-        if (_title == title && _company == company)
-            return;
-        _title = title;
-        _company = company;
-        _picture.setTitle(title, company);
+        const bool isNewImage = before.image != look.image || before.ink != look.ink;
+        _picture.setLook(std::move(look));
         if (_window != XCB_NONE)
             wishSize();
-        draw();
-        handleLater();
+        draw(isNewImage ? Ground::read : Ground::known);
+    }
+
+    void setNeedsAttention(bool needsAttention) {
+        if (std::exchange(_needsAttention, needsAttention) != needsAttention)
+            draw(Ground::known);
     }
 
     void setName(const std::string& name) {
@@ -310,7 +306,10 @@ private:
 
     /// Trays that take a window's wish for its size would make it one pixel wide without this.
     void wishSize() {
-        const int width = std::max<int>(smallestSide, _picture.titledWidth(_height));
+        const int titledWidth = _picture.titledWidth(imageSide());
+        // As much is left beside the drawing as above and below it.
+        const int drawnWidth = titledWidth > 0 ? titledWidth : imageSide();
+        const int width = std::max<int>(smallestSide, drawnWidth + _height - imageSide());
         if (std::exchange(_wishedWidth, width) == width)
             return;
         std::array<std::uint32_t, 18> sizeHints{};
@@ -355,14 +354,26 @@ private:
 
     // Drawing
 
-    void draw() {
+    /// What the tray painted below the window is asked for when it may have changed, which the server tells,
+    /// and now and then besides.
+    enum class Ground { known, read };
+
+    /// The image within a margin that other icons have too, unless the tray is low. The same whatever the
+    /// item shows, so that the image doesn't change its size.
+    [[nodiscard]] int imageSide() const {
+        return std::min<int>(_height, std::max<int>(smallestSide, sideOnBadge()));
+    }
+    [[nodiscard]] int sideOnBadge() const { return _height - 2 * ((_height * 5 + 32) / 64); }
+
+    void draw(Ground ground = Ground::read) {
         if (_window == XCB_NONE || !_isMapped || _visual == nullptr)
             return;
         const std::size_t count = std::size_t{_width} * _height;
         std::vector<std::uint32_t> pixels(count, 0);
         const std::uint8_t depth = _hasAlpha ? std::uint8_t{32} : _screen->root_depth;
         if (!_hasAlpha) {
-            readGround(count);
+            if (ground == Ground::read || _ground.size() != count)
+                readGround(count);
             if (_ground.size() != count)
                 return;
             pixels = _ground;
@@ -383,6 +394,7 @@ private:
         const XcbReply<xcb_get_image_reply_t> image(xcb_get_image_reply(
             _xcb, xcb_get_image(_xcb, XCB_IMAGE_FORMAT_Z_PIXMAP, _window, 0, 0, _width, _height, ~0U),
             nullptr));
+        handleLater();
         if (image == nullptr ||
             static_cast<std::size_t>(xcb_get_image_data_length(image.get())) < count * sizeof(std::uint32_t))
             return;
@@ -393,9 +405,12 @@ private:
 
     /// With the title where it fits, which it does in a tray that granted the window's wish.
     [[nodiscard]] Picture drawn(Ink ink) const {
-        const int titledWidth = _picture.titledWidth(_height);
-        return titledWidth > 0 && titledWidth <= _width ? _picture.drawTitled(_height, ink)
-                                                        : _picture.drawImage(std::min(_width, _height), ink);
+        const int side = _needsAttention ? sideOnBadge() : imageSide();
+        const int titledWidth = _picture.titledWidth(side);
+        const Picture picture = titledWidth > 0 && titledWidth <= _width
+                                    ? _picture.drawTitled(side, ink)
+                                    : _picture.drawImage(std::min<int>(_width, side), ink);
+        return _needsAttention ? badge(picture, _width, _height, ink) : picture;
     }
 
     void blend(std::vector<std::uint32_t>& pixels) const {
@@ -426,7 +441,7 @@ private:
         if (_trayInk)
             return *_trayInk;
         if (_hasAlpha)
-            return _fallbackInk;
+            return _picture.look().ink;
         std::uint64_t sum = 0;
         for (const std::uint32_t pixel : ground)
             sum += luma(Channel(_visual->red_mask).take(pixel), Channel(_visual->green_mask).take(pixel),
@@ -668,10 +683,8 @@ private:
 
     bool _isShown = false;
     ItemPicture _picture;
-    std::string _title;
-    ItemPicture::Company _company = ItemPicture::Company::image;
+    bool _needsAttention = false;
     std::string _name;
-    Ink _fallbackInk = Ink::light;
 
     xcb_window_t _tray = XCB_NONE;
     std::optional<Ink> _trayInk;
@@ -700,12 +713,12 @@ bool XEmbedTray::isAvailable() const {
     return _connection->isAvailable();
 }
 
-void XEmbedTray::setImage(std::shared_ptr<const TemplateImage> image, Ink fallbackInk) {
-    _connection->setImage(std::move(image), fallbackInk);
+void XEmbedTray::setLook(ItemLook look) {
+    _connection->setLook(std::move(look));
 }
 
-void XEmbedTray::setTitle(const std::string& title, ItemPicture::Company company) {
-    _connection->setTitle(title, company);
+void XEmbedTray::setNeedsAttention(bool needsAttention) {
+    _connection->setNeedsAttention(needsAttention);
 }
 
 void XEmbedTray::setName(const std::string& name) {

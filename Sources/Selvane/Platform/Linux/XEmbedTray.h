@@ -28,11 +28,11 @@ public:
     /// Whether a tray runs. Trays that start later are noticed.
     [[nodiscard]] bool isAvailable() const;
 
-    /// `fallbackInk` is used where the colour of the tray can't be told.
-    void setImage(std::shared_ptr<const TemplateImage> image, Ink fallbackInk);
-
-    /// The words beside the image, or instead of it, where the tray has the room; empty for none.
-    void setTitle(const std::string& title, ItemPicture::Company company);
+    /// The title is shown where the tray has the room for it. The look's ink is used where the colour of the
+    /// tray can't be told. A new title alone is drawn without waiting for the server.
+    void setLook(ItemLook look);
+    /// Whether the item is to catch the eye: it is a badge of its ink then, out of which its drawing is cut.
+    void setNeedsAttention(bool needsAttention);
     /// What the window is called as long as it lies in the tray, for whatever reads the screen. At first it
     /// has the program's own name, by which trays remember where their user put it.
     void setName(const std::string& name);
