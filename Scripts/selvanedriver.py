@@ -21,7 +21,7 @@ class Selvane:
         self.desktop = desktop
         self.binary = pathlib.Path(binary).resolve()
         self.dial = None
-        self._bare_tray = None
+        self._bare_trays = {}
         self._starts = 0
 
     @property
@@ -80,8 +80,8 @@ class Selvane:
         """Starts the program, and waits for the dial where there is a tray."""
         if not self.binary.exists():
             raise Failure(f"there is no program {self.binary}; build it first")
-        if self.desktop.tray and not self._bare_tray:
-            self._bare_tray = self.desktop.settled_picture(self.desktop.tray_area)
+        if self.desktop.tray and self.desktop.tray not in self._bare_trays:
+            self.remember_bare_tray()
         if self.desktop.tray:
             self._launch()
             self.find_dial()
@@ -132,6 +132,14 @@ class Selvane:
         return True
 
     # The dial
+
+    def remember_bare_tray(self):
+        """Notes how the desktop's tray of now looks without a dial, by which the dial is found in it."""
+        self._bare_trays[self.desktop.tray] = self.desktop.settled_picture(self.desktop.tray_area)
+
+    @property
+    def _bare_tray(self):
+        return self._bare_trays[self.desktop.tray]
 
     def find_dial(self):
         """Waits until the tray shows more than it did before the program ran, and remembers where."""

@@ -1,7 +1,7 @@
 """A Wayland desktop without a screen: sway with waybar, private as the X11 desktop of `virtualdesktop` is.
 
-sway runs here without any input device. Keys come from a virtual keyboard; there is no pointer, so that a click on
-the dial is replaced by what waybar does when it gets one. Needs the packages of the group `virtual`.
+sway runs here without any input device: keys come from a virtual keyboard, clicks from a virtual mouse. Needs the
+packages of the group `virtual`.
 """
 
 import json
@@ -10,11 +10,12 @@ import pathlib
 import shutil
 import subprocess
 import tempfile
+import time
 
-import dbus.lowlevel
 from PIL import Image
 
-from virtualdesktop import Area, Desktop, Failure, TRAY_HEIGHT, wait
+from virtualdesktop import Area, Desktop, TRAY_HEIGHT, wait
+from waylandpointer import WaylandPointer
 
 NOBODY = 65534
 
@@ -30,6 +31,8 @@ window#waybar {{ background: {ground}; }}
 
 class WaylandDesktop(Desktop):
     """As `Desktop`, with its `tray` "notifier" or None, on that `edge`."""
+
+    _pointer = None
 
     def _make_environment(self):
         environment = super()._make_environment()
@@ -53,6 +56,8 @@ class WaylandDesktop(Desktop):
         sockets = wait("sway", lambda: self._sockets() if self._check_sway() else None)
         self.environment["SWAYSOCK"], self.environment["WAYLAND_DISPLAY"] = (str(path) for path in sockets)
         wait("the screen", lambda: self._ask("get_outputs"))
+        # Before any program, since programs need a moment to take notice of it.
+        self._pointer = WaylandPointer(self.environment["WAYLAND_DISPLAY"], (width, height))
 
     def _check_sway(self):
         self._check_alive("sway")
@@ -64,6 +69,8 @@ class WaylandDesktop(Desktop):
         return (commands[0], displays[0]) if commands and displays else None
 
     def _end(self, failed):
+        if self._pointer:
+            self._pointer.close()
         super()._end(failed)
         shutil.rmtree(self._sway_folder, ignore_errors=True)
 
@@ -130,17 +137,13 @@ class WaylandDesktop(Desktop):
     # Acting
 
     def click(self, x, y, button=1, held=0.03):
-        """The click on an item, told as waybar tells it: with the place within the item."""
-        names = [name for name in self.bus.list_names() if name.startswith("org.kde.StatusNotifierItem-")]
-        if not names:
-            raise Failure("there is no item to click")
-        method = {1: "Activate", 2: "SecondaryActivate", 3: "ContextMenu"}[button]
-        message = dbus.lowlevel.MethodCallMessage(names[0], "/StatusNotifierItem", "org.kde.StatusNotifierItem",
-                                                  method)
-        message.append(5, 5, signature="ii")
-        message.set_no_reply(True)
-        self.bus.send_message(message)
-        self.bus.flush()
+        self.move(x, y)
+        for is_down in (True, False):
+            self._pointer.press(button, is_down)
+            time.sleep(held)
+
+    def move(self, x, y):
+        self._pointer.move(x, y)
 
     def key(self, combination):
         *modifiers, last = combination.split("+")

@@ -50,6 +50,26 @@ def test_edge(edge, program):
         check_equal(selvane.quit(), 0, "exit status after quitting by the keyboard")
 
 
+def test_clicks(program):
+    with WaylandDesktop(tray="notifier", dark=False) as desktop:
+        selvane = Selvane(desktop, program)
+        selvane.start()
+        selvane.click_dial()
+        selvane.wait_for_panel()
+        check(True, "a click on the bar's dial opens the panel")
+        selvane.click_dial()
+        selvane.wait_for_no_panel()
+        check(selvane.stays_closed(), "another one closes it")
+        selvane.click_dial()
+        selvane.wait_for_panel()
+        desktop.click(200, 600)
+        selvane.wait_for_no_panel()
+        check(selvane.stays_closed(), "so does a click beside it")
+        selvane.click_dial()
+        selvane.wait_for_panel()
+        check_equal(selvane.quit(), 0, "exit status after clicks")
+
+
 def test_bar(program):
     with WaylandDesktop(tray="notifier", dark=False) as desktop:
         selvane = Selvane(desktop, program)
@@ -81,6 +101,7 @@ def test_without_bar(program):
 
 def main(program):
     try:
+        test_clicks(program)
         test_bar(program)
         for edge in ("top", "bottom", "left", "right"):
             test_edge(edge, program)
