@@ -3,7 +3,7 @@
 #include <string_view>
 
 /// Failures that the user can't act on, each as one plain line that begins "Selvane: ". Any thread; nothing
-/// here fails or waits for anybody.
+/// here fails, nor waits for anybody but whoever reads standard error.
 namespace selvane::Log {
 
 /// Writes the line to standard error. Line breaks and other control characters in `message` become blanks.
