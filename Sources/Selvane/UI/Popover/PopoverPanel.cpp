@@ -153,7 +153,8 @@ void PopoverPanel::layOutLists() {
     if (!root || std::exchange(_listsAreLaidOut, true))
         return;
     for (QQuickItem* const item : root->findChildren<QQuickItem*>()) {
-        if (item->inherits("QQuickItemView"))
+        // What all views of lists offer.
+        if (item->metaObject()->indexOfMethod("positionViewAtIndex(int,int)") >= 0)
             item->ensurePolished();
     }
 }
