@@ -17,8 +17,8 @@ namespace {
 
 std::atomic<const char*> journal = nullptr;
 
-/// Whether standard error is the stream of which the service manager said that it leads to the journal. It
-/// may have been redirected since.
+/// Whether standard error is the stream of which the service manager said that it leads to the journal, and
+/// was not redirected since.
 bool isStandardErrorTheJournal() {
     const char* const stream = std::getenv("JOURNAL_STREAM");
     struct stat status {};
@@ -47,7 +47,7 @@ bool send(const char* socket, std::string_view text) {
 /// Whether the journal has the text, so that it is nowhere else to be written.
 bool isInJournal(std::string_view text) {
     const char* const socket = journal;
-    return socket && !isStandardErrorTheJournal() && send(socket, text) && ::isatty(STDERR_FILENO) == 0;
+    return socket && send(socket, text) && ::isatty(STDERR_FILENO) == 0;
 }
 
 } // namespace
@@ -64,7 +64,7 @@ void line(std::string_view message) {
 }
 
 void toJournal(const char* socket) {
-    journal = socket;
+    journal = isStandardErrorTheJournal() ? nullptr : socket;
 }
 
 void toStandardError() {
