@@ -3,6 +3,7 @@
 #include "Selvane/App/EndSoundPlayer.h"
 #include "Selvane/App/LocalDataLifecycle.h"
 #include "Selvane/App/ReleaseNotes.h"
+#include "Selvane/Platform/Linux/ActivationToken.h"
 #include "Selvane/Platform/Linux/AutostartEntry.h"
 #include "Selvane/Platform/Linux/CurrentDesktop.h"
 #include "Selvane/Platform/Linux/DesktopAppearance.h"
@@ -246,6 +247,7 @@ int main(int argc, char* argv[]) {
     }
     selvane::Log::toJournal();
     selvane::preferFramesOfFewWakeUps();
+    selvane::ActivationToken::prepare();
     // Qt takes it out of the environment.
     const char* const startName = std::getenv("DESKTOP_STARTUP_ID");
     const std::string start = startName ? startName : "";

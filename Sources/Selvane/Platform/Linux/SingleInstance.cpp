@@ -1,5 +1,7 @@
 #include "Selvane/Platform/Linux/SingleInstance.h"
 
+#include "Selvane/Platform/Linux/ActivationToken.h"
+
 #include <QtCore/QStringList>
 #include <QtCore/QVariantMap>
 #include <QtDBus/QDBusAbstractAdaptor>
@@ -15,10 +17,8 @@ const auto applicationInterface = QLatin1String("org.freedesktop.Application");
 const auto busName = QLatin1String("org.freedesktop.DBus");
 const auto busPath = QLatin1String("/org/freedesktop/DBus");
 
-/// The user's leave to take the focus, in the platform data of a call and in the environment of a new
-/// process.
+/// The user's leave to take the focus, in the platform data of a call.
 const auto tokenKey = QLatin1String("activation-token");
-constexpr const char* tokenVariable = "XDG_ACTIVATION_TOKEN";
 
 /// The counterpart of X11 in the platform data. It can't be given to Qt, which takes it from the environment
 /// when it connects to the server, and only then.
@@ -35,10 +35,9 @@ public:
 
 public Q_SLOTS:
     void Activate(const QVariantMap& platformData) {
-        // The next window that asks for the focus shows it to the compositor, and takes it away.
-        const QByteArray token = platformData.value(tokenKey).toString().toUtf8();
-        if (!token.isEmpty())
-            qputenv(tokenVariable, token);
+        const std::string token = platformData.value(tokenKey).toString().toStdString();
+        if (!token.empty())
+            ActivationToken::leave(token);
         if (_instance.onActivate)
             _instance.onActivate();
         const std::string start = platformData.value(startKey).toString().toStdString();
@@ -92,8 +91,8 @@ SingleInstance::Claim SingleInstance::claim() {
 
 bool SingleInstance::activateFirst(std::chrono::milliseconds patience) {
     QVariantMap platformData;
-    if (qEnvironmentVariableIsSet(tokenVariable))
-        platformData.insert(tokenKey, qEnvironmentVariable(tokenVariable));
+    if (qEnvironmentVariableIsSet(ActivationToken::variable))
+        platformData.insert(tokenKey, qEnvironmentVariable(ActivationToken::variable));
     auto activate = QDBusMessage::createMethodCall(instanceName, instancePath, applicationInterface,
                                                    QStringLiteral("Activate"));
     activate << platformData;

@@ -1,5 +1,6 @@
 #include "Selvane/Platform/Linux/StatusNotifierItemAdaptor.h"
 
+#include "Selvane/Platform/Linux/ActivationToken.h"
 #include "Selvane/Platform/Linux/DBusMenu.h"
 #include "Selvane/Platform/Linux/StatusNotifierItem.h"
 
@@ -121,8 +122,7 @@ void StatusNotifierItemAdaptor::ContextMenu(int x, int y) {
 void StatusNotifierItemAdaptor::Scroll(int, const QString&) {}
 
 void StatusNotifierItemAdaptor::ProvideXdgActivationToken(const QString& token) {
-    // The next window that asks for the focus shows it to the compositor.
-    qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+    ActivationToken::leave(token.toStdString());
 }
 
 } // namespace selvane
