@@ -9,7 +9,6 @@
 #include "Selvane/Platform/Linux/DesktopAppearance.h"
 #include "Selvane/Platform/Linux/FileDefaultsStore.h"
 #include "Selvane/Platform/Linux/FreedesktopNotifications.h"
-#include "Selvane/Platform/Linux/LazyAudioOutput.h"
 #include "Selvane/Platform/Linux/LinuxAttentionSignal.h"
 #include "Selvane/Platform/Linux/LinuxProcessActivity.h"
 #include "Selvane/Platform/Linux/LinuxScheduler.h"
@@ -18,6 +17,7 @@
 #include "Selvane/Platform/Linux/LoadedPages.h"
 #include "Selvane/Platform/Linux/LocalZone.h"
 #include "Selvane/Platform/Linux/LogindAwayMonitor.h"
+#include "Selvane/Platform/Linux/PulseAudioOutput.h"
 #include "Selvane/Platform/Linux/SingleInstance.h"
 #include "Selvane/Platform/Linux/StartupNotice.h"
 #include "Selvane/Platform/Linux/SwayPlacer.h"
@@ -35,6 +35,8 @@
 #include <QDBusConnection>
 #include <QGuiApplication>
 #include <QLocale>
+
+#include <malloc.h>
 
 #include <array>
 #include <cstdio>
@@ -200,8 +202,16 @@ int run(QGuiApplication& application, const std::string& startName) {
             [] { return std::filesystem::path(QCoreApplication::applicationFilePath().toStdString()); },
         .desktops = currentDesktops,
     });
-    LazyAudioOutput audioOutput(installed(SELVANE_PLUGIN_DIRECTORY "/libselvane-audio.so"));
+    PulseAudioOutput audioOutput(installed(SELVANE_PLUGIN_DIRECTORY "/libselvane-audio.so"));
     EndSoundPlayer soundPlayer(audioOutput);
+    const auto giveBackMemory = [&audioOutput] {
+        // As long as sounds have a thread, it may be loading libraries. Its end gives memory back anyway.
+        if (!audioOutput.isAtRest())
+            return;
+        malloc_trim(0);
+        LoadedPages::giveBack();
+    };
+    audioOutput.onRest = giveBackMemory;
     const std::unique_ptr<WindowPlacer> placer = windowPlacer();
 
     AppDelegate delegate({
@@ -226,7 +236,7 @@ int run(QGuiApplication& application, const std::string& startName) {
         .activations = &activations,
         .programWindows = &programWindows,
         .makePanel = PanelLoader::load,
-        .giveBackMemory = LoadedPages::giveBack,
+        .giveBackMemory = giveBackMemory,
         .placer = placer.get(),
     });
     instance.onActivate = [&delegate] { delegate.applicationShouldHandleReopen(); };

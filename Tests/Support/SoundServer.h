@@ -1,15 +1,17 @@
 #pragma once
 
 #include "Support/EndWithTest.h"
+#include "Support/EnvironmentVariable.h"
 #include "Support/PrivateBus.h"
 #include "Support/TemporaryFolder.h"
 
-#include <QtCore/QByteArray>
 #include <QtCore/QProcess>
+#include <QtCore/QProcessEnvironment>
 #include <QtCore/QStringList>
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace selvane::test {
@@ -17,7 +19,8 @@ namespace selvane::test {
 enum class SoundSystem { pulseAudio, pipeWire };
 
 /// A sound server of the test's own with one device, which nobody hears and which can be recorded. What the
-/// test itself plays goes there, or nowhere as long as the server doesn't run. Ends with the object.
+/// test itself plays goes there, or nowhere as long as the server doesn't run. Ends with the object, which
+/// outlives everything that plays: what libpulse reads in the environment changes with it.
 ///
 ///     SoundServer server(SoundSystem::pulseAudio);
 ///     ASSERT_TRUE(server.start());
@@ -25,18 +28,11 @@ enum class SoundSystem { pulseAudio, pipeWire };
 class SoundServer {
 public:
     explicit SoundServer(SoundSystem system) : _system(system) {
-        qunsetenv("PULSE_SERVER");
-        qputenv("XDG_RUNTIME_DIR", _folder.path().c_str());
-        qputenv("HOME", _folder.path().c_str());
         std::filesystem::permissions(_folder.path(), std::filesystem::perms::owner_all);
     }
     SoundServer(const SoundServer&) = delete;
     SoundServer& operator=(const SoundServer&) = delete;
-    ~SoundServer() {
-        kill();
-        qunsetenv("XDG_RUNTIME_DIR");
-        qputenv("HOME", _home);
-    }
+    ~SoundServer() { kill(); }
 
     /// Where programs look for the server.
     [[nodiscard]] std::filesystem::path socket() const { return _folder.path() / "pulse/native"; }
@@ -52,18 +48,15 @@ public:
                  "module-native-protocol-unix auth-anonymous=1"});
             return waitFor(socket()) && answers();
         case SoundSystem::pipeWire:
-            qputenv("DBUS_SESSION_BUS_ADDRESS", _bus.address().toUtf8());
             run("pipewire", {});
             if (!waitFor(_folder.path() / "pipewire-0"))
                 return false;
             run("wireplumber", {});
             run("pipewire-pulse", {});
-            const bool runs = waitFor(socket()) &&
-                              control({"load-module", "module-null-sink", "sink_name=hall", "rate=48000",
-                                       "format=float32le", "channels=2"}) &&
-                              answers();
-            qunsetenv("DBUS_SESSION_BUS_ADDRESS");
-            return runs;
+            return waitFor(socket()) &&
+                   control({"load-module", "module-null-sink", "sink_name=hall", "rate=48000",
+                            "format=float32le", "channels=2"}) &&
+                   answers();
         }
         return false;
     }
@@ -86,6 +79,9 @@ private:
             arguments.append(QString::fromLatin1(word));
         auto process = std::make_unique<QProcess>();
         endWithTest(*process);
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), _bus.address());
+        process->setProcessEnvironment(environment);
         process->setStandardErrorFile(QProcess::nullDevice());
         process->setStandardOutputFile(QProcess::nullDevice());
         process->start(QString::fromLatin1(program), arguments);
@@ -121,8 +117,10 @@ private:
 
     SoundSystem _system;
     TemporaryFolder _folder;
+    EnvironmentVariable _place{"XDG_RUNTIME_DIR", _folder.path().string()};
+    EnvironmentVariable _home{"HOME", _folder.path().string()};
+    EnvironmentVariable _other{"PULSE_SERVER", std::nullopt};
     PrivateBus _bus;
-    QByteArray _home = qgetenv("HOME");
     std::vector<std::unique_ptr<QProcess>> _processes;
 };
 

@@ -1,8 +1,11 @@
 #include "Selvane/Platform/Linux/PulseAudioOutput.h"
 
-#include "Selvane/Platform/Linux/PulseClient.h"
 #include "SelvaneCore/Log.h"
 
+#include <QtCore/QCoreApplication>
+#include <QtCore/QEvent>
+
+#include <dlfcn.h>
 #include <pthread.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -27,6 +30,8 @@ void refuseSignals() {
 }
 
 } // namespace
+
+PulseAudioOutput::PulseAudioOutput(std::string plugin) : _plugin(std::move(plugin)) {}
 
 PulseAudioOutput::~PulseAudioOutput() {
     {
@@ -59,26 +64,66 @@ void PulseAudioOutput::play(std::shared_ptr<AudioSource> source) {
     _thread = std::thread([this] { work(); });
 }
 
-bool PulseAudioOutput::isConnected() const {
-    const std::lock_guard lock(_mutex);
-    return _wake != -1;
+void PulseAudioOutput::threadEnded() {
+    {
+        const std::lock_guard lock(_mutex);
+        // Another one has begun meanwhile, and will tell its own end.
+        if (_wake != -1)
+            return;
+    }
+    if (!_thread.joinable())
+        return;
+    _thread.join();
+    if (onRest)
+        onRest();
 }
+
+bool PulseAudioOutput::MainThread::event(QEvent* event) {
+    if (event->type() != QEvent::User)
+        return QObject::event(event);
+    _output.threadEnded();
+    return true;
+}
+
+// On the thread
 
 void PulseAudioOutput::work() {
     refuseSignals();
     pthread_setname_np(pthread_self(), "sounds");
+    const RunAudioClient runClient = loadedClient();
     while (true) {
+        if (runClient == nullptr)
+            takeSources().clear();
         int descriptor = -1;
         {
             const std::lock_guard lock(_mutex);
             if (_isEnding || _sources.empty()) {
                 close(std::exchange(_wake, -1));
-                return;
+                break;
             }
             descriptor = _wake;
         }
-        PulseClient(*this, descriptor).run();
+        if (runClient != nullptr)
+            runClient(*this, descriptor);
     }
+    QCoreApplication::postEvent(&_mainThread, new QEvent(QEvent::User));
+}
+
+RunAudioClient PulseAudioOutput::loadedClient() {
+    if (_client != nullptr)
+        return _client;
+    // Stays loaded, since libpulse refuses to be unloaded.
+    void* const plugin = dlopen(_plugin.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (plugin != nullptr)
+        _client = reinterpret_cast<RunAudioClient>(dlsym(plugin, runAudioClientName));
+    if (_client == nullptr)
+        fail(std::string("couldn't load what plays sounds: ") + dlerror());
+    return _client;
+}
+
+void PulseAudioOutput::fail(const std::string& line) {
+    if (!std::exchange(_failureIsKnown, true))
+        Log::line(line);
 }
 
 std::vector<std::shared_ptr<AudioSource>> PulseAudioOutput::takeSources() {
@@ -92,8 +137,7 @@ bool PulseAudioOutput::isEnding() const {
 }
 
 void PulseAudioOutput::connectionFailed(const std::string& reason) {
-    if (!std::exchange(_failureIsKnown, true))
-        Log::line("no sounds are heard: " + reason);
+    fail("no sounds are heard: " + reason);
 }
 
 } // namespace selvane

@@ -1,7 +1,11 @@
 #pragma once
 
 #include "Selvane/Platform/AudioOutput.h"
+#include "Selvane/Platform/Linux/AudioPlugin.h"
 
+#include <QtCore/QObject>
+
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -10,15 +14,15 @@
 
 namespace selvane {
 
-class PulseClient;
-
 /// Plays through the sound server, PulseAudio or PipeWire, which mixes what plays at the same time and knows
-/// the system's volume. A thread of its own connects when something is to be played, and ends together with
-/// the connection a few seconds after the last sound. Nothing is started for want of a server: without one
-/// nothing is heard, which the log says once, and again only after a connection that succeeded.
-class PulseAudioOutput final : public AudioOutput {
+/// the system's volume. A thread of its own loads the client's plugin and connects when something is to be
+/// played, and ends together with the connection a few seconds after the last sound. Nothing is started for
+/// want of a server: without one, or without the plugin, nothing is heard, which the log says once, and again
+/// only after a connection that succeeded.
+class PulseAudioOutput final : public AudioOutput, private AudioClientHost {
 public:
-    PulseAudioOutput() = default;
+    /// `plugin` is the path of the plugin's file.
+    explicit PulseAudioOutput(std::string plugin);
     PulseAudioOutput(const PulseAudioOutput&) = delete;
     PulseAudioOutput& operator=(const PulseAudioOutput&) = delete;
     /// Cuts off what plays.
@@ -26,22 +30,40 @@ public:
 
     void play(std::shared_ptr<AudioSource> source) override;
 
-    /// Whether the thread and its connection exist.
-    [[nodiscard]] bool isConnected() const;
+    /// Whether the thread and its connection are gone. As long as it is there, it may be loading libraries.
+    [[nodiscard]] bool isAtRest() const { return !_thread.joinable(); }
+
+    /// The output is at rest again. Called from the main loop.
+    std::function<void()> onRest;
 
 private:
-    friend class PulseClient;
+    /// Gets the events that the thread sends to the main thread.
+    class MainThread final : public QObject {
+    public:
+        explicit MainThread(PulseAudioOutput& output) : _output(output) {}
+        bool event(QEvent* event) override;
 
+    private:
+        PulseAudioOutput& _output;
+    };
+
+    void threadEnded();
+
+    // On the thread.
     void work();
+    [[nodiscard]] RunAudioClient loadedClient();
+    void fail(const std::string& line);
+    [[nodiscard]] std::vector<std::shared_ptr<AudioSource>> takeSources() override;
+    [[nodiscard]] bool isEnding() const override;
+    void connectionSucceeded() override { _failureIsKnown = false; }
+    void connectionFailed(const std::string& reason) override;
 
-    // Called by the client on its thread.
-    [[nodiscard]] std::vector<std::shared_ptr<AudioSource>> takeSources();
-    [[nodiscard]] bool isEnding() const;
-    void connectionSucceeded() { _failureIsKnown = false; }
-    void connectionFailed(const std::string& reason);
-
+    std::string _plugin;
     std::thread _thread;
-    /// Touched by the thread only, of which there is one at a time.
+    MainThread _mainThread{*this};
+
+    // Touched by the thread only, of which there is one at a time.
+    RunAudioClient _client = nullptr;
     bool _failureIsKnown = false;
 
     mutable std::mutex _mutex;

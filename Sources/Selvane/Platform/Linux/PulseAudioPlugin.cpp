@@ -1,25 +1,11 @@
 #include "Selvane/Platform/Linux/AudioPlugin.h"
-#include "Selvane/Platform/Linux/PulseAudioOutput.h"
-#include "SelvaneCore/Log.h"
+#include "Selvane/Platform/Linux/PulseClient.h"
 
-#include <QtCore/QObject>
+#include <type_traits>
 
-namespace selvane {
+extern "C" [[gnu::visibility("default")]] void selvaneRunAudioClient1(selvane::AudioClientHost& host,
+                                                                      int wake) {
+    selvane::PulseClient(host, wake).run();
+}
 
-class PulseAudioPlugin final : public QObject, public AudioOutputFactory {
-    Q_OBJECT
-    Q_PLUGIN_METADATA(IID "com.lorbin.selvane.AudioOutputFactory/1")
-    Q_INTERFACES(selvane::AudioOutputFactory)
-
-public:
-    // A plugin has a log of its own.
-    PulseAudioPlugin() { Log::toJournal(); }
-
-    [[nodiscard]] std::unique_ptr<AudioOutput> makeAudioOutput() override {
-        return std::make_unique<PulseAudioOutput>();
-    }
-};
-
-} // namespace selvane
-
-#include "PulseAudioPlugin.moc"
+static_assert(std::is_same_v<decltype(&selvaneRunAudioClient1), selvane::RunAudioClient>);

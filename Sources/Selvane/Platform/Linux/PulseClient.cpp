@@ -1,7 +1,5 @@
 #include "Selvane/Platform/Linux/PulseClient.h"
 
-#include "Selvane/Platform/Linux/PulseAudioOutput.h"
-
 #include <pulse/context.h>
 #include <pulse/error.h>
 #include <pulse/mainloop.h>
@@ -61,8 +59,8 @@ Properties properties(std::initializer_list<std::pair<const char*, const char*>>
 
 // The connection
 
-PulseClient::PulseClient(PulseAudioOutput& output, int wake)
-    : _output(output), _wake(wake), _loop(pa_mainloop_new()), _api(pa_mainloop_get_api(_loop)) {}
+PulseClient::PulseClient(AudioClientHost& host, int wake)
+    : _host(host), _wake(wake), _loop(pa_mainloop_new()), _api(pa_mainloop_get_api(_loop)) {}
 
 PulseClient::~PulseClient() {
     _sounds.clear();
@@ -95,13 +93,13 @@ void PulseClient::connect() {
         {PA_PROP_APPLICATION_ID, "com.lorbin.selvane"},
         {PA_PROP_APPLICATION_ICON_NAME, "com.lorbin.selvane"},
     });
-    _sources = _output.takeSources();
+    _sources = _host.takeSources();
     _context = pa_context_new_with_proplist(_api, "Selvane", about.get());
     pa_context_set_state_callback(
         _context, [](pa_context*, void* self) { static_cast<PulseClient*>(self)->stateChanged(); }, this);
     waitFor(patience);
     if (pa_context_connect(_context, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) {
-        _output.connectionFailed(pa_strerror(pa_context_errno(_context)));
+        _host.connectionFailed(pa_strerror(pa_context_errno(_context)));
         quit();
     }
 }
@@ -109,11 +107,11 @@ void PulseClient::connect() {
 void PulseClient::wakened() {
     eventfd_t count = 0;
     (void)eventfd_read(_wake, &count);
-    if (_output.isEnding()) {
+    if (_host.isEnding()) {
         quit();
         return;
     }
-    std::ranges::move(_output.takeSources(), std::back_inserter(_sources));
+    std::ranges::move(_host.takeSources(), std::back_inserter(_sources));
     if (_isReady)
         startSounds();
 }
@@ -122,14 +120,14 @@ void PulseClient::stateChanged() {
     switch (pa_context_get_state(_context)) {
     case PA_CONTEXT_READY:
         _isReady = true;
-        _output.connectionSucceeded();
+        _host.connectionSucceeded();
         startSounds();
         break;
     case PA_CONTEXT_FAILED:
     case PA_CONTEXT_TERMINATED:
         // The end of a server that was there is no news: the next sound looks for another one.
         if (!_isReady)
-            _output.connectionFailed(pa_strerror(pa_context_errno(_context)));
+            _host.connectionFailed(pa_strerror(pa_context_errno(_context)));
         quit();
         break;
     case PA_CONTEXT_UNCONNECTED:
@@ -172,7 +170,7 @@ void PulseClient::waitFor(std::chrono::microseconds time) {
 
 void PulseClient::timeIsUp() {
     if (!_isReady)
-        _output.connectionFailed("the sound server doesn't answer");
+        _host.connectionFailed("the sound server doesn't answer");
     if (!_isReady || _sounds.empty() || !std::exchange(_serverIsActive, false))
         quit();
     else

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Selvane/Platform/AudioOutput.h"
+#include "Selvane/Platform/Linux/AudioPlugin.h"
 
 #include <chrono>
 #include <memory>
@@ -17,20 +18,18 @@ struct pa_time_event;
 
 namespace selvane {
 
-class PulseAudioOutput;
-
-/// One connection to the sound server, from its making to its end. Lives on the thread of the output, which
-/// is inside of `run` meanwhile.
+/// One connection to the sound server, from its making to its end. Lives on the thread of the host, which is
+/// inside of `run` meanwhile.
 class PulseClient {
 public:
-    /// `wake` is readable when the output has sources to take, or ends.
-    PulseClient(PulseAudioOutput& output, int wake);
+    /// `wake` is readable when the host has sources to take, or ends.
+    PulseClient(AudioClientHost& host, int wake);
     PulseClient(const PulseClient&) = delete;
     PulseClient& operator=(const PulseClient&) = delete;
     ~PulseClient();
 
     /// Connects and plays until nothing has played for a while, the server is gone or doesn't answer, or the
-    /// output ends.
+    /// host ends.
     void run();
 
 private:
@@ -69,7 +68,7 @@ private:
     void timeIsUp();
     void quit();
 
-    PulseAudioOutput& _output;
+    AudioClientHost& _host;
     int _wake;
     pa_mainloop* _loop;
     pa_mainloop_api* _api;
