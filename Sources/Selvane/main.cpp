@@ -236,6 +236,7 @@ int run(QGuiApplication& application, const std::string& startName) {
         .activations = &activations,
         .programWindows = &programWindows,
         .makePanel = PanelLoader::load,
+        .prepareToMakePanel = PanelLoader::prepare,
         .giveBackMemory = giveBackMemory,
         .placer = placer.get(),
     });

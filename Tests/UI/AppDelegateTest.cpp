@@ -37,9 +37,15 @@ protected:
                                                     EXPECT_EQ(context.windows, &windows);
                                                     return std::make_unique<test::FakePanel>(harness.journal);
                                                 },
-                                                &windows, [this] { ++givenBack; }});
+                                                &windows,
+                                                [this] {
+                                                    EXPECT_EQ(givenBack, 0) << "what it needs goes as well";
+                                                    ++prepared;
+                                                },
+                                                [this] { ++givenBack; }});
     }
 
+    int prepared = 0;
     int givenBack = 0;
 
     test::ModelHarness harness;
@@ -96,6 +102,24 @@ TEST_F(AppDelegateTest, MemoryOfTheStartIsGivenBackOnceItIsOver) {
     EXPECT_EQ(givenBack, 1);
     harness.pass(Seconds{3600});
     EXPECT_EQ(givenBack, 1);
+}
+
+TEST_F(AppDelegateTest, PanelIsPreparedOnceTheStartIsOver) {
+    finishLaunching();
+    harness.pass(Seconds{0.9});
+    EXPECT_EQ(prepared, 0);
+    harness.pass(Seconds{0.2});
+    EXPECT_EQ(prepared, 1);
+    delegate.applicationShouldHandleReopen();
+    harness.pass(Seconds{10});
+    EXPECT_EQ(prepared, 1);
+}
+
+TEST_F(AppDelegateTest, PanelOpenedDuringTheStartNeedsNoPreparation) {
+    finishLaunching();
+    delegate.applicationShouldHandleReopen();
+    harness.pass(Seconds{10});
+    EXPECT_EQ(prepared, 0);
 }
 
 TEST_F(AppDelegateTest, MemoryOfTheFirstOpeningIsGivenBackOnceItIsOver) {

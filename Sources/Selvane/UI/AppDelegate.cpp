@@ -28,7 +28,7 @@ void AppDelegate::applicationDidFinishLaunching(Desktop desktop) {
                                       .windows = desktop.windows},
         [this, make = std::move(desktop.makePanel),
          context = PanelContext{&_model, desktop.appearance, &_scheduler, desktop.windows, desktop.placer}] {
-            giveBackMemory(firstOpeningLength);
+            _startEnd = _scheduler.after(firstOpeningLength, [this] { _giveBackMemory(); });
             return make(context);
         });
     _statusItem->onQuit = _lifetime.guard([this] {
@@ -43,11 +43,10 @@ void AppDelegate::applicationDidFinishLaunching(Desktop desktop) {
     _model.backUpDaily();
     _model.showWhatsNewIfUpdated();
     _model.announceRecovery();
-    giveBackMemory(startLength);
-}
-
-void AppDelegate::giveBackMemory(Seconds delay) {
-    _givingBack = _scheduler.after(delay, [this] { _giveBackMemory(); });
+    _startEnd = _scheduler.after(startLength, [this, prepare = std::move(desktop.prepareToMakePanel)] {
+        prepare();
+        _giveBackMemory();
+    });
 }
 
 void AppDelegate::applicationShouldHandleReopen() {

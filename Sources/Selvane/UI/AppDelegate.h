@@ -34,6 +34,9 @@ public:
         std::function<std::unique_ptr<Panel>(const PanelContext&)> makePanel;
         /// May be null.
         WindowCoordinator* windows = nullptr;
+        /// Called when the start is over, unless the panel is made before: what makes that quicker and costs
+        /// little can be done.
+        std::function<void()> prepareToMakePanel = [] {};
         /// Called when the start, and later the first opening of the panel, is over: what memory only they
         /// needed can go.
         std::function<void()> giveBackMemory = [] {};
@@ -53,13 +56,12 @@ public:
     std::function<void()> onQuit;
 
 private:
-    void giveBackMemory(Seconds delay);
-
     Scheduler& _scheduler;
     AppModel _model;
     std::unique_ptr<StatusItemController> _statusItem;
     std::function<void()> _giveBackMemory;
-    Subscription _givingBack;
+    /// Of the start, or of the first opening that came before it or after.
+    Subscription _startEnd;
     Lifetime _lifetime;
 };
 

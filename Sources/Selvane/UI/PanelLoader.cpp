@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QFontInfo>
 #include <QGuiApplication>
+#include <QLibrary>
 #include <QPluginLoader>
 #include <QThread>
 
@@ -26,6 +27,13 @@ private:
 };
 
 } // namespace
+
+void prepare() {
+    QLibrary engine(QStringLiteral("Qt6Qml"), QT_VERSION_MAJOR);
+    engine.setLoadHints(QLibrary::PreventUnloadHint);
+    // Who can't load it here says so when the panel is opened.
+    engine.load();
+}
 
 std::unique_ptr<Panel> load(const PanelContext& context) {
     const FontListing fonts;
