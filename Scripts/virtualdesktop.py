@@ -59,7 +59,7 @@ XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
     <value type="int" value="1"/>
     <property name="dark-mode" type="bool" value="{dark}"/>
     <property name="panel-1" type="empty">
-      <property name="position" type="string" value="p={corner};x=0;y=0"/>
+      <property name="position" type="string" value="p={corner};x=0;y=0"/>{output}
       <property name="mode" type="uint" value="{mode}"/>
       <property name="position-locked" type="bool" value="true"/>
       <property name="length" type="uint" value="100"/>
@@ -89,6 +89,10 @@ XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
   </property>
 </channel>
 """
+
+# Which monitor it lies on, where there is more than one.
+XFCE_OUTPUT = """
+      <property name="output-name" type="string" value="{name}"/>"""
 
 # The corner that the panel of Xfce holds on to, and whether it stands upright.
 XFCE_EDGES = {"top": (6, 0), "bottom": (8, 0), "left": (6, 1), "right": (2, 1)}
@@ -192,6 +196,10 @@ class Desktop:
         self.notifications = notifications
         self._folder = folder
         self._processes = {}
+
+    # Where the tray lies, for desktops with more than one monitor: the name of an output and its number.
+    _tray_output = None
+    _tray_monitor = 0
 
     # The life of the desktop
 
@@ -359,7 +367,7 @@ class Desktop:
         with os.fdopen(read) as answer:
             number = answer.readline().strip()
         if not number:
-            raise Failure(f"Xvfb did not start; see {self.log('xvfb')}")
+            raise Failure(f"the display did not start; see {self.log('xvfb')}")
         self.environment["DISPLAY"] = f":{number}"
         self._display = Xlib.display.Display(f":{number}")
         self._screen = self._display.screen()
@@ -436,7 +444,9 @@ class Desktop:
             settings.parent.mkdir(parents=True, exist_ok=True)
             if not settings.exists():
                 corner, mode = XFCE_EDGES[self.edge]
+                output = XFCE_OUTPUT.format(name=self._tray_output) if self._tray_output else ""
                 settings.write_text(XFCE_PANEL.format(height=TRAY_HEIGHT * self.scale, corner=corner, mode=mode,
+                                                      output=output,
                                                       grey=0.16 if self.dark else 0.93,
                                                       dark="true" if self.dark else "false"))
             self.start("tray", ["xfce4-panel", "--disable-wm-check"])
@@ -446,7 +456,8 @@ class Desktop:
             self.start("tray", ["trayer", "--edge", self.edge, "--align", "right", "--widthtype", "pixel", "--width",
                                 str(200 * self.scale), "--heighttype", "pixel", "--height",
                                 str(TRAY_HEIGHT * self.scale), "--tint", "0xeeeeee", "--transparent", "true",
-                                "--alpha", "0", "--SetDockType", "true", "--SetPartialStrut", "true"])
+                                "--alpha", "0", "--SetDockType", "true", "--SetPartialStrut", "true",
+                                "--monitor", str(self._tray_monitor)])
             selection = self._display.intern_atom("_NET_SYSTEM_TRAY_S0")
             wait("the tray", lambda: self._display.get_selection_owner(selection) != Xlib.X.NONE)
             # It says that it is there before it has painted itself.

@@ -24,6 +24,7 @@
 #include "Selvane/Platform/Linux/TerminationSignals.h"
 #include "Selvane/Platform/Linux/X11ActivationMonitor.h"
 #include "Selvane/Platform/Linux/X11PressMonitor.h"
+#include "Selvane/Platform/Linux/X11ScreenSpace.h"
 #include "Selvane/UI/AppDelegate.h"
 #include "Selvane/UI/PanelLoader.h"
 #include "Selvane/UI/QtProgramWindows.h"
@@ -213,6 +214,7 @@ int run(QGuiApplication& application, const std::string& startName) {
     };
     audioOutput.onRest = giveBackMemory;
     const std::unique_ptr<WindowPlacer> placer = windowPlacer();
+    const X11ScreenSpace screenSpace;
 
     AppDelegate delegate({
         .scheduler = &scheduler,
@@ -239,6 +241,7 @@ int run(QGuiApplication& application, const std::string& startName) {
         .prepareToMakePanel = PanelLoader::prepare,
         .giveBackMemory = giveBackMemory,
         .placer = placer.get(),
+        .space = &screenSpace,
     });
     instance.onActivate = [&delegate] { delegate.applicationShouldHandleReopen(); };
     instance.onNamedStart = endNamedStart;

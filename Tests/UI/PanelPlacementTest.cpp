@@ -83,7 +83,7 @@ TEST(PanelPlacement, PixelsAreScaledFromTheCornerOfTheScreen) {
     const StatusItemAnchor pixels{ScreenRect{1280 + 400, 100, 48, 44}, ScreenPoint{1280 + 401, 100 + 21}};
     const StatusItemAnchor units{ScreenRect{1280 + 200, 100, 24, 22}, ScreenPoint{1280 + 201, 100 + 11}};
     EXPECT_EQ(PanelPlacement::scaled(pixels, sharpSecond), units);
-    EXPECT_EQ(PanelPlacement::scaled({}, sharpSecond), StatusItemAnchor{});
+    EXPECT_EQ(PanelPlacement::scaled(StatusItemAnchor{}, sharpSecond), StatusItemAnchor{});
 }
 
 TEST(PanelPlacement, ScreenIsChosenByTheMiddleOfTheItem) {

@@ -27,7 +27,8 @@ void AppDelegate::applicationDidFinishLaunching(Desktop desktop) {
                                       .programWindows = desktop.programWindows,
                                       .windows = desktop.windows},
         [this, make = std::move(desktop.makePanel),
-         context = PanelContext{&_model, desktop.appearance, &_scheduler, desktop.windows, desktop.placer}] {
+         context = PanelContext{&_model, desktop.appearance, &_scheduler, desktop.windows, desktop.placer,
+                                desktop.space}] {
             _startEnd = _scheduler.after(firstOpeningLength, [this] { _giveBackMemory(); });
             return make(context);
         });

@@ -42,6 +42,8 @@ public:
         std::function<void()> giveBackMemory = [] {};
         /// Null where windows choose their own place.
         WindowPlacer* placer = nullptr;
+        /// Null where it is known already what bars leave of each screen.
+        const ScreenSpace* space = nullptr;
     };
 
     /// The launch sequence.

@@ -13,6 +13,7 @@ namespace selvane {
 class AppModel;
 class Appearance;
 class Scheduler;
+class ScreenSpace;
 class WindowCoordinator;
 class WindowPlacer;
 
@@ -52,6 +53,8 @@ struct PanelContext {
     WindowCoordinator* windows = nullptr;
     /// Null where windows choose their own place.
     WindowPlacer* placer = nullptr;
+    /// Null where it is known already what bars leave of each screen.
+    const ScreenSpace* space = nullptr;
 };
 
 /// Makes panels. Implemented by the plugin that holds the views, so that the program at rest doesn't carry

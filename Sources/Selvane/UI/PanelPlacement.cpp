@@ -71,12 +71,14 @@ StatusItemAnchor scaled(const StatusItemAnchor& anchor, const Monitor& monitor) 
     StatusItemAnchor result;
     if (anchor.pointer)
         result.pointer = scaled(*anchor.pointer, monitor);
-    if (const auto& icon = anchor.icon) {
-        const auto [x, y] = scaled(ScreenPoint{icon->x, icon->y}, monitor);
-        result.icon = ScreenRect{x, y, scaled(icon->width, monitor.pixelRatio),
-                                 scaled(icon->height, monitor.pixelRatio)};
-    }
+    if (anchor.icon)
+        result.icon = scaled(*anchor.icon, monitor);
     return result;
+}
+
+ScreenRect scaled(const ScreenRect& area, const Monitor& monitor) {
+    const auto [x, y] = scaled(ScreenPoint{area.x, area.y}, monitor);
+    return {x, y, scaled(area.width, monitor.pixelRatio), scaled(area.height, monitor.pixelRatio)};
 }
 
 } // namespace selvane::PanelPlacement

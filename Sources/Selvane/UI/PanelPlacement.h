@@ -29,4 +29,7 @@ inline constexpr int shadowMargin = 32;
 /// An anchor in pixels as one in the units of windows.
 [[nodiscard]] StatusItemAnchor scaled(const StatusItemAnchor& anchor, const Monitor& monitor);
 
+/// An area in pixels as one in the units of windows.
+[[nodiscard]] ScreenRect scaled(const ScreenRect& area, const Monitor& monitor);
+
 } // namespace selvane::PanelPlacement

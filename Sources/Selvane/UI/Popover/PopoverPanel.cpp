@@ -2,6 +2,7 @@
 
 #include "Selvane/App/AppModel.h"
 #include "Selvane/Platform/Scheduler.h"
+#include "Selvane/Platform/ScreenSpace.h"
 #include "Selvane/UI/Controls/CardMargin.h"
 #include "Selvane/UI/PanelPlacement.h"
 #include "Selvane/UI/Popover/HeadStart.h"
@@ -66,6 +67,7 @@ PopoverPanel::PopoverPanel(const PanelContext& context)
     : _headStart(std::make_unique<HeadStart>(_engine, context.model->settings())),
       _model(*context.model, *context.appearance, *context.scheduler, context.windows),
       _placer(context.placer),
+      _space(context.space),
       _scheduler(*context.scheduler) {
     QObject::connect(&_model, &PopoverModel::cancelled, &_view, [this] {
         if (onCancel)
@@ -134,11 +136,15 @@ void PopoverPanel::show(const StatusItemAnchor& anchor) {
     // A panel that was just hidden counts as active until the window system has taken the keyboard from it;
     // that loss is not the user's turning away from the panel shown now.
     _hadKeyboard = _view.isVisible() && _view.isActive();
+    chooseScreen(anchor);
     fitWindow();
-    _anchor = anchor;
     place();
     // The screen that it is on now may have pixels of another size.
     fitWindow();
+    // What is told of a window before it appears may cross with what the window manager does to it, and some
+    // of that be lost.
+    QObject::connect(
+        &_view, &QQuickWindow::frameSwapped, &_view, [this] { keepPlace(); }, Qt::SingleShotConnection);
     // A window that appears comes on top by itself.
     if (_view.isVisible())
         _view.raise();
@@ -194,18 +200,42 @@ void PopoverPanel::heightChanged() {
         _placement->repeat();
 }
 
+void PopoverPanel::chooseScreen(const StatusItemAnchor& anchor) {
+    _anchor = anchor;
+    // Before the window is changed: the changes reach the window manager together if nothing is asked
+    // between.
+    if (const QScreen* const screen = screenOf(anchor))
+        _available = available(*screen);
+}
+
 void PopoverPanel::place() {
     QScreen* const screen = screenOf(_anchor);
     if (!screen)
         return;
-    const QRect free = screen->availableGeometry();
     // It is the card that has its place; the shadow may reach over the edge of the screen.
     const int margin = _model.shadowMargin();
-    const ScreenPoint corner = PanelPlacement::origin(PanelPlacement::scaled(_anchor, describe(*screen)),
-                                                      _view.width() - 2 * margin, _view.height() - 2 * margin,
-                                                      {free.x(), free.y(), free.width(), free.height()});
+    const ScreenPoint corner =
+        PanelPlacement::origin(PanelPlacement::scaled(_anchor, describe(*screen)), _view.width() - 2 * margin,
+                               _view.height() - 2 * margin, _available);
     _view.setScreen(screen);
-    _view.setPosition(corner.x - margin, corner.y - margin);
+    _corner = {corner.x - margin, corner.y - margin};
+    _view.setPosition(_corner);
+}
+
+void PopoverPanel::keepPlace() {
+    if (_view.position() != _corner)
+        _view.setPosition(_corner);
+}
+
+ScreenRect PopoverPanel::available(const QScreen& screen) const {
+    // Qt knows it of a single screen.
+    if (_space && QGuiApplication::screens().size() > 1) {
+        const Monitor monitor = describe(screen);
+        if (const auto pixels = _space->available(monitor.pixels))
+            return PanelPlacement::scaled(*pixels, monitor);
+    }
+    const QRect free = screen.availableGeometry();
+    return {free.x(), free.y(), free.width(), free.height()};
 }
 
 void PopoverPanel::placeByDesktop() {

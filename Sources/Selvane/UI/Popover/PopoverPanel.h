@@ -9,6 +9,8 @@
 
 #include <memory>
 
+QT_FORWARD_DECLARE_CLASS(QScreen)
+
 namespace selvane {
 
 class HeadStart;
@@ -48,7 +50,11 @@ private:
 
     void fitWindow();
     void heightChanged();
+    void chooseScreen(const StatusItemAnchor& anchor);
     void place();
+    void keepPlace();
+    /// What bars leave of a screen, in units of windows.
+    [[nodiscard]] ScreenRect available(const QScreen& screen) const;
     /// Makes the rows that the first frame shows while the window system is busy with the window; it would
     /// happen after that.
     void layOutLists();
@@ -64,11 +70,15 @@ private:
     QQuickView _view{&_engine, nullptr};
     /// Where the panel was last opened.
     StatusItemAnchor _anchor;
+    /// What bars left of that screen then, in units of windows.
+    ScreenRect _available{};
+    QPoint _corner;
     Fit _fit;
     bool _hadKeyboard = false;
     bool _listsAreLaidOut = false;
     /// Null where windows choose their own place.
     WindowPlacer* _placer;
+    const ScreenSpace* _space;
     /// While the panel is shown by a desktop that places it.
     std::unique_ptr<WindowPlacer::Placement> _placement;
     Scheduler& _scheduler;
