@@ -46,8 +46,8 @@ def main(program, trays):
     try:
         for tray in trays:
             for edge in ("top", "bottom", "left", "right"):
-                # Each edge and each tray both ways, in half of the combinations.
-                check_edge(program, tray, edge, compositor=(edge in ("top", "left")) == (tray == "notifier"))
+                for compositor in (False, True):
+                    check_edge(program, tray, edge, compositor)
     except Failure as failure:
         print(f"FAILED: {failure}", file=sys.stderr)
         return 1
