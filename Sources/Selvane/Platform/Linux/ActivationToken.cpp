@@ -17,8 +17,9 @@ namespace {
 std::array<char, 1024> text{"XDG_ACTIVATION_TOKEN="};
 constexpr std::size_t beginning = std::char_traits<char>::length(variable) + 1;
 
-/// The environment as the program left it, with one place to spare. Lives as long as the process.
-std::vector<char*> places;
+/// The environment as the program left it, with one place to spare. Never destroyed: libraries read the
+/// environment while they end, which is later.
+std::vector<char*>& places = *new std::vector<char*>;
 
 void write(std::string_view token) {
     token.copy(text.data() + beginning, token.size());
