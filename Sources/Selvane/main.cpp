@@ -98,10 +98,11 @@ void preferFramesOfFewWakeUps() {
     }
 }
 
-constexpr auto usage = R"(Usage: selvane [--help | --version]
+constexpr auto usage = R"(Usage: selvane [--service | --help | --version]
 
 A focus timer that waits in the status area. Started again while it runs, it opens its panel.
 
+  --service  as the session bus starts it: the first message to it is the start itself
   --help     tells this
   --version  tells the version
 )";
@@ -133,9 +134,9 @@ std::unique_ptr<WindowPlacer> windowPlacer() {
     return std::make_unique<SwayPlacer>(socket.toStdString(), QCoreApplication::applicationPid());
 }
 
-int run(QGuiApplication& application, const std::string& startName) {
+int run(QGuiApplication& application, const std::string& startName, SingleInstance::Start start) {
     const QDBusConnection sessionBus = QDBusConnection::sessionBus();
-    SingleInstance instance(sessionBus);
+    SingleInstance instance(sessionBus, start);
     switch (instance.claim()) {
     case SingleInstance::Claim::first:
         break;
@@ -264,15 +265,18 @@ int main(int argc, char* argv[]) {
     selvane::ActivationToken::prepare();
     // Qt takes it out of the environment.
     const char* const startName = std::getenv("DESKTOP_STARTUP_ID");
-    const std::string start = startName ? startName : "";
+    const std::string name = startName ? startName : "";
     // Takes the words that are Qt's out of the count.
     QGuiApplication application(argc, argv);
-    if (argc > 1) {
+    const bool isService = argc == 2 && std::string_view(argv[1]) == "--service";
+    if (argc > 1 && !isService) {
         std::fprintf(stderr, "selvane: \"%s\" is not known.\n%s", argv[1], selvane::usage);
         return 2;
     }
     QGuiApplication::setApplicationName(QStringLiteral("Selvane"));
     QGuiApplication::setDesktopFileName(QStringLiteral("com.lorbin.selvane"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    return selvane::run(application, start);
+    return selvane::run(application, name,
+                        isService ? selvane::SingleInstance::Start::byBus
+                                  : selvane::SingleInstance::Start::byUser);
 }

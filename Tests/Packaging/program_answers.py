@@ -25,7 +25,8 @@ class ProgramAnswers(unittest.TestCase):
             self.assertTrue(answer.stdout.startswith("Usage: selvane "))
 
     def test_what_it_does_not_know(self):
-        for words in (["--versions"], ["file"], ["--version", "--help"]):
+        for words in (["--versions"], ["file"], ["--version", "--help"],
+                      ["--service", "file"]):
             answer = ask(*words, QT_QPA_PLATFORM="offscreen")
             self.assertEqual((answer.returncode, answer.stdout), (2, ""))
             self.assertIn(f'selvane: "{words[0]}" is not known.\nUsage: selvane ', answer.stderr)

@@ -102,6 +102,24 @@ INSTANTIATE_TEST_SUITE_P(All, SingleInstanceWays,
                                              {QStringLiteral("start"), QVariantList{}, QVariantMap{}}}),
                          [](const auto& test) { return test.param.name; });
 
+TEST(SingleInstance, MessageThatTheBusStartedTheProgramForIsOnlyTheStart) {
+    PrivateBus bus;
+    SingleInstance first(bus.connect(), SingleInstance::Start::byBus);
+    int activations = 0;
+    std::vector<std::string> starts;
+    first.onActivate = [&] { ++activations; };
+    first.onNamedStart = [&](const std::string& id) { starts.push_back(id); };
+    ASSERT_EQ(first.claim(), SingleInstance::Claim::first);
+    for (const int expected : {0, 1, 2}) {
+        const QVariantMap data{{QStringLiteral("desktop-startup-id"), QString::number(expected)}};
+        const QDBusMessage reply =
+            ask(bus.connect(), name, path, interface, QStringLiteral("Activate"), {data});
+        EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
+        EXPECT_EQ(activations, expected);
+    }
+    EXPECT_EQ(starts, (std::vector<std::string>{"0", "1", "2"})) << "each has its busy pointer";
+}
+
 /// A variable of the environment, which is unset before the test and after it.
 class Variable {
 public:

@@ -7,6 +7,8 @@
 #include <QtDBus/QDBusAbstractAdaptor>
 #include <QtDBus/QDBusMessage>
 
+#include <utility>
+
 namespace selvane {
 
 namespace {
@@ -38,7 +40,7 @@ public Q_SLOTS:
         const std::string token = platformData.value(tokenKey).toString().toStdString();
         if (!token.empty())
             ActivationToken::leave(token);
-        if (_instance.onActivate)
+        if (!std::exchange(_instance._startIsToBeHeard, false) && _instance.onActivate)
             _instance.onActivate();
         const std::string start = platformData.value(startKey).toString().toStdString();
         if (!start.empty() && _instance.onNamedStart)
@@ -54,7 +56,8 @@ private:
     SingleInstance& _instance;
 };
 
-SingleInstance::SingleInstance(const QDBusConnection& sessionBus) : _bus(sessionBus) {
+SingleInstance::SingleInstance(const QDBusConnection& sessionBus, Start start)
+    : _bus(sessionBus), _startIsToBeHeard(start == Start::byBus) {
     new ApplicationAdaptor(this);
 }
 

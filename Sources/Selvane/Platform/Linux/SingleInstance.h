@@ -19,7 +19,11 @@ public:
     /// none. In both cases nothing is known of other processes.
     enum class Claim { first, second, refused, noBus };
 
-    explicit SingleInstance(const QDBusConnection& sessionBus);
+    /// Who made this process. The session bus does so to deliver a message, which then is no more than the
+    /// start.
+    enum class Start { byUser, byBus };
+
+    explicit SingleInstance(const QDBusConnection& sessionBus, Start start = Start::byUser);
     /// Gives the name back.
     ~SingleInstance() override;
 
@@ -32,7 +36,8 @@ public:
     /// didn't answer.
     [[nodiscard]] bool activateFirst(std::chrono::milliseconds patience = std::chrono::seconds{5});
 
-    /// The user started the program again, or asked the desktop to open it. Called from the main loop.
+    /// The user started the program again, or asked the desktop to open it, while it runs. Called from the
+    /// main loop.
     std::function<void()> onActivate;
 
     /// An X11 desktop gave the start this name, and waits to hear that it is over. Called after `onActivate`,
@@ -40,7 +45,10 @@ public:
     std::function<void(const std::string& id)> onNamedStart;
 
 private:
+    friend class ApplicationAdaptor;
+
     QDBusConnection _bus;
+    bool _startIsToBeHeard;
     bool _isFirst = false;
 };
 
