@@ -453,15 +453,24 @@ class Desktop:
             wait("the panel's status notifier host", lambda: self.owner("org.kde.StatusNotifierWatcher"))
         elif self.tray == "xembed":
             bare = self.picture(self.tray_area)
-            self.start("tray", ["trayer", "--edge", self.edge, "--align", "right", "--widthtype", "pixel", "--width",
-                                str(200 * self.scale), "--heighttype", "pixel", "--height",
-                                str(TRAY_HEIGHT * self.scale), "--tint", "0xeeeeee", "--transparent", "true",
-                                "--alpha", "0", "--SetDockType", "true", "--SetPartialStrut", "true",
-                                "--monitor", str(self._tray_monitor)])
-            selection = self._display.intern_atom("_NET_SYSTEM_TRAY_S0")
-            wait("the tray", lambda: self._display.get_selection_owner(selection) != Xlib.X.NONE)
-            # It says that it is there before it has painted itself.
-            wait("the tray's colour", lambda: changed_area(bare, self.picture(self.tray_area)))
+            self._start_trayer()
+            # It says that it is there before it has painted itself, and now and then it never does.
+            try:
+                wait("the tray's colour", lambda: changed_area(bare, self.picture(self.tray_area)), 5)
+            except Failure:
+                self.stop("tray", signal.SIGKILL)
+                self._start_trayer()
+                wait("the tray's colour", lambda: changed_area(bare, self.picture(self.tray_area)))
+
+    def _start_trayer(self):
+        selection = self._display.intern_atom("_NET_SYSTEM_TRAY_S0")
+        wait("no tray", lambda: self._display.get_selection_owner(selection) == Xlib.X.NONE)
+        self.start("tray", ["trayer", "--edge", self.edge, "--align", "right", "--widthtype", "pixel", "--width",
+                            str(200 * self.scale), "--heighttype", "pixel", "--height",
+                            str(TRAY_HEIGHT * self.scale), "--tint", "0xeeeeee", "--transparent", "true",
+                            "--alpha", "0", "--SetDockType", "true", "--SetPartialStrut", "true",
+                            "--monitor", str(self._tray_monitor)])
+        wait("the tray", lambda: self._display.get_selection_owner(selection) != Xlib.X.NONE)
 
     def stop_tray(self):
         """Ends the tray as a crash would: without a farewell."""

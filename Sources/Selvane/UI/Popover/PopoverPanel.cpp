@@ -127,7 +127,9 @@ void PopoverPanel::fitWindow() {
     // Equal bounds make tiling compositors let the window float.
     _view.setMinimumSize(size);
     _view.setMaximumSize(size);
-    _view.resize(size);
+    // Size and place always together: the window knows of either only what the server has confirmed, and
+    // would go back to that.
+    _view.setGeometry({_corner, size});
     _view.setMask(fit.margin > 0 ? QRegion() : roundedRegion(size, _model.cornerRadius()));
 }
 
@@ -215,16 +217,16 @@ void PopoverPanel::place() {
     // It is the card that has its place; the shadow may reach over the edge of the screen.
     const int margin = _model.shadowMargin();
     const ScreenPoint corner =
-        PanelPlacement::origin(PanelPlacement::scaled(_anchor, describe(*screen)), _view.width() - 2 * margin,
-                               _view.height() - 2 * margin, _available);
+        PanelPlacement::origin(PanelPlacement::scaled(_anchor, describe(*screen)),
+                               _fit.size.width() - 2 * margin, _fit.size.height() - 2 * margin, _available);
     _view.setScreen(screen);
     _corner = {corner.x - margin, corner.y - margin};
-    _view.setPosition(_corner);
+    _view.setGeometry({_corner, _fit.size});
 }
 
 void PopoverPanel::keepPlace() {
     if (_view.position() != _corner)
-        _view.setPosition(_corner);
+        _view.setGeometry({_corner, _fit.size});
 }
 
 ScreenRect PopoverPanel::available(const QScreen& screen) const {
