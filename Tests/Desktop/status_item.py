@@ -3,35 +3,10 @@
 
 import sys
 
-import Xlib.X
-import Xlib.protocol.event
-
 import harness
 from harness import check, check_equal
+from otherwindow import OtherWindow
 from virtualdesktop import Area, changed_area, wait
-
-
-class OtherApplication:
-    """A window of another process, which the window manager makes the active one without a click."""
-
-    def __init__(self, desktop):
-        self._display = desktop.connect()
-        self._root = self._display.screen().root
-        self._window = self._root.create_window(40, 500, 200, 150, 0, Xlib.X.CopyFromParent)
-        self._window.set_wm_name("Other")
-        self._window.map()
-        self._display.sync()
-
-    def activate(self):
-        """As task bars do it."""
-        message = Xlib.protocol.event.ClientMessage(
-            window=self._window, client_type=self._display.intern_atom("_NET_ACTIVE_WINDOW"),
-            data=(32, [2, Xlib.X.CurrentTime, 0, 0, 0]))
-        self._root.send_event(message, Xlib.X.SubstructureRedirectMask | Xlib.X.SubstructureNotifyMask)
-        self._display.sync()
-
-    def close(self):
-        self._display.close()
 
 
 def test(desktop, selvane):
@@ -68,7 +43,7 @@ def test(desktop, selvane):
     wait("the tooltip to go", lambda: not changed_area(bare, desktop.picture(below)))
     check(True, "the pointer that rests on the dial gets a tooltip")
 
-    other = OtherApplication(desktop)
+    other = OtherWindow(desktop, "Other")
     wait("the other window", lambda: desktop.window("Other"))
     selvane.open_panel()
     other.activate()
