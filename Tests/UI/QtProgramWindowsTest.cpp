@@ -1,5 +1,6 @@
 #include "Selvane/UI/QtProgramWindows.h"
 
+#include <QCloseEvent>
 #include <QTest>
 #include <QWindow>
 
@@ -15,10 +16,17 @@ namespace {
 
 using testing::ElementsAre;
 
+/// Asks the user first, or only hides itself.
+class RefusingWindow final : public QWindow {
+protected:
+    void closeEvent(QCloseEvent* event) override { event->ignore(); }
+};
+
 class QtProgramWindowsTest : public testing::Test {
 protected:
-    static std::unique_ptr<QWindow> show(Qt::WindowType type) {
-        auto window = std::make_unique<QWindow>();
+    template <typename Window = QWindow>
+    static std::unique_ptr<Window> show(Qt::WindowType type) {
+        auto window = std::make_unique<Window>();
         window->setFlags(type);
         window->show();
         window->requestActivate();
@@ -54,6 +62,18 @@ TEST_F(QtProgramWindowsTest, TellsThatAWindowClosesBeforeItLosesTheKeyboard) {
     EXPECT_THAT(closing, ElementsAre(ProgramWindow::main));
     EXPECT_EQ(keyThen, ProgramWindow::main);
     EXPECT_TRUE(QTest::qWaitFor([this] { return !windows.key(); }));
+}
+
+TEST_F(QtProgramWindowsTest, WindowThatRefusesToCloseIsNotToldAsClosing) {
+    const auto main = show<RefusingWindow>(Qt::Window);
+    std::vector<ProgramWindow> closing;
+    const auto subscription =
+        windows.willClose.subscribe([&](ProgramWindow window) { closing.push_back(window); });
+    EXPECT_FALSE(main->close());
+    EXPECT_THAT(closing, ElementsAre());
+    ASSERT_TRUE(main->isVisible());
+    main->hide();
+    EXPECT_THAT(closing, ElementsAre(ProgramWindow::main)) << "hidden, it is as good as closed";
 }
 
 TEST_F(QtProgramWindowsTest, WindowThatHadTheKeyboardTwiceClosesOnce) {

@@ -16,7 +16,8 @@ public:
     [[nodiscard]] virtual std::optional<ProgramWindow> key() const = 0;
 
     Signal<> keyChanged;
-    /// The window is still there, and may still have the keyboard.
+    /// The window goes for certain, be it closed or hidden; it is still there, and may still have the
+    /// keyboard.
     Signal<ProgramWindow> willClose;
 };
 

@@ -1,6 +1,5 @@
 #include "Selvane/UI/QtProgramWindows.h"
 
-#include <QEvent>
 #include <QGuiApplication>
 #include <QWindow>
 
@@ -25,7 +24,7 @@ QtProgramWindows::QtProgramWindows() {
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, [this](QWindow* window) {
         // A window that never had the keyboard can close without being asked about.
         if (window)
-            window->installEventFilter(this);
+            watch(*window);
         keyChanged.emit();
     });
 }
@@ -35,12 +34,15 @@ std::optional<ProgramWindow> QtProgramWindows::key() const {
     return window ? std::optional(kind(*window)) : std::nullopt;
 }
 
-bool QtProgramWindows::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Close) {
-        if (const auto* const window = qobject_cast<const QWindow*>(watched))
-            willClose.emit(kind(*window));
-    }
-    return false;
+void QtProgramWindows::watch(QWindow& window) {
+    // However often it has the keyboard.
+    disconnect(&window, &QWindow::visibleChanged, this, nullptr);
+    // A window may refuse to close when it is asked to. This is told once it goes, and before the window
+    // system takes it away.
+    connect(&window, &QWindow::visibleChanged, this, [this, &window](bool isVisible) {
+        if (!isVisible)
+            willClose.emit(kind(window));
+    });
 }
 
 } // namespace selvane

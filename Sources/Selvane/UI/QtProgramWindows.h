@@ -17,7 +17,8 @@ public:
 
     [[nodiscard]] std::optional<ProgramWindow> key() const override;
 
-    bool eventFilter(QObject* watched, QEvent* event) override;
+private:
+    void watch(QWindow& window);
 };
 
 } // namespace selvane
