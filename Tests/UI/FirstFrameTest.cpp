@@ -1,14 +1,17 @@
 #include "Selvane/UI/Controls/LazyPopup.h"
 #include "Selvane/UI/Popover/PopoverModel.h"
+#include "Selvane/UI/Popover/PopoverPanel.h"
 #include "Support/FakeAppearance.h"
 #include "Support/ModelHarness.h"
 
 #include <QDirIterator>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QQmlAbstractUrlInterceptor>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
+#include <QQuickView>
 #include <QUrl>
 
 #include <gmock/gmock.h>
@@ -147,6 +150,26 @@ TEST_F(FirstFrameTest, WhatIsWantedLaterIsReadThen) {
     for (const char* const file :
          {"PhaseChoices.qml", "SoundChoices.qml", "MoreCommands.qml", "TaskChoices.qml", "SymbolCard.qml"})
         EXPECT_THAT(reading.names(), Contains(file));
+}
+
+/// How many rows of tasks there are in `item`.
+int rowsIn(const QQuickItem& item) {
+    int rows = item.property("taskID").isValid() ? 1 : 0;
+    for (const QQuickItem* const child : item.childItems())
+        rows += rowsIn(*child);
+    return rows;
+}
+
+TEST_F(FirstFrameTest, RowsAreMadeWhileTheWindowSystemIsBusyWithTheWindow) {
+    for (const char* const title : {"Write", "Read", "Rest"})
+        harness.model().addTask(title);
+    PopoverPanel panel({&harness.model(), &appearance, &harness.scheduler, nullptr});
+    ASSERT_TRUE(panel.isReady());
+    const auto* const window = qobject_cast<QQuickView*>(QGuiApplication::topLevelWindows().constFirst());
+    ASSERT_NE(window, nullptr);
+    panel.show({});
+    // Nothing has come from the window system since.
+    EXPECT_EQ(rowsIn(*window->rootObject()), 3);
 }
 
 } // namespace
