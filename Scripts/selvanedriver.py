@@ -8,7 +8,7 @@ import time
 
 from virtualdesktop import Area, Failure, changed_area, wait
 
-TITLE = "Selvane"
+TITLE = "Selvane Timer"
 BUS_NAME = "com.lorbin.selvane"
 # How wide the panel's card is. Its window is wider where the desktop can show the shadow around it.
 CARD_WIDTH = 348

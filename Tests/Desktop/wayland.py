@@ -5,7 +5,7 @@ import sys
 
 import harness
 from harness import check, check_equal
-from selvanedriver import CARD_WIDTH, Selvane
+from selvanedriver import CARD_WIDTH, TITLE, Selvane
 from virtualdesktop import Area, Failure, changed_area, wait
 from waylanddesktop import WaylandDesktop
 
@@ -26,7 +26,7 @@ def expected_card(desktop, card):
 
 def check_place(desktop, selvane):
     selvane.open_panel()
-    node = desktop.node("Selvane")
+    node = desktop.node(TITLE)
     check_equal(node["type"], "floating_con", f"{desktop.edge}: the window's kind")
     card = wait("the panel at its place",
                 lambda: selvane.card if selvane.card == expected_card(desktop, selvane.card) else None)
@@ -42,7 +42,7 @@ def test_edge(edge, program):
         selvane.wait_for_no_panel()
         check(True, "Escape closes the panel")
         check_place(desktop, selvane)
-        desktop.command(f"[con_id={desktop.node('Selvane')['id']}] move absolute position 40 px 40 px")
+        desktop.command(f"[con_id={desktop.node(TITLE)['id']}] move absolute position 40 px 40 px")
         wait("the panel to be elsewhere", lambda: selvane.panel.x == 40)
         check_equal(selvane.start_again(), 0, "exit status of a second start while the panel is open")
         wait("the panel back at its place", lambda: selvane.card == expected_card(desktop, selvane.card))

@@ -216,6 +216,20 @@ TEST_F(SwayPlacerTest, OtherWindowsAreLeftAlone) {
     EXPECT_THAT(_sway.commands(), ElementsAre(theCommand)) << "and only the first is ours";
 }
 
+TEST_F(SwayPlacerTest, OtherWindowsOfTheProgramAreLeftAloneThoughTheirTitlesAreAlike) {
+    const auto placing = _placer.placeNext("Selvane Timer", [](const auto&) { return ScreenPoint{1, 2}; });
+    ASSERT_TRUE(waitUntil([&] { return _sway.asked().size() == 3; }));
+    _sway.tellScreens();
+    _sway.tellWindow("new", 5, "Selvane", 42);
+    _sway.tellWindow("title", 5, "Timer", 42);
+    _sway.tellWindow("title", 6, "Selvane Timer and more", 42);
+    EXPECT_FALSE(placing->hasWindow());
+    _sway.tellWindow("new", 7, "Selvane Timer", 42);
+    ASSERT_TRUE(waitUntil([&] { return !_sway.commands().empty(); }));
+    EXPECT_THAT(_sway.commands(),
+                ElementsAre("[con_id=7] floating enable, move absolute position 1 px 2 px"));
+}
+
 TEST_F(SwayPlacerTest, WindowThatHasItsPlaceIsMovedAgainWhenAsked) {
     const auto placing = place();
     ASSERT_TRUE(waitUntil([&] { return _sway.asked().size() == 3; }));

@@ -8,7 +8,11 @@
 #include <QQuickView>
 #include <QTest>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
 
 namespace selvane {
 
@@ -17,6 +21,9 @@ static void PrintTo(const ScreenPoint& point, std::ostream* out) {
 }
 
 namespace {
+
+using testing::Contains;
+using testing::Not;
 
 /// The panel on a desktop with a bar at the bottom that lets no window choose its own place.
 class PopoverPanelPlacementTest : public testing::Test {
@@ -45,6 +52,14 @@ TEST_F(PopoverPanelPlacementTest, DesktopIsAskedForThePlaceAtTheEndOfTheBar) {
     EXPECT_EQ(placer.awaited, window->title().toStdString());
     placer.appear();
     EXPECT_EQ(placer.corner, place());
+}
+
+TEST_F(PopoverPanelPlacementTest, PanelIsAwaitedByATitleThatNoOtherWindowHas) {
+    panel.show({});
+    std::vector<std::string> titles{"Selvane", QGuiApplication::applicationName().toStdString(), ""};
+    for (const char* const pane : {"Statistics", "General", "Timer", "Focus", "Music", "Goals", "What's New"})
+        titles.emplace_back(pane);
+    EXPECT_THAT(titles, Not(Contains(placer.awaited)));
 }
 
 TEST_F(PopoverPanelPlacementTest, PanelOfAnotherHeightIsPlacedAgain) {

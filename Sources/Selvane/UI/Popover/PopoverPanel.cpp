@@ -24,8 +24,9 @@ namespace selvane {
 
 namespace {
 
-/// The title of no other window of the program: by it the desktop is asked to move the panel.
-constexpr QStringView panelTitle = u"Selvane";
+/// The title of no other window of the program: by it the desktop is asked to move the panel. A window
+/// without a title of its own may be called as the program is.
+constexpr QStringView panelTitle = u"Selvane Timer";
 
 /// How long the desktop is listened to for a window that was shown; it appears at once or not at all.
 constexpr Seconds appearancePatience{5};
