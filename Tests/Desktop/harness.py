@@ -24,10 +24,12 @@ def check_equal(found, wanted, what):
 
 
 def run(test):
-    """Runs `test(desktop, selvane)` on the desktop that the command line names."""
+    """Runs `test(desktop, selvane)` on the desktop that the command line names. More words there are more arguments
+    of the test."""
     parser = argparse.ArgumentParser()
     parser.add_argument("program")
     parser.add_argument("tray", choices=["notifier", "xembed", "none"])
+    parser.add_argument("more", nargs="*")
     arguments = parser.parse_args()
     try:
         with Desktop(tray=None if arguments.tray == "none" else arguments.tray, accessible=True,
@@ -35,7 +37,7 @@ def run(test):
                      compositor=arguments.tray == "notifier") as desktop:
             selvane = Selvane(desktop, arguments.program)
             try:
-                test(desktop, selvane)
+                test(desktop, selvane, *arguments.more)
             except BaseException:
                 if desktop.log("selvane").exists():
                     print(desktop.log("selvane").read_text(), file=sys.stderr)
