@@ -84,10 +84,16 @@ class DunstScreen:
         return script
 
     def texts(self):
-        count = self.desktop.bus.call_blocking(NAME, PATH, dbus.PROPERTIES_IFACE, "Get", "ss",
-                                               ("org.dunstproject.cmd0", "displayedLength"))
+        lengths = self.desktop.bus.call_blocking(NAME, PATH, dbus.PROPERTIES_IFACE, "GetAll", "s",
+                                                 ("org.dunstproject.cmd0",))
         lines = self.shown.read_text().splitlines()
-        return lines[len(lines) - 2 * int(count):]
+        unread = len(lines) - 2 * int(lengths["displayedLength"])
+        # It knows of one before it shows it, and shows it before it is written down.
+        return lines[unread:] if unread >= 0 and not lengths["waitingLength"] else ["about to be shown"]
+
+    def told(self):
+        """When it began to show the last of them, in seconds of the clock on the wall."""
+        return self.shown.stat().st_mtime
 
     def offers(self, titles):
         """It shows no buttons; its menu has them."""
@@ -172,10 +178,10 @@ class Speaker:
         return self.desktop.log("speaker").read_text().splitlines()
 
 
-def wait_for_texts(screen, *texts):
+def wait_for_texts(screen, *texts, seconds=60):
     try:
         # notification-daemon lets stay for a while what took the place of another and was closed then.
-        wait(f"{texts} on the screen", lambda: screen.texts() == list(texts), seconds=60)
+        wait(f"{texts} on the screen", lambda: screen.texts() == list(texts), seconds)
     except Failure as failure:
         raise Failure(f"{failure}; there is {screen.texts()}") from None
     print(f"ok: on the screen is {texts}", flush=True)

@@ -8,13 +8,22 @@ import dbus
 import harness
 from harness import check, check_equal
 from notifications import NAME, PATH, DunstScreen, wait_for_texts
+from selvanedriver import BUS_NAME
 from virtualdesktop import wait
 
 PHASE = 60
 
 
 def wait_until(moment):
-    time.sleep(max(0.0, moment - time.monotonic()))
+    time.sleep(max(0.0, moment - time.time()))
+
+
+def wait_for_program(desktop):
+    """Waits until what has been due was done: each answer of the program begins a new turn of its main loop, and what
+    it told the notification server before, over the same connection, is there before the answer."""
+    for _ in range(2):
+        desktop.bus.call_blocking(BUS_NAME, "/com/lorbin/selvane", "org.freedesktop.Application", "Activate", "a{sv}",
+                                  ({},), timeout=120)
 
 
 def history(desktop):
@@ -33,37 +42,34 @@ def test(desktop, selvane):
     selvane.start()
     selvane.open_panel()
     # What happens at a press lies between the moment before it and the one at which it is seen.
-    starting = time.monotonic()
+    starting = time.time()
     selvane.press_primary()
     selvane.control("Pause")
-    started = time.monotonic()
+    started = time.time()
 
     # 2. A pause takes the notification back.
     wait_until(started + 5)
-    pausing = time.monotonic()
     selvane.press_primary()
     selvane.control("Resume")
-    paused = time.monotonic()
+    paused = time.time()
     desktop.start_notifications()
-    wait_until(started + PHASE + 3)
+    wait_until(started + PHASE)
+    wait_for_program(desktop)
     check_equal(screen.texts(), [], "past the moment at which the phase would have ended there is")
 
     # 3. The server falls over in mid-phase, and the next one tells the end.
-    resuming = time.monotonic()
+    resuming = time.time()
     selvane.press_primary()
     selvane.control("Pause")
-    resumed = time.monotonic()
+    resumed = time.time()
     desktop.stop_notifications()
     wait_until(resumed + 5)
     desktop.start_notifications()
     earliest = resuming + PHASE - (paused - starting)
-    latest = resumed + PHASE - (pausing - started)
-    wait_until(earliest - 10)
-    check_equal(screen.texts(), [], "shortly before the end there is")
-    wait_for_texts(screen, "Focus complete", "Nice work. Time for a break.")
-    seen = time.monotonic()
-    check(seen > earliest - 0.5, f"it did not come before the end, but {seen - earliest:.1f} s later")
-    check(seen < latest + 30, f"it came {seen - latest:.1f} s after the latest moment of the end")
+    wait_until(earliest)
+    wait_for_texts(screen, "Focus complete", "Nice work. Time for a break.", seconds=120)
+    after = screen.told() - earliest
+    check(after > -0.5, f"it did not come before the end, but {after:.1f} s after its earliest moment")
     wait("the session to be recorded", lambda: len(selvane.sessions()) == 1)
     check_equal(selvane.sessions()[0]["completed"], True, "the session is completed")
 
@@ -73,6 +79,7 @@ def test(desktop, selvane):
     selvane.control("Pause")
     selvane.press_primary()
     selvane.control("Resume")
+    wait_for_program(desktop)
     check_equal(screen.texts(), [], "when a break was started and paused there is")
     check_equal(history(desktop), ["Focus complete"], "in all there was")
 
