@@ -57,6 +57,11 @@ class MonitorDesktop(Desktop):
         self._tray_output = monitor.output
         self._tray_monitor = (ORDINARY, SHARP).index(monitor)
 
+    @property
+    def _tray_scale(self):
+        # One for all monitors.
+        return 1
+
     def _make_environment(self):
         environment = super()._make_environment()
         environment.pop("QT_SCALE_FACTOR", None)

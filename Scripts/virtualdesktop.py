@@ -197,6 +197,11 @@ class Desktop:
         self._folder = folder
         self._processes = {}
 
+    # How many pixels a unit of the panel of Xfce has on either side.
+    @property
+    def _tray_scale(self):
+        return self.scale
+
     # Where the tray lies, for desktops with more than one monitor: the name of an output and its number.
     _tray_output = None
     _tray_monitor = 0
@@ -445,11 +450,12 @@ class Desktop:
             if not settings.exists():
                 corner, mode = XFCE_EDGES[self.edge]
                 output = XFCE_OUTPUT.format(name=self._tray_output) if self._tray_output else ""
-                settings.write_text(XFCE_PANEL.format(height=TRAY_HEIGHT * self.scale, corner=corner, mode=mode,
+                settings.write_text(XFCE_PANEL.format(height=TRAY_HEIGHT * self.scale // self._tray_scale,
+                                                      corner=corner, mode=mode,
                                                       output=output,
                                                       grey=0.16 if self.dark else 0.93,
                                                       dark="true" if self.dark else "false"))
-            self.start("tray", ["xfce4-panel", "--disable-wm-check"])
+            self.start("tray", ["xfce4-panel", "--disable-wm-check"], GDK_SCALE=str(self._tray_scale))
             wait("the panel's status notifier host", lambda: self.owner("org.kde.StatusNotifierWatcher"))
         elif self.tray == "xembed":
             bare = self.picture(self.tray_area)

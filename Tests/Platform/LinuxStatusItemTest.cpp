@@ -303,6 +303,7 @@ struct Click {
     bool isX11;
     ScreenPoint sent;
     std::optional<ScreenPoint> told;
+    std::optional<ScreenPoint> pointer = std::nullopt;
 };
 
 void PrintTo(const Click& click, std::ostream* stream) {
@@ -315,6 +316,7 @@ TEST_P(LinuxStatusItemClicks, TellThePointerWhereItCanBeTrusted) {
     _panel.appear();
     LinuxStatusItem::Desktop desktop = x11();
     desktop.isX11 = GetParam().isX11;
+    desktop.pointer = [] { return GetParam().pointer; };
     make(desktop);
     ASSERT_TRUE(isRegistered(_panel));
     EXPECT_EQ(_item->anchor(), StatusItemAnchor{});
@@ -324,12 +326,20 @@ TEST_P(LinuxStatusItemClicks, TellThePointerWhereItCanBeTrusted) {
     EXPECT_EQ(_item->anchor(), expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, LinuxStatusItemClicks,
-                         testing::Values(Click{"OnAScreen", true, {600, 10}, ScreenPoint{600, 10}},
-                                         Click{"BesideTheScreens", true, {640, 10}, std::nullopt},
-                                         Click{"BelowZero", true, {-1, -1}, std::nullopt},
-                                         Click{"Wayland", false, {600, 10}, std::nullopt}),
-                         [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    All, LinuxStatusItemClicks,
+    testing::Values(Click{"OnAScreen", true, {600, 10}, ScreenPoint{600, 10}},
+                    Click{"WithThePointer", true, {600, 10}, ScreenPoint{600, 10}, ScreenPoint{600, 10}},
+                    Click{"WithoutThePointer", true, {300, 5}, ScreenPoint{300, 5}, ScreenPoint{90, 400}},
+                    Click{"InUnitsOfTwoPixels", true, {300, 5}, ScreenPoint{600, 10}, ScreenPoint{601, 11}},
+                    Click{"InUnitsOfThreePixels", true, {200, 5}, ScreenPoint{600, 15}, ScreenPoint{600, 15}},
+                    Click{"InUnitsNearTheCorner", true, {10, 5}, ScreenPoint{20, 10}, ScreenPoint{21, 11}},
+                    Click{"AndThePointerGoesOn", true, {300, 5}, ScreenPoint{600, 10}, ScreenPoint{620, 2}},
+                    Click{"FarOutside", true, {2000000000, 5}, std::nullopt, ScreenPoint{600, 10}},
+                    Click{"BesideTheScreens", true, {640, 10}, std::nullopt},
+                    Click{"BelowZero", true, {-1, -1}, std::nullopt},
+                    Click{"Wayland", false, {600, 10}, std::nullopt}),
+    [](const auto& test) { return test.param.name; });
 
 TEST_F(LinuxStatusItemTest, AMenuEntryIsPassedOn) {
     _panel.appear();

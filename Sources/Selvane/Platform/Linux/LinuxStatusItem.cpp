@@ -2,6 +2,7 @@
 
 #include "Selvane/Platform/Linux/CurrentDesktop.h"
 #include "Selvane/Platform/Linux/StatusNotifierItem.h"
+#include "Selvane/Platform/Linux/X11Windows.h"
 #include "Selvane/Platform/Linux/XEmbedTray.h"
 
 #include <QtGui/QGuiApplication>
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <utility>
 
 namespace selvane {
@@ -22,6 +24,27 @@ constexpr Seconds hostPatience{3};
 constexpr Seconds hoverDelay{0.7};
 /// How high the words of that tooltip are, in units of windows.
 constexpr double tooltipHeight = 16;
+/// The most pixels that one unit of a panel has on either side.
+constexpr int largestScale = 4;
+/// How many pixels the pointer may go between a click and the panel's word of it.
+constexpr std::int64_t farthestMove = 24;
+
+/// The place of a click in pixels. Where everything is shown larger, some panels, such as that of Xfce, tell
+/// it in units of several pixels; the pointer gives that away.
+ScreenPoint inPixels(ScreenPoint told, ScreenPoint pointer) {
+    int scale = 1;
+    std::int64_t nearest = farthestMove + 1;
+    for (int each = 1; each <= largestScale; ++each) {
+        const std::int64_t right = std::int64_t{told.x} * each - pointer.x;
+        const std::int64_t below = std::int64_t{told.y} * each - pointer.y;
+        const std::int64_t distance = std::max(std::abs(right), std::abs(below));
+        if (distance < nearest) {
+            nearest = distance;
+            scale = each;
+        }
+    }
+    return {told.x * scale, told.y * scale};
+}
 
 } // namespace
 
@@ -38,6 +61,10 @@ LinuxStatusItem::Desktop LinuxStatusItem::Desktop::current() {
                                                 screen->devicePixelRatio()));
         }
         return monitors;
+    };
+    desktop.pointer = []() -> std::optional<ScreenPoint> {
+        xcb_connection_t* const connection = X11Windows::connection();
+        return connection ? X11Windows::pointer(connection) : std::nullopt;
     };
     return desktop;
 }
@@ -208,7 +235,9 @@ void LinuxStatusItem::showTooltip() {
                        isKnown ? std::optional(monitor->pixels) : std::nullopt);
 }
 
-void LinuxStatusItem::activated(ScreenPoint point) {
+void LinuxStatusItem::activated(ScreenPoint told) {
+    const auto pointer = _desktop.isX11 ? _desktop.pointer() : std::nullopt;
+    const ScreenPoint point = pointer ? inPixels(told, *pointer) : told;
     const auto isThere = [point](const Monitor& monitor) { return monitor.contains(point); };
     // Panels under Wayland count from a corner of their own.
     const bool isKnown = _desktop.isX11 && std::ranges::any_of(_desktop.monitors(), isThere);

@@ -40,6 +40,8 @@ public:
         bool hasDarkPanel = false;
         /// The screens of an X11 session.
         std::function<std::vector<Monitor>()> monitors = [] { return std::vector<Monitor>(); };
+        /// Where the pointer is in an X11 session, if that is known.
+        std::function<std::optional<ScreenPoint>()> pointer = [] { return std::optional<ScreenPoint>(); };
 
         /// From the QGuiApplication and XDG_CURRENT_DESKTOP.
         static Desktop current();
@@ -71,7 +73,7 @@ private:
     void updateLook();
     void pointerEntered();
     void showTooltip();
-    void activated(ScreenPoint point);
+    void activated(ScreenPoint told);
 
     Scheduler& _scheduler;
     Appearance& _appearance;

@@ -33,4 +33,14 @@ xcb_atom_t atom(xcb_connection_t* connection, std::string_view name) {
     return reply ? reply->atom : none;
 }
 
+std::optional<ScreenPoint> pointer(xcb_connection_t* connection) {
+    const xcb_screen_t* const first = screen(connection, 0);
+    if (!first)
+        return std::nullopt;
+    const XcbReply<xcb_query_pointer_reply_t> reply(
+        xcb_query_pointer_reply(connection, xcb_query_pointer(connection, first->root), nullptr));
+    return reply && reply->same_screen ? std::optional(ScreenPoint{reply->root_x, reply->root_y})
+                                       : std::nullopt;
+}
+
 } // namespace selvane::X11Windows

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "Selvane/Platform/StatusItemHost.h"
+
 #include <xcb/xcb.h>
 
+#include <optional>
 #include <string_view>
 
 /// What several parts ask of an X11 server. Main thread.
@@ -19,5 +22,9 @@ namespace selvane::X11Windows {
 
 /// Waits for the server. XCB_ATOM_NONE if it doesn't answer.
 [[nodiscard]] xcb_atom_t atom(xcb_connection_t* connection, std::string_view name);
+
+/// Where the pointer is, in pixels of the first screen; nothing while it is on another one. Waits for the
+/// server.
+[[nodiscard]] std::optional<ScreenPoint> pointer(xcb_connection_t* connection);
 
 } // namespace selvane::X11Windows
