@@ -102,7 +102,7 @@ constexpr auto usage = R"(Usage: selvane [--service | --help | --version]
 
 A focus timer that waits in the status area. Started again while it runs, it opens its panel.
 
-  --service  as the session bus starts it: the first message to it is the start itself
+  --service  as the session bus starts it: the message that it is started for opens nothing
   --help     tells this
   --version  tells the version
 )";
@@ -136,7 +136,8 @@ std::unique_ptr<WindowPlacer> windowPlacer() {
 
 int run(QGuiApplication& application, const std::string& startName, SingleInstance::Start start) {
     const QDBusConnection sessionBus = QDBusConnection::sessionBus();
-    SingleInstance instance(sessionBus, start);
+    LinuxScheduler scheduler;
+    SingleInstance instance(sessionBus, scheduler, start);
     switch (instance.claim()) {
     case SingleInstance::Claim::first:
         break;
@@ -157,7 +158,6 @@ int run(QGuiApplication& application, const std::string& startName, SingleInstan
 
     // Before everything that has something to write at its end.
     const TerminationSignals termination([] { QCoreApplication::quit(); });
-    LinuxScheduler scheduler;
     LogindAwayMonitor awayMonitor(scheduler, [] { return QDBusConnection::systemBus(); });
     LinuxProcessActivity processActivity;
     FreedesktopNotifications notifications(sessionBus, scheduler);

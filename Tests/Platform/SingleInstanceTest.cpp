@@ -1,5 +1,6 @@
 #include "Selvane/Platform/Linux/SingleInstance.h"
 
+#include "Support/ManualScheduler.h"
 #include "Support/PrivateBus.h"
 
 #include <gmock/gmock.h>
@@ -21,32 +22,37 @@ const auto name = QStringLiteral("com.lorbin.selvane");
 const auto path = QStringLiteral("/com/lorbin/selvane");
 const auto interface = QStringLiteral("org.freedesktop.Application");
 
-TEST(SingleInstance, TheFirstClaimWins) {
+class SingleInstanceTest : public testing::Test {
+protected:
+    ManualScheduler _scheduler;
+};
+
+TEST_F(SingleInstanceTest, TheFirstClaimWins) {
     PrivateBus bus;
-    SingleInstance first(bus.connect());
-    SingleInstance second(bus.connect());
+    SingleInstance first(bus.connect(), _scheduler);
+    SingleInstance second(bus.connect(), _scheduler);
     EXPECT_EQ(first.claim(), SingleInstance::Claim::first);
     EXPECT_EQ(second.claim(), SingleInstance::Claim::second);
     EXPECT_EQ(first.claim(), SingleInstance::Claim::first);
 }
 
-TEST(SingleInstance, TheNameIsFreeAfterTheFirstHasEnded) {
+TEST_F(SingleInstanceTest, TheNameIsFreeAfterTheFirstHasEnded) {
     PrivateBus bus;
-    auto first = std::make_unique<SingleInstance>(bus.connect());
-    SingleInstance second(bus.connect());
+    auto first = std::make_unique<SingleInstance>(bus.connect(), _scheduler);
+    SingleInstance second(bus.connect(), _scheduler);
     ASSERT_EQ(first->claim(), SingleInstance::Claim::first);
     ASSERT_EQ(second.claim(), SingleInstance::Claim::second);
     first.reset();
     EXPECT_TRUE(waitUntil([&] { return second.claim() == SingleInstance::Claim::first; }));
 }
 
-TEST(SingleInstance, WithoutABusNothingIsKnown) {
-    SingleInstance instance(QDBusConnection(QStringLiteral("there is no such connection")));
+TEST_F(SingleInstanceTest, WithoutABusNothingIsKnown) {
+    SingleInstance instance(QDBusConnection(QStringLiteral("there is no such connection")), _scheduler);
     EXPECT_EQ(instance.claim(), SingleInstance::Claim::noBus);
     EXPECT_FALSE(instance.activateFirst());
 }
 
-TEST(SingleInstance, OfManyAtOnceExactlyOneWins) {
+TEST_F(SingleInstanceTest, OfManyAtOnceExactlyOneWins) {
     PrivateBus bus;
     std::vector<QDBusConnection> connections;
     for (int index = 0; index < 8; ++index)
@@ -57,7 +63,7 @@ TEST(SingleInstance, OfManyAtOnceExactlyOneWins) {
         std::vector<std::thread> starts;
         for (std::size_t index = 0; index < claims.size(); ++index) {
             starts.emplace_back([&, index] {
-                instances[index] = std::make_unique<SingleInstance>(connections[index]);
+                instances[index] = std::make_unique<SingleInstance>(connections[index], _scheduler);
                 claims[index] = instances[index]->claim();
             });
         }
@@ -78,11 +84,11 @@ void PrintTo(const Way& way, std::ostream* stream) {
     *stream << way.name;
 }
 
-class SingleInstanceWays : public testing::TestWithParam<Way> {};
+class SingleInstanceWays : public SingleInstanceTest, public testing::WithParamInterface<Way> {};
 
 TEST_P(SingleInstanceWays, Activates) {
     PrivateBus bus;
-    SingleInstance first(bus.connect());
+    SingleInstance first(bus.connect(), _scheduler);
     int activations = 0;
     first.onActivate = [&] { ++activations; };
     ASSERT_EQ(first.claim(), SingleInstance::Claim::first);
@@ -102,9 +108,9 @@ INSTANTIATE_TEST_SUITE_P(All, SingleInstanceWays,
                                              {QStringLiteral("start"), QVariantList{}, QVariantMap{}}}),
                          [](const auto& test) { return test.param.name; });
 
-TEST(SingleInstance, MessageThatTheBusStartedTheProgramForIsOnlyTheStart) {
+TEST_F(SingleInstanceTest, MessageThatTheBusStartedTheProgramForIsOnlyTheStart) {
     PrivateBus bus;
-    SingleInstance first(bus.connect(), SingleInstance::Start::byBus);
+    SingleInstance first(bus.connect(), _scheduler, SingleInstance::Start::byBus);
     int activations = 0;
     std::vector<std::string> starts;
     first.onActivate = [&] { ++activations; };
@@ -118,6 +124,36 @@ TEST(SingleInstance, MessageThatTheBusStartedTheProgramForIsOnlyTheStart) {
         EXPECT_EQ(activations, expected);
     }
     EXPECT_EQ(starts, (std::vector<std::string>{"0", "1", "2"})) << "each has its busy pointer";
+}
+
+class SingleInstanceStartedByTheBus : public SingleInstanceTest {
+protected:
+    /// Whether the first message opens the panel that comes so long after the loop's first turn.
+    bool opens(Seconds later) {
+        PrivateBus bus;
+        SingleInstance first(bus.connect(), _scheduler, SingleInstance::Start::byBus);
+        bool isOpen = false;
+        first.onActivate = [&] { isOpen = true; };
+        EXPECT_EQ(first.claim(), SingleInstance::Claim::first);
+        // Files are read before the loop runs.
+        _scheduler.standStill(Seconds{60});
+        _scheduler.turn();
+        _scheduler.advance(later);
+        EXPECT_EQ(
+            ask(bus.connect(), name, path, interface, QStringLiteral("Activate"), {QVariantMap{}}).type(),
+            QDBusMessage::ReplyMessage);
+        return isOpen;
+    }
+};
+
+TEST_F(SingleInstanceStartedByTheBus, MessageAtTheLoopsBeginningIsOnlyTheStart) {
+    EXPECT_FALSE(opens(Seconds{0}));
+    EXPECT_FALSE(opens(Seconds{2.9}));
+}
+
+TEST_F(SingleInstanceStartedByTheBus, MessageLongAfterAStartByAnotherMessageOpensThePanel) {
+    EXPECT_TRUE(opens(Seconds{3.1}));
+    EXPECT_TRUE(opens(Seconds{7200}));
 }
 
 /// A variable of the environment, which is unset before the test and after it.
@@ -157,12 +193,12 @@ public Q_SLOTS:
     void Activate(const QVariantMap& platformData) { received.push_back(platformData); }
 };
 
-TEST(SingleInstance, ASecondStartSendsItsTokenIfItHasOne) {
+TEST_F(SingleInstanceTest, ASecondStartSendsItsTokenIfItHasOne) {
     PrivateBus bus;
     Variable token("XDG_ACTIVATION_TOKEN");
     RecordingFirst first(bus.connect());
     ASSERT_TRUE(first.isThere);
-    SingleInstance second(bus.connect());
+    SingleInstance second(bus.connect(), _scheduler);
     ASSERT_EQ(second.claim(), SingleInstance::Claim::second);
 
     const auto start = [&] {
@@ -187,10 +223,10 @@ TEST(SingleInstance, ASecondStartSendsItsTokenIfItHasOne) {
                                      QVariantMap{{key, QStringLiteral("of the next start")}}));
 }
 
-TEST(SingleInstance, TheTokenIsInPlaceWhenTheFirstIsActivated) {
+TEST_F(SingleInstanceTest, TheTokenIsInPlaceWhenTheFirstIsActivated) {
     PrivateBus bus;
     Variable variable("XDG_ACTIVATION_TOKEN");
-    SingleInstance first(bus.connect());
+    SingleInstance first(bus.connect(), _scheduler);
     std::vector<QByteArray> tokens;
     first.onActivate = [&] { tokens.push_back(variable.take()); };
     ASSERT_EQ(first.claim(), SingleInstance::Claim::first);
@@ -204,9 +240,9 @@ TEST(SingleInstance, TheTokenIsInPlaceWhenTheFirstIsActivated) {
     EXPECT_THAT(tokens, testing::ElementsAre("one", "", "two"));
 }
 
-TEST(SingleInstance, AStartThatTheDesktopNamedIsToldAfterTheActivation) {
+TEST_F(SingleInstanceTest, AStartThatTheDesktopNamedIsToldAfterTheActivation) {
     PrivateBus bus;
-    SingleInstance first(bus.connect());
+    SingleInstance first(bus.connect(), _scheduler);
     std::vector<std::string> heard;
     first.onActivate = [&] { heard.emplace_back("activation"); };
     first.onNamedStart = [&](const std::string& id) { heard.push_back(id); };
@@ -222,19 +258,19 @@ TEST(SingleInstance, AStartThatTheDesktopNamedIsToldAfterTheActivation) {
     EXPECT_THAT(heard, testing::ElementsAre("activation", "activation", "activation", "menu-1_TIME5"));
 }
 
-TEST(SingleInstance, ABusThatRefusesTheNameIsNotTakenForNone) {
+TEST_F(SingleInstanceTest, ABusThatRefusesTheNameIsNotTakenForNone) {
     PrivateBus bus("org.example.Other");
     const QDBusConnection connection = bus.connect();
     ASSERT_TRUE(connection.isConnected());
-    SingleInstance instance(connection);
+    SingleInstance instance(connection, _scheduler);
     EXPECT_EQ(instance.claim(), SingleInstance::Claim::refused);
     EXPECT_EQ(instance.claim(), SingleInstance::Claim::refused) << "nothing of the first attempt is left";
 }
 
-TEST(SingleInstance, AFirstThatHangsIsReported) {
+TEST_F(SingleInstanceTest, AFirstThatHangsIsReported) {
     PrivateBus bus;
-    SingleInstance first(bus.connect());
-    SingleInstance second(bus.connect());
+    SingleInstance first(bus.connect(), _scheduler);
+    SingleInstance second(bus.connect(), _scheduler);
     ASSERT_EQ(first.claim(), SingleInstance::Claim::first);
     ASSERT_EQ(second.claim(), SingleInstance::Claim::second);
     // The loop of the first doesn't run here.

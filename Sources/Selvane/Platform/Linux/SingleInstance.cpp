@@ -26,6 +26,10 @@ const auto tokenKey = QLatin1String("activation-token");
 /// when it connects to the server, and only then.
 const auto startKey = QLatin1String("desktop-startup-id");
 
+/// How long after the main loop's first turn the message may come for which the bus made this process. The
+/// bus hands it over as soon as it has given the name.
+constexpr Seconds startPatience{3};
+
 } // namespace
 
 class ApplicationAdaptor final : public QDBusAbstractAdaptor {
@@ -40,7 +44,7 @@ public Q_SLOTS:
         const std::string token = platformData.value(tokenKey).toString().toStdString();
         if (!token.empty())
             ActivationToken::leave(token);
-        if (!std::exchange(_instance._startIsToBeHeard, false) && _instance.onActivate)
+        if (!_instance.isStart() && _instance.onActivate)
             _instance.onActivate();
         const std::string start = platformData.value(startKey).toString().toStdString();
         if (!start.empty() && _instance.onNamedStart)
@@ -56,9 +60,12 @@ private:
     SingleInstance& _instance;
 };
 
-SingleInstance::SingleInstance(const QDBusConnection& sessionBus, Start start)
-    : _bus(sessionBus), _startIsToBeHeard(start == Start::byBus) {
+SingleInstance::SingleInstance(const QDBusConnection& sessionBus, Scheduler& scheduler, Start start)
+    : _bus(sessionBus), _scheduler(scheduler), _startIsToBeHeard(start == Start::byBus) {
     new ApplicationAdaptor(this);
+    // However long it takes until the loop runs.
+    if (_startIsToBeHeard)
+        _scheduler.post(_lifetime.guard([this] { _startEnds = _scheduler.now() + startPatience; }));
 }
 
 SingleInstance::~SingleInstance() {
@@ -103,6 +110,10 @@ bool SingleInstance::activateFirst(std::chrono::milliseconds patience) {
     activate.setAutoStartService(false);
     const QDBusMessage reply = _bus.call(activate, QDBus::Block, static_cast<int>(patience.count()));
     return reply.type() == QDBusMessage::ReplyMessage;
+}
+
+bool SingleInstance::isStart() {
+    return std::exchange(_startIsToBeHeard, false) && (!_startEnds || _scheduler.now() < *_startEnds);
 }
 
 } // namespace selvane

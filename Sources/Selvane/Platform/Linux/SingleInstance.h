@@ -1,10 +1,14 @@
 #pragma once
 
+#include "Selvane/Platform/Scheduler.h"
+#include "SelvaneCore/Lifetime.h"
+
 #include <QtCore/QObject>
 #include <QtDBus/QDBusConnection>
 
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace selvane {
@@ -19,11 +23,11 @@ public:
     /// none. In both cases nothing is known of other processes.
     enum class Claim { first, second, refused, noBus };
 
-    /// Who made this process. The session bus does so to deliver a message, which then is no more than the
-    /// start.
+    /// Who made this process. The session bus does so to deliver a message. One that comes as the main loop
+    /// begins is that one, and no more than the start. If the bus had another reason, it never comes.
     enum class Start { byUser, byBus };
 
-    explicit SingleInstance(const QDBusConnection& sessionBus, Start start = Start::byUser);
+    SingleInstance(const QDBusConnection& sessionBus, Scheduler& scheduler, Start start = Start::byUser);
     /// Gives the name back.
     ~SingleInstance() override;
 
@@ -47,9 +51,16 @@ public:
 private:
     friend class ApplicationAdaptor;
 
+    /// Whether a message that has come is the one that this process was made for.
+    [[nodiscard]] bool isStart();
+
     QDBusConnection _bus;
+    Scheduler& _scheduler;
     bool _startIsToBeHeard;
+    /// When that message can no longer come; nothing before the main loop's first turn.
+    std::optional<Seconds> _startEnds;
     bool _isFirst = false;
+    Lifetime _lifetime;
 };
 
 } // namespace selvane
