@@ -17,8 +17,10 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <memory>
 #include <numbers>
 #include <string>
+#include <vector>
 
 namespace selvane::test {
 namespace {
@@ -146,46 +148,76 @@ protected:
         return waitUntil([&source] { return source.use_count() == 1; });
     }
 
-    /// Waits until something was heard and then a second of silence.
-    static bool hasBeenHeard(Recording& recording) {
-        return waitUntil([&] {
+    /// Waits until the sounds were let go and a second more has been recorded. False if that never comes.
+    static bool areOver(Recording& recording, const std::vector<std::weak_ptr<Sines>>& sounds) {
+        const auto isGone = [](const auto& sound) { return sound.expired(); };
+        if (!waitUntil([&] { return std::ranges::all_of(sounds, isGone); }))
+            return false;
+        const std::size_t soFar = recording.frames().size();
+        return waitUntil([&] { return recording.frames().size() > soFar + 2 * half; });
+    }
+
+    /// How a sound arrived. `disturbed`: with silence in its midst, or beside nothing that it should stand
+    /// beside, as on a machine without time to spare; `spoiled`: otherwise than it was made.
+    enum class Arrival { whole, disturbed, spoiled };
+
+    /// How that side arrived. It is `whole` if nothing is missing, repeated, louder or softer.
+    static Arrival arrival(const Recording::Heard& heard, const Sines& source, std::size_t length,
+                           float AudioFrame::*side) {
+        const auto areEqual = [&](std::size_t from, std::size_t to, std::size_t missing) {
+            for (std::size_t index = from; index < to; ++index) {
+                if (std::abs(heard.samples[index] - source.frame(index + missing).*side) > 1e-5F)
+                    return false;
+            }
+            return true;
+        };
+        // Whatever is in between, it begins as it begins and ends as it ends.
+        constexpr std::size_t edge = AudioOutput::framesPerSecond / 100;
+        const std::size_t count = heard.samples.size();
+        if (count < edge || count > length || !areEqual(0, edge, 0) ||
+            !areEqual(count - edge, count, length - count))
+            return Arrival::spoiled;
+        if (!heard.isGapless())
+            return Arrival::disturbed;
+        return count == length && areEqual(0, count, 0) ? Arrival::whole : Arrival::spoiled;
+    }
+
+    /// Whether a recording that begins before anything is connected has something in it. What a server does
+    /// is in time on a machine with time to spare only, so what was disturbed may be tried again.
+    static testing::AssertionResult isRecorded(const PulseAudioOutput& output,
+                                               const std::function<Arrival(Recording&)>& something) {
+        for (int attempt = 1; attempt <= 5; ++attempt) {
+            if (!isAtRest(output))
+                return testing::AssertionFailure() << "still connected at attempt " << attempt;
+            Recording recording;
+            if (!recording.hasBegun())
+                return testing::AssertionFailure() << "nothing is recorded at attempt " << attempt;
+            switch (something(recording)) {
+            case Arrival::whole:
+                return testing::AssertionSuccess();
+            case Arrival::disturbed:
+                break;
+            case Arrival::spoiled:
+                return testing::AssertionFailure() << "spoiled at attempt " << attempt;
+            }
+        }
+        return testing::AssertionFailure() << "disturbed each time";
+    }
+
+    static testing::AssertionResult isHeardWhole(PulseAudioOutput& output) {
+        return isRecorded(output, [&output](Recording& recording) {
+            const Sines same(half, 0.5F, 0.25F);
+            auto source = std::make_shared<Sines>(half, 0.5F, 0.25F);
+            const std::weak_ptr held = source;
+            output.play(std::move(source));
+            if (!areOver(recording, {held}))
+                return Arrival::spoiled;
             const auto left = recording.heard(&AudioFrame::left);
             const auto right = recording.heard(&AudioFrame::right);
-            return !(left.samples.empty() && right.samples.empty()) &&
-                   recording.frames().size() > std::max(left.last, right.last) + 2 * half;
-        });
-    }
-
-    /// Whether that side arrived as it was made: nothing is missing, repeated, louder or softer.
-    static bool isWhole(const Recording::Heard& heard, const Sines& source, std::size_t length,
-                        float AudioFrame::*side) {
-        if (heard.samples.size() != length || !heard.isGapless())
-            return false;
-        for (std::size_t index = 0; index < length; ++index) {
-            if (std::abs(heard.samples[index] - source.frame(index).*side) > 1e-5F)
-                return false;
-        }
-        return true;
-    }
-
-    /// Whether a recording has something in it. What a server does is in time on a machine with time to spare
-    /// only, so it may try again.
-    static bool isRecorded(const std::function<bool(Recording&)>& something) {
-        for (int attempt = 0; attempt < 5; ++attempt) {
-            Recording recording;
-            if (recording.hasBegun() && something(recording))
-                return true;
-        }
-        return false;
-    }
-
-    static bool isHeardWhole(PulseAudioOutput& output) {
-        return isRecorded([&output](Recording& recording) {
-            const Sines same(half, 0.5F, 0.25F);
-            output.play(std::make_shared<Sines>(half, 0.5F, 0.25F));
-            return hasBeenHeard(recording) &&
-                   isWhole(recording.heard(&AudioFrame::left), same, half, &AudioFrame::left) &&
-                   isWhole(recording.heard(&AudioFrame::right), same, half, &AudioFrame::right);
+            if (left.first != right.first)
+                return Arrival::spoiled;
+            return std::max(arrival(left, same, half, &AudioFrame::left),
+                            arrival(right, same, half, &AudioFrame::right));
         });
     }
 
@@ -211,19 +243,24 @@ TEST_P(PulseAudioOutputTest, ASoundIsHeardWhole) {
 TEST_P(PulseAudioOutputTest, TwoSoundsAreHeardBesideEachOther) {
     ASSERT_TRUE(_server.start());
     PulseAudioOutput output(AUDIO_PLUGIN);
-    EXPECT_TRUE(isRecorded([&output](Recording& recording) {
+    EXPECT_TRUE(isRecorded(output, [&output](Recording& recording) {
         // Long enough for a busy machine, which begins them one after the other.
         constexpr std::size_t length = 6 * half;
-        const auto one = std::make_shared<Sines>(length, 0.5F, 0.0F);
-        const auto other = std::make_shared<Sines>(length, 0.0F, 0.5F);
-        output.play(one);
-        output.play(other);
-        const bool isOver = hasBeenHeard(recording);
+        const Sines sameOne(length, 0.5F, 0.0F);
+        const Sines sameOther(length, 0.0F, 0.5F);
+        auto one = std::make_shared<Sines>(length, 0.5F, 0.0F);
+        auto other = std::make_shared<Sines>(length, 0.0F, 0.5F);
+        const std::vector<std::weak_ptr<Sines>> held{one, other};
+        output.play(std::move(one));
+        output.play(std::move(other));
+        if (!areOver(recording, held))
+            return Arrival::spoiled;
         const auto left = recording.heard(&AudioFrame::left);
         const auto right = recording.heard(&AudioFrame::right);
-        return isOver && isWhole(left, *one, length, &AudioFrame::left) &&
-               isWhole(right, *other, length, &AudioFrame::right) && left.first < right.last &&
-               right.first < left.last;
+        const Arrival both = std::max(arrival(left, sameOne, length, &AudioFrame::left),
+                                      arrival(right, sameOther, length, &AudioFrame::right));
+        const bool areTogether = left.first < right.last && right.first < left.last;
+        return both == Arrival::whole && !areTogether ? Arrival::disturbed : both;
     }));
 }
 
