@@ -1,6 +1,7 @@
 #include "Selvane/Platform/Linux/PulseAudioOutput.h"
 
 #include "Support/SoundServer.h"
+#include "Support/TemporaryFolder.h"
 
 #include <dlfcn.h>
 #include <gmock/gmock.h>
@@ -367,13 +368,17 @@ TEST(PulseAudioOutputTest, AServerThatDoesNotAnswerIsGivenUp) {
 }
 
 TEST(PulseAudioOutputTest, ThePluginIsLoadedByTheThreadThatPlays) {
-    PulseAudioOutput output(PROBE_AUDIO_PLUGIN);
-    EXPECT_EQ(dlopen(PROBE_AUDIO_PLUGIN, RTLD_NOW | RTLD_NOLOAD), nullptr) << "before the first sound";
+    // A file of its own, which nothing in this process has loaded yet.
+    const TemporaryFolder folder;
+    const std::string file = folder.path() / "plugin.so";
+    std::filesystem::copy_file(PROBE_AUDIO_PLUGIN, file);
+    PulseAudioOutput output(file);
+    EXPECT_EQ(dlopen(file.c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr) << "before the first sound";
     const auto source = std::make_shared<Sines>(1, 0.5F, 0.5F);
     output.play(source);
     ASSERT_TRUE(waitUntil([&] { return output.isAtRest(); }));
     EXPECT_EQ(source->asked, 1);
-    void* const plugin = dlopen(PROBE_AUDIO_PLUGIN, RTLD_NOW | RTLD_NOLOAD);
+    void* const plugin = dlopen(file.c_str(), RTLD_NOW | RTLD_NOLOAD);
     ASSERT_NE(plugin, nullptr);
     const auto loader = reinterpret_cast<const char* (*)()>(dlsym(plugin, "selvaneProbeLoader"));
     ASSERT_NE(loader, nullptr);
