@@ -6,6 +6,8 @@
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -398,6 +400,68 @@ TEST(PulseAudioOutputTest, WithoutItsPluginNothingIsHeard) {
     const std::string log = testing::internal::GetCapturedStderr();
     EXPECT_THAT(log, testing::StartsWith("Selvane: couldn't load what plays sounds: "));
     EXPECT_EQ(std::ranges::count(log, '\n'), 1);
+}
+
+/// Lets no thread begin: none gets a stack of that size.
+class StacksBeyondReach {
+public:
+    StacksBeyondReach() {
+        pthread_getattr_default_np(&_before);
+        pthread_attr_t large = _before;
+        pthread_attr_setstacksize(&large, std::size_t{1} << 48);
+        pthread_setattr_default_np(&large);
+    }
+    StacksBeyondReach(const StacksBeyondReach&) = delete;
+    StacksBeyondReach& operator=(const StacksBeyondReach&) = delete;
+    ~StacksBeyondReach() { pthread_setattr_default_np(&_before); }
+
+private:
+    pthread_attr_t _before{};
+};
+
+/// Lets no file be opened.
+class NoMoreFiles {
+public:
+    NoMoreFiles() {
+        getrlimit(RLIMIT_NOFILE, &_before);
+        const rlimit none{0, _before.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &none);
+    }
+    NoMoreFiles(const NoMoreFiles&) = delete;
+    NoMoreFiles& operator=(const NoMoreFiles&) = delete;
+    ~NoMoreFiles() { setrlimit(RLIMIT_NOFILE, &_before); }
+
+private:
+    rlimit _before{};
+};
+
+/// What the log says of two sounds in vain, made while a `Want` exists. One that comes later is heard.
+template <typename Want>
+std::string logOf() {
+    testing::internal::CaptureStderr();
+    PulseAudioOutput output(PROBE_AUDIO_PLUGIN);
+    const auto source = std::make_shared<Sines>(1, 0.5F, 0.5F);
+    {
+        const Want want;
+        for (int round = 0; round < 2; ++round) {
+            output.play(source);
+            EXPECT_TRUE(output.isAtRest());
+        }
+    }
+    EXPECT_EQ(source.use_count(), 1);
+    EXPECT_EQ(source->asked, 0);
+    output.play(source);
+    EXPECT_TRUE(waitUntil([&] { return output.isAtRest(); }));
+    EXPECT_EQ(source->asked, 1);
+    return testing::internal::GetCapturedStderr();
+}
+
+TEST(PulseAudioOutputTest, WithoutAThreadNothingIsHeardAndTheLogSaysSo) {
+    EXPECT_EQ(logOf<StacksBeyondReach>(), "Selvane: no sounds are heard: Resource temporarily unavailable\n");
+}
+
+TEST(PulseAudioOutputTest, WithoutAFileToWakeItsThreadNothingIsHeardAndTheLogSaysSo) {
+    EXPECT_EQ(logOf<NoMoreFiles>(), "Selvane: no sounds are heard: Too many open files\n");
 }
 
 } // namespace

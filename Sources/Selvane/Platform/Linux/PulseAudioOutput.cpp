@@ -10,6 +10,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <utility>
 
@@ -52,16 +53,27 @@ void PulseAudioOutput::play(std::shared_ptr<AudioSource> source) {
             wake(_wake);
             return;
         }
-        _wake = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-        if (_wake == -1) {
-            _sources.clear();
-            return;
-        }
     }
     // One that was there before has nothing left to do but to return.
     if (_thread.joinable())
         _thread.join();
-    _thread = std::thread([this] { work(); });
+    if (const std::error_code error = beginThread()) {
+        takeSources().clear();
+        connectionFailed(error.message());
+    }
+}
+
+std::error_code PulseAudioOutput::beginThread() {
+    _wake = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (_wake == -1)
+        return {errno, std::generic_category()};
+    try {
+        _thread = std::thread([this] { work(); });
+    } catch (const std::system_error& error) {
+        close(std::exchange(_wake, -1));
+        return error.code();
+    }
+    return {};
 }
 
 void PulseAudioOutput::threadEnded() {

@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -17,8 +18,8 @@ namespace selvane {
 /// Plays through the sound server, PulseAudio or PipeWire, which mixes what plays at the same time and knows
 /// the system's volume. A thread of its own loads the client's plugin and connects when something is to be
 /// played, and ends together with the connection a few seconds after the last sound. Nothing is started for
-/// want of a server: without one, or without the plugin, nothing is heard, which the log says once, and again
-/// only after a connection that succeeded.
+/// want of a server: without one, without the plugin or without leave for a thread nothing is heard, which
+/// the log says once, and again only after a connection that succeeded.
 class PulseAudioOutput final : public AudioOutput, private AudioClientHost {
 public:
     /// `plugin` is the path of the plugin's file.
@@ -47,6 +48,8 @@ private:
         PulseAudioOutput& _output;
     };
 
+    /// While there is none.
+    [[nodiscard]] std::error_code beginThread();
     void threadEnded();
 
     // On the thread.
@@ -62,7 +65,7 @@ private:
     std::thread _thread;
     MainThread _mainThread{*this};
 
-    // Touched by the thread only, of which there is one at a time.
+    // Touched by the thread, of which there is one at a time, and while there is none.
     RunAudioClient _client = nullptr;
     bool _failureIsKnown = false;
 
