@@ -64,6 +64,19 @@ TEST_F(ActivationTokenTest, NoOtherVariableEverMoves) {
     }
 }
 
+TEST_F(ActivationTokenTest, ATokenThatIsDroppedLeavesEverythingElse) {
+    ActivationToken::prepare();
+    const std::vector<const char*> others = environment();
+    ActivationToken::drop();
+    EXPECT_EQ(environment(), others);
+    ActivationToken::leave("one");
+    ActivationToken::drop();
+    EXPECT_FALSE(qEnvironmentVariableIsSet(ActivationToken::variable));
+    EXPECT_EQ(environment(), others);
+    ActivationToken::leave("two");
+    EXPECT_EQ(token(), "two");
+}
+
 TEST_F(ActivationTokenTest, ATokenOfTheStartStaysAndGoesToTheEnd) {
     const EnvironmentVariable given(ActivationToken::variable, "of the launcher");
     const EnvironmentVariable later("SELVANE_TEST_LATER", "there");

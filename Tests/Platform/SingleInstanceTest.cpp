@@ -240,6 +240,22 @@ TEST_F(SingleInstanceTest, TheTokenIsInPlaceWhenTheFirstIsActivated) {
     EXPECT_THAT(tokens, testing::ElementsAre("one", "", "two"));
 }
 
+TEST_F(SingleInstanceTest, ATokenDoesNotOutliveItsStart) {
+    PrivateBus bus;
+    const Variable variable("XDG_ACTIVATION_TOKEN");
+    SingleInstance first(bus.connect(), _scheduler);
+    std::vector<QByteArray> tokens;
+    first.onActivate = [&] { tokens.push_back(qgetenv("XDG_ACTIVATION_TOKEN")); };
+    ASSERT_EQ(first.claim(), SingleInstance::Claim::first);
+
+    // No window takes it, as where a panel is open already.
+    const QVariantMap platformData{{QStringLiteral("activation-token"), QStringLiteral("one")}};
+    ASSERT_EQ(ask(bus.connect(), name, path, interface, QStringLiteral("Activate"), {platformData}).type(),
+              QDBusMessage::ReplyMessage);
+    EXPECT_THAT(tokens, testing::ElementsAre("one"));
+    EXPECT_FALSE(qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
+}
+
 TEST_F(SingleInstanceTest, AStartThatTheDesktopNamedIsToldAfterTheActivation) {
     PrivateBus bus;
     SingleInstance first(bus.connect(), _scheduler);

@@ -3,6 +3,8 @@
 #include "FakeNotifierPanel.h"
 #include "KnownHost.h"
 #include "PlainImage.h"
+#include "Selvane/Platform/Linux/ActivationToken.h"
+#include "Support/EnvironmentVariable.h"
 #include "Support/PlainTitles.h"
 
 #include <gmock/gmock.h>
@@ -10,7 +12,11 @@
 
 #include <map>
 #include <memory>
+#include <optional>
+#include <ostream>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 namespace selvane::test {
 namespace {
@@ -281,6 +287,51 @@ TEST_F(StatusNotifierItemTest, ClicksArrive) {
     EXPECT_THAT(activations, ElementsAre(ScreenPoint{10, 20}, ScreenPoint{30, 40}));
     EXPECT_EQ(secondary, 1);
 }
+
+/// Something that the user does to an item.
+struct Deed {
+    const char* name;
+    const char* method;
+    QVariantList arguments;
+};
+
+void PrintTo(const Deed& deed, std::ostream* stream) {
+    *stream << deed.name;
+}
+
+class StatusNotifierTokenTest : public StatusNotifierItemTest, public testing::WithParamInterface<Deed> {
+protected:
+    EnvironmentVariable _before{ActivationToken::variable, std::nullopt};
+};
+
+TEST_P(StatusNotifierTokenTest, ATokenDoesNotOutliveItsClick) {
+    std::vector<QByteArray> seen;
+    const auto see = [&] { seen.push_back(qgetenv(ActivationToken::variable)); };
+    _item->setMenu({{1, "Open", true}});
+    _item->onActivate = [&](ScreenPoint) { see(); };
+    _item->onSecondaryActivate = see;
+    _item->onMenuEntry = [&](int) { see(); };
+    const auto act = [&] {
+        const Deed& deed = GetParam();
+        const bool isOfMenu = std::string_view(deed.method) == "Event";
+        const QDBusMessage reply = isOfMenu ? _panel.tellMenu(deed.method, deed.arguments)
+                                            : _panel.tell(deed.method, deed.arguments);
+        EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
+    };
+    _panel.tell("ProvideXdgActivationToken", {QStringLiteral("one")});
+    act();
+    EXPECT_FALSE(qEnvironmentVariableIsSet(ActivationToken::variable));
+    act();
+    EXPECT_THAT(seen, ElementsAre("one", QByteArray()));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, StatusNotifierTokenTest,
+    testing::Values(
+        Deed{"Activate", "Activate", {10, 20}}, Deed{"SecondaryActivate", "SecondaryActivate", {10, 20}},
+        Deed{"ContextMenu", "ContextMenu", {10, 20}},
+        Deed{"MenuEntry", "Event", {1, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(0)), 0U}}),
+    [](const auto& test) { return test.param.name; });
 
 TEST_F(StatusNotifierItemTest, RegistersWithEveryWatcherThatAppears) {
     _panel.vanish();

@@ -69,4 +69,9 @@ void leave(std::string_view token) {
         putenv(text.data());
 }
 
+void drop() {
+    // As the last one it is taken out without another one's moving.
+    unsetenv(variable);
+}
+
 } // namespace selvane::ActivationToken

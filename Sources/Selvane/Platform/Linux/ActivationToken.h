@@ -22,4 +22,8 @@ void prepare();
 /// Leaves `token` for the next window that asks for the focus. Nothing happens to one of improbable length.
 void leave(std::string_view token);
 
+/// Takes out a token that no window has used. Called when what the user did is dealt with: the next window
+/// may come of something else, and has to ask for a token of its own.
+void drop();
+
 } // namespace selvane::ActivationToken

@@ -1,5 +1,6 @@
 #include "Selvane/Platform/Linux/DBusMenuAdaptor.h"
 
+#include "Selvane/Platform/Linux/ActivationToken.h"
 #include "Selvane/Platform/Linux/DBusMenu.h"
 
 #include <QtDBus/QDBusContext>
@@ -188,10 +189,12 @@ void DBusMenuAdaptor::replyUnknown(int id) {
 }
 
 void DBusMenuAdaptor::handle(int id, const QString& eventID) {
+    if (eventID != QLatin1String("clicked"))
+        return;
     const StatusMenuEntry* entry = _menu.find(id);
-    if (eventID == QLatin1String("clicked") && entry != nullptr && entry->isEnabled &&
-        !entry->label.empty() && _menu.onEntry)
+    if (entry != nullptr && entry->isEnabled && !entry->label.empty() && _menu.onEntry)
         _menu.onEntry(id);
+    ActivationToken::drop();
 }
 
 } // namespace selvane

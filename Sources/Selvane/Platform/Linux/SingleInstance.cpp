@@ -46,6 +46,7 @@ public Q_SLOTS:
             ActivationToken::leave(token);
         if (!_instance.isStart() && _instance.onActivate)
             _instance.onActivate();
+        ActivationToken::drop();
         const std::string start = platformData.value(startKey).toString().toStdString();
         if (!start.empty() && _instance.onNamedStart)
             _instance.onNamedStart(start);

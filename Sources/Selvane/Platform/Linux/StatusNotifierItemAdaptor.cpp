@@ -107,11 +107,13 @@ QString StatusNotifierItemAdaptor::labelGuide() const {
 void StatusNotifierItemAdaptor::Activate(int x, int y) {
     if (_item.onActivate)
         _item.onActivate({x, y});
+    ActivationToken::drop();
 }
 
 void StatusNotifierItemAdaptor::SecondaryActivate(int, int) {
     if (_item.onSecondaryActivate)
         _item.onSecondaryActivate();
+    ActivationToken::drop();
 }
 
 void StatusNotifierItemAdaptor::ContextMenu(int x, int y) {
