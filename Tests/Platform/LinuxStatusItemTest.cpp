@@ -337,6 +337,10 @@ INSTANTIATE_TEST_SUITE_P(
                     Click{"AndThePointerGoesOn", true, {300, 5}, ScreenPoint{600, 10}, ScreenPoint{620, 2}},
                     Click{"FarOutside", true, {2000000000, 5}, std::nullopt, ScreenPoint{600, 10}},
                     Click{"BesideTheScreens", true, {640, 10}, std::nullopt},
+                    Click{"NoPlaceAtAll", true, {0, 0}, std::nullopt},
+                    Click{"NoPlaceWithThePointerElsewhere", true, {0, 0}, std::nullopt, ScreenPoint{300, 5}},
+                    Click{"InTheVeryCorner", true, {0, 0}, ScreenPoint{0, 0}, ScreenPoint{0, 0}},
+                    Click{"AtTheEdge", true, {0, 10}, ScreenPoint{0, 10}},
                     Click{"BelowZero", true, {-1, -1}, std::nullopt},
                     Click{"Wayland", false, {600, 10}, std::nullopt}),
     [](const auto& test) { return test.param.name; });

@@ -239,8 +239,10 @@ void LinuxStatusItem::activated(ScreenPoint told) {
     const auto pointer = _desktop.isX11 ? _desktop.pointer() : std::nullopt;
     const ScreenPoint point = pointer ? inPixels(told, *pointer) : told;
     const auto isThere = [point](const Monitor& monitor) { return monitor.contains(point); };
-    // Panels under Wayland count from a corner of their own.
-    const bool isKnown = _desktop.isX11 && std::ranges::any_of(_desktop.monitors(), isThere);
+    // Panels under Wayland count from a corner of their own. What was chosen without the pointer is said to
+    // be in the screen's corner.
+    const bool isPlace = point != ScreenPoint{0, 0} || pointer == point;
+    const bool isKnown = _desktop.isX11 && isPlace && std::ranges::any_of(_desktop.monitors(), isThere);
     _lastPointer = isKnown ? std::optional(point) : std::nullopt;
     setNeedsAttention(false);
     if (onActivate)
