@@ -84,6 +84,10 @@ INSTANTIATE_TEST_SUITE_P(
                     Dock{"TopOfBoth", {0, 0, 3840, 28}, {0, 28, 1280, 772}, {1280, 28, 2560, 1572}},
                     Dock{"InTheMiddle", {0, 400, 1280, 28}, small, large},
                     Dock{"TooDeep", {0, 599, 1280, 201}, small, large},
+                    Dock{"SmallOneInACorner", {980, 0, 300, 100}, small, large},
+                    Dock{"SmallOneAtTheSide", {3720, 100, 120, 300}, small, large},
+                    Dock{"AQuarterOfTheEdge", {960, 0, 320, 100}, {0, 100, 1280, 700}, large},
+                    Dock{"SmallTrayOfASharpMonitor", {3600, 0, 240, 100}, small, {1280, 100, 2560, 1500}},
                     Dock{"Hidden", {0, 799, 1280, 1}, {0, 0, 1280, 799}, large},
                     Dock{"BelowTheSmall", {0, 800, 1280, 28}, small, large}),
     [](const auto& row) { return row.param.name; });

@@ -23,15 +23,21 @@ void narrow(int& start, int& length, int from, int to) {
 
 /// A bar is no deeper than this share of the monitor.
 constexpr int deepestBar = 4;
+/// A window that covers less than this share of an edge, such as a meter in a corner, is a bar only if it is
+/// no deeper than that share of the monitor's shorter side, such as a tray.
+constexpr int shortestBar = 4;
+constexpr int deepestShortBar = 16;
 
 /// Whether two edges are the same one. Some bars leave a pixel free.
 bool meet(int edge, int other) {
     return edge - other <= 1 && other - edge <= 1;
 }
 
-/// Takes a bar away that lies at the beginning or at the end of a side of the monitor.
-void narrow(int& start, int& length, int bar, int depth, int from, int side) {
-    if (depth * deepestBar > side)
+/// Takes a bar away that lies at the beginning or at the end of a side of the monitor. It covers `reach` of
+/// the `edge` there.
+void narrow(int& start, int& length, int bar, int depth, int from, int side, int reach, int edge) {
+    const bool isShort = reach * shortestBar < edge;
+    if (depth * deepestBar > side || (isShort && depth * deepestShortBar > std::min(side, edge)))
         return;
     if (meet(bar, from))
         narrow(start, length, bar + depth, from + side);
@@ -89,9 +95,9 @@ ScreenRect withoutDocks(const ScreenRect& area, const ScreenRect& monitor,
             !overlap(y, y + height - 1, monitor.y, monitor.height))
             continue;
         if (width >= height)
-            narrow(left.y, left.height, y, height, monitor.y, monitor.height);
+            narrow(left.y, left.height, y, height, monitor.y, monitor.height, width, monitor.width);
         else
-            narrow(left.x, left.width, x, width, monitor.x, monitor.width);
+            narrow(left.x, left.width, x, width, monitor.x, monitor.width, height, monitor.height);
     }
     return left;
 }

@@ -31,7 +31,8 @@ struct Strut {
 
 /// What bars leave of `area`, the free part of `monitor`, without having told of it: bars at an edge between
 /// two monitors, or at one that isn't the screen's own, have no struts. Of `docks`, the windows that are bars
-/// or look like them, those count that lie flat along an edge of the monitor.
+/// or look like them, those count that lie flat along an edge of the monitor; short ones only if they are
+/// shallow.
 [[nodiscard]] ScreenRect withoutDocks(const ScreenRect& area, const ScreenRect& monitor,
                                       std::span<const ScreenRect> docks);
 
