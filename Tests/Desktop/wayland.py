@@ -11,6 +11,7 @@ from waylanddesktop import WaylandDesktop
 
 EDGE_MARGIN = 8
 ITEM_GAP = 6
+OTHER = "Other"
 
 
 def expected_card(desktop, card):
@@ -99,9 +100,56 @@ def test_without_bar(program):
         check_equal(selvane.quit(), 0, "exit status without a bar")
 
 
-def main(program):
+def test_other_applications(program, other_window):
+    with WaylandDesktop(tray="notifier", dark=False) as desktop:
+        desktop.start("other", [other_window, OTHER])
+        wait("the other window to have the keyboard", lambda: desktop.has_focus(OTHER))
+        selvane = Selvane(desktop, program)
+        selvane.start()
+        selvane.click_dial()
+        selvane.wait_for_panel()
+        check(not selvane.stays_closed(), "the panel opens over the window of another application")
+        check(not desktop.has_focus(OTHER), "and has the keyboard")
+        desktop.command(f"[title={OTHER}] focus")
+        selvane.wait_for_no_panel()
+        check(desktop.has_focus(OTHER), "the activation of that application closes the panel")
+        selvane.click_dial()
+        selvane.wait_for_panel()
+        check_equal(selvane.quit(), 0, "exit status after the other application")
+
+
+def check_middle(desktop, selvane):
+    node = desktop.node(TITLE)
+    check_equal(node["type"], "floating_con", "the window's kind on a desktop that takes no commands")
+    free, panel = desktop.free_area, selvane.panel
+    middle = Area(free.x + (free.width - panel.width) // 2, free.y + (free.height - panel.height) // 2,
+                  panel.width, panel.height)
+    check_equal(panel, middle, "it stands in the middle")
+
+
+def test_without_commands(program):
+    """As on every desktop but sway: none moves a window when it is asked to."""
+    # Windows that are higher than what the bar leaves have another middle.
+    with WaylandDesktop(tray="notifier", dark=False, size=(1280, 1024)) as desktop:
+        selvane = Selvane(desktop, program)
+        commands = desktop.environment.pop("SWAYSOCK")
+        selvane.start()
+        desktop.environment["SWAYSOCK"] = commands
+        for _ in range(2):
+            selvane.click_dial()
+            selvane.wait_for_panel()
+            check_middle(desktop, selvane)
+            selvane.click_dial()
+            selvane.wait_for_no_panel()
+        selvane.open_panel()
+        check_equal(selvane.quit(), 0, "exit status without commands")
+
+
+def main(program, other_window):
     try:
         test_clicks(program)
+        test_other_applications(program, other_window)
+        test_without_commands(program)
         test_bar(program)
         for edge in ("top", "bottom", "left", "right"):
             test_edge(edge, program)
@@ -113,4 +161,4 @@ def main(program):
 
 
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1]))
+    sys.exit(main(*sys.argv[1:]))
