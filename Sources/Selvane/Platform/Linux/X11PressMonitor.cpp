@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace selvane {
 
@@ -70,7 +71,8 @@ public:
             }
             select(XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE);
         }
-        const auto place = _listeners.insert(_listeners.end(), std::move(listener));
+        const auto place =
+            _listeners.insert(_listeners.end(), std::make_shared<const Listener>(std::move(listener)));
         return Subscription(_lifetime.guard([this, place] {
             _listeners.erase(place);
             if (_listeners.empty())
@@ -95,24 +97,30 @@ private:
         xcb_flush(_connection.get());
     }
 
+    enum class Use { press, release };
+
     void readEvents() {
-        bool wasPressedOutside = false;
-        bool wasReleased = false;
+        std::vector<Use> uses;
         while (const auto event = XcbReply<xcb_generic_event_t>(xcb_poll_for_event(_connection.get()))) {
             const auto type = buttonEvent(*event);
-            wasPressedOutside =
-                wasPressedOutside || (type == XCB_INPUT_RAW_BUTTON_PRESS && !isPointerOverOwnWindow());
-            wasReleased = wasReleased || type == XCB_INPUT_RAW_BUTTON_RELEASE;
+            if (type == XCB_INPUT_RAW_BUTTON_RELEASE)
+                uses.push_back(Use::release);
+            else if (type == XCB_INPUT_RAW_BUTTON_PRESS && !isPointerOverOwnWindow())
+                uses.push_back(Use::press);
         }
         if (isLost())
             _notifier->setEnabled(false);
-        // Last and on copies, since a listener may end this watch.
-        const std::list<Listener> listeners = _listeners;
-        for (const Listener& listener : listeners) {
-            if (wasPressedOutside && listener.onPress)
-                listener.onPress();
-            if (wasReleased && listener.onRelease)
-                listener.onRelease();
+        // Last, since a listener may end this watch or another.
+        const std::vector<std::weak_ptr<const Listener>> listeners(_listeners.begin(), _listeners.end());
+        for (const Use use : uses) {
+            for (const auto& each : listeners) {
+                const auto listener = each.lock();
+                if (!listener)
+                    continue;
+                const auto& tell = use == Use::press ? listener->onPress : listener->onRelease;
+                if (tell)
+                    tell();
+            }
         }
     }
 
@@ -143,7 +151,7 @@ private:
     std::unique_ptr<xcb_connection_t, Disconnect> _connection;
     xcb_window_t _root;
     QSocketNotifier* _notifier;
-    std::list<Listener> _listeners;
+    std::list<std::shared_ptr<const Listener>> _listeners;
     Lifetime _lifetime;
 };
 
