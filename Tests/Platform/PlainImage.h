@@ -19,7 +19,13 @@ public:
                                                  ink == Ink::light ? _light : _dark)};
     }
 
+    [[nodiscard]] bool resembles(const TemplateImage& other) const override {
+        return this == &other || &other == like;
+    }
+
     mutable int drawings = 0;
+    /// The image that it resembles.
+    const TemplateImage* like = nullptr;
 
 private:
     std::uint32_t _dark;

@@ -163,6 +163,43 @@ TEST_F(StatusNotifierItemTest, AnEqualValueIsNotToldAgain) {
     EXPECT_EQ(_panel.count("NewIcon"), 2);
 }
 
+TEST_F(StatusNotifierItemTest, AnImageLikeTheOneThatWasToldIsReadButNotTold) {
+    const auto first = std::make_shared<PlainImage>(0xff000001, 0);
+    const auto second = std::make_shared<PlainImage>(0xff000002, 0);
+    const auto third = std::make_shared<PlainImage>(0xff000003, 0);
+    second->like = first.get();
+    third->like = second.get();
+    setImage(first, Ink::dark);
+    setImage(second, Ink::dark);
+    flush();
+    EXPECT_EQ(_panel.count("NewIcon"), 1);
+    EXPECT_EQ(qdbus_cast<NotifierPixmapList>(_panel.property("IconPixmap")).value(0).bytes.first(4),
+              QByteArray("\xff\0\0\2", 4));
+    setImage(third, Ink::dark);
+    flush();
+    EXPECT_EQ(_panel.count("NewIcon"), 2) << "it is like one that was not told";
+    setImage(second, Ink::light);
+    flush();
+    EXPECT_EQ(_panel.count("NewIcon"), 3) << "another ink is seen";
+}
+
+TEST_F(StatusNotifierItemTest, AnItemThatIsShownAgainTellsWhatDiffersFromItsImageThen) {
+    const auto first = std::make_shared<PlainImage>(0xff000001, 0);
+    const auto second = std::make_shared<PlainImage>(0xff000002, 0);
+    const auto third = std::make_shared<PlainImage>(0xff000003, 0);
+    third->like = first.get();
+    setImage(first, Ink::dark);
+    _item->setShown(false);
+    setImage(second, Ink::dark);
+    _item->setShown(true);
+    ASSERT_TRUE(waitUntil([&] { return _panel.registered.size() == 2; }));
+    flush();
+    ASSERT_EQ(_panel.count("NewIcon"), 1);
+    setImage(third, Ink::dark);
+    flush();
+    EXPECT_EQ(_panel.count("NewIcon"), 2);
+}
+
 TEST_F(StatusNotifierItemTest, PanelsThatMakePicturesSquareGetNoWords) {
     setImage(std::make_shared<PlainImage>(0xff000000, 0xffffffff), Ink::dark);
     setLabel("24:59", Company::image);

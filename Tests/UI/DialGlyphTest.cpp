@@ -48,6 +48,23 @@ TEST(DialGlyph, StyleAndDotMakeAnotherImage) {
     EXPECT_NE(glyph.image({0.5, Style::running, true}), image);
 }
 
+TEST(DialGlyph, ImagesOneStepApartResembleEachOther) {
+    DialGlyph glyph;
+    constexpr double step = 1.0 / 120;
+    for (int number = 0; number <= 118; ++number) {
+        const auto image = glyph.image({number * step, Style::running, false});
+        const auto next = glyph.image({(number + 1) * step, Style::running, false});
+        const auto secondNext = glyph.image({(number + 2) * step, Style::running, false});
+        EXPECT_TRUE(image->resembles(*next) && next->resembles(*image)) << number;
+        EXPECT_FALSE(image->resembles(*secondNext) || secondNext->resembles(*image)) << number;
+    }
+    const auto image = glyph.image({0.5, Style::running, false});
+    EXPECT_TRUE(image->resembles(*image));
+    EXPECT_FALSE(glyph.image({0.5, Style::onBreak, false})->resembles(*image));
+    EXPECT_FALSE(glyph.image({0.5, Style::paused, false})->resembles(*image));
+    EXPECT_FALSE(glyph.image({0.5, Style::running, true})->resembles(*image));
+}
+
 TEST(DialGlyph, BreakDrawsLikeFocus) {
     EXPECT_EQ(draw({0.4, Style::onBreak, false}), draw({0.4, Style::running, false}));
 }

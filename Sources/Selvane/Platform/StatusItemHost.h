@@ -38,6 +38,8 @@ class TemplateImage {
 public:
     virtual ~TemplateImage() = default;
     [[nodiscard]] virtual Pixmap pixmap(int side, Ink ink) const = 0;
+    /// Whether it is so much like `other` that a viewer may be left with that one.
+    [[nodiscard]] virtual bool resembles(const TemplateImage& other) const { return this == &other; }
 };
 
 /// What the status area shows. Images are compared by identity.

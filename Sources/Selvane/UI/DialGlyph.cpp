@@ -31,6 +31,14 @@ class DialImage final : public TemplateImage {
 public:
     explicit DialImage(const DialGlyph::State& state) : _state(state) {}
 
+    [[nodiscard]] bool resembles(const TemplateImage& other) const override {
+        const auto* const dial = dynamic_cast<const DialImage*>(&other);
+        if (dial == nullptr || dial->_state.style != _state.style || dial->_state.drifting != _state.drifting)
+            return false;
+        // The quotients of whole numbers of steps are not exact.
+        return std::abs(dial->_state.remaining - _state.remaining) * steps < 1.5;
+    }
+
     [[nodiscard]] Pixmap pixmap(int side, Ink ink) const override {
         if (side <= 0)
             return {};

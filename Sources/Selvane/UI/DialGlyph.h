@@ -34,7 +34,7 @@ public:
     static constexpr State resting{0.75, Style::idle, false};
 
     /// The dial of `state`, with the share rounded to one of 120 steps. States that round alike share one
-    /// image.
+    /// image. Images that are one step apart resemble each other.
     [[nodiscard]] std::shared_ptr<const TemplateImage> image(const State& state);
 
 private:

@@ -63,9 +63,12 @@ void StatusItemController::update() {
 }
 
 void StatusItemController::render(const StatusItemContent& content, const std::string& label) {
+    // Told in one go, which wakes those less often who hear it.
+    const std::string tooltip = MenuBarLabel::tooltip(_model, QLocale()).toStdString();
+    const std::vector<StatusMenuEntry> menu = StatusMenu::entries(_model.engine());
     _item.setAccessibilityLabel(label);
-    _item.setTooltip(MenuBarLabel::tooltip(_model, QLocale()).toStdString());
-    _item.setMenu(StatusMenu::entries(_model.engine()));
+    _item.setTooltip(tooltip);
+    _item.setMenu(menu);
     if (content == _lastContent)
         return;
     _lastContent = content;

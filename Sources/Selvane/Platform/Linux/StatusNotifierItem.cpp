@@ -91,7 +91,7 @@ void StatusNotifierItem::setLook(ItemLook look) {
     const ItemLook before = _picture.look();
     if (before == look)
         return;
-    const bool isNewImage = before.image != look.image || before.ink != look.ink;
+    const bool isNewInk = before.ink != look.ink;
     if (!_pictureHosts && !look.title.empty()) {
         _pictureHosts = std::make_unique<PictureHosts>(_bus);
         _pictureHosts->onChange = [this] { tellPicture(); };
@@ -99,8 +99,13 @@ void StatusNotifierItem::setLook(ItemLook look) {
     _picture.setLook(std::move(look));
     if (before.title != _picture.look().title)
         tellLabel();
-    if (isNewImage || (_pictureHosts && _pictureHosts->keepShape()))
+    if (isNewInk || !panelsHaveImage() || (_pictureHosts && _pictureHosts->keepShape()))
         tellPicture();
+}
+
+bool StatusNotifierItem::panelsHaveImage() const {
+    const auto& image = _picture.look().image;
+    return image == _toldImage || (image && _toldImage && image->resembles(*_toldImage));
 }
 
 bool StatusNotifierItem::showsTitle() const {
@@ -110,6 +115,7 @@ bool StatusNotifierItem::showsTitle() const {
 void StatusNotifierItem::tellPicture() {
     if (!_isShown)
         return;
+    _toldImage = _picture.look().image;
     Q_EMIT _adaptor->NewIcon();
     if (_needsAttention)
         Q_EMIT _adaptor->NewAttentionIcon();
@@ -169,6 +175,8 @@ void StatusNotifierItem::setShown(bool shown) {
         return;
     }
     _toolTipWasRead = true;
+    // Who finds the item asks for everything.
+    _toldImage = _picture.look().image;
     _bus.registerObject(itemPath, this, QDBusConnection::ExportAdaptors);
     constexpr uint doNotQueue = 4;
     // The bus works in order: whoever asks the watcher for the item afterwards finds its name.

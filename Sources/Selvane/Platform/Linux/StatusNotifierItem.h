@@ -37,7 +37,8 @@ public:
     ~StatusNotifierItem() override;
 
     /// Panels may ask for the title at any time; only those that show it are told of changes. For panels that
-    /// show no words but keep the shape of pictures it is drawn. However much changes, a panel is told once.
+    /// show no words but keep the shape of pictures it is drawn. However much changes, a panel is told once,
+    /// and not of an image that resembles the one it was told of: that it asks for one costs four wake-ups.
     void setLook(ItemLook look);
     void setToolTip(const std::string& text);
     void setAccessibleDescription(const std::string& text);
@@ -68,6 +69,7 @@ private:
     void askForHost();
     void tellLabel();
     void tellPicture();
+    [[nodiscard]] bool panelsHaveImage() const;
     [[nodiscard]] bool showsTitle() const;
     void setWatcher(Watcher watcher);
     void registerWithWatcher();
@@ -77,6 +79,8 @@ private:
     Watcher _watcher = Watcher::unknown;
     bool _isShown = false;
     ItemPicture _picture;
+    /// What panels were told of last.
+    std::shared_ptr<const TemplateImage> _toldImage;
     std::string _toolTip;
     std::string _accessibleDescription;
     bool _needsAttention = false;
