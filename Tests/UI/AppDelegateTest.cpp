@@ -12,6 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -135,6 +136,44 @@ TEST_F(AppDelegateTest, MemoryOfTheFirstOpeningIsGivenBackOnceItIsOver) {
     delegate.applicationShouldHandleReopen();
     harness.pass(Seconds{10});
     EXPECT_EQ(givenBack, 1) << "what is opened again needs what it finds";
+}
+
+TEST_F(AppDelegateTest, MemoryOfAPhaseIsGivenBackOnceItIsOver) {
+    finishLaunching();
+    harness.pass(Seconds{2});
+    ASSERT_EQ(std::exchange(givenBack, 0), 1);
+    TimerEngine& engine = delegate.model().engine();
+    engine.toggle();
+    harness.pass(Seconds{600});
+    EXPECT_EQ(givenBack, 0);
+    const std::weak_ptr<const TemplateImage> seen = host.content()->image;
+    harness.pass(Seconds{60});
+    engine.toggle();
+    harness.pass(Seconds{600});
+    EXPECT_EQ(givenBack, 0) << "a paused phase goes on";
+    EXPECT_FALSE(seen.expired());
+    engine.toggle();
+    engine.reset();
+    harness.pass(Seconds{1.9});
+    EXPECT_EQ(givenBack, 0);
+    harness.pass(Seconds{0.2});
+    EXPECT_EQ(givenBack, 1);
+    EXPECT_TRUE(seen.expired()) << "the phase's pictures are gone";
+    harness.pass(Seconds{3600});
+    EXPECT_EQ(givenBack, 1);
+}
+
+TEST_F(AppDelegateTest, APhaseThatBeginsAtOnceKeepsTheMemoryOfTheLast) {
+    finishLaunching();
+    harness.pass(Seconds{2});
+    ASSERT_EQ(std::exchange(givenBack, 0), 1);
+    TimerEngine& engine = delegate.model().engine();
+    engine.toggle();
+    engine.reset();
+    harness.pass(Seconds{1});
+    engine.toggle();
+    harness.pass(Seconds{60});
+    EXPECT_EQ(givenBack, 0);
 }
 
 TEST(AppDelegate, RecoveryNoticePostsOneDataNotification) {

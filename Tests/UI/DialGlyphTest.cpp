@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iterator>
+#include <memory>
 #include <vector>
 
 namespace selvane {
@@ -63,6 +64,18 @@ TEST(DialGlyph, ImagesOneStepApartResembleEachOther) {
     EXPECT_FALSE(glyph.image({0.5, Style::onBreak, false})->resembles(*image));
     EXPECT_FALSE(glyph.image({0.5, Style::paused, false})->resembles(*image));
     EXPECT_FALSE(glyph.image({0.5, Style::running, true})->resembles(*image));
+}
+
+TEST(DialGlyph, ForgetsTheDialsThatNobodyHolds) {
+    DialGlyph glyph;
+    const auto held = glyph.image({0.5, Style::running, false});
+    const std::weak_ptr<const TemplateImage> unused = glyph.image({0.6, Style::running, false});
+    ASSERT_FALSE(unused.expired());
+    const Pixmap before = held->pixmap(22, Ink::dark);
+    glyph.forgetUnused();
+    EXPECT_TRUE(unused.expired());
+    EXPECT_EQ(glyph.image({0.5, Style::running, false}), held);
+    EXPECT_EQ(held->pixmap(22, Ink::dark), before);
 }
 
 TEST(DialGlyph, BreakDrawsLikeFocus) {

@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -143,6 +144,22 @@ TEST_F(StatusItemControllerTest, MenuOpensThePanelAndQuits) {
     EXPECT_TRUE(panel->isVisible());
     EXPECT_TRUE(host.choose("Quit Selvane"));
     EXPECT_TRUE(quits);
+}
+
+TEST_F(StatusItemControllerTest, PicturesOfAPhaseAreKeptUntilItIsOver) {
+    engine().toggle();
+    harness.scheduler.turn();
+    const std::weak_ptr<const TemplateImage> first = host.content()->image;
+    harness.pass(Seconds{120});
+    controller->giveBackMemory();
+    EXPECT_FALSE(first.expired());
+    engine().reset();
+    harness.scheduler.turn();
+    const auto drawings = host.drawings();
+    controller->giveBackMemory();
+    EXPECT_TRUE(first.expired());
+    harness.pass(Seconds{120});
+    EXPECT_EQ(host.drawings(), drawings) << "the picture that is shown stays";
 }
 
 // The panel

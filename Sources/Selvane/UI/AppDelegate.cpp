@@ -10,6 +10,8 @@ namespace {
 constexpr Seconds startLength{1};
 /// As long as the panel's first transitions.
 constexpr Seconds firstOpeningLength{2};
+/// As long as an open panel moves over to the next phase.
+constexpr Seconds phaseEndLength{2};
 
 } // namespace
 
@@ -29,7 +31,7 @@ void AppDelegate::applicationDidFinishLaunching(Desktop desktop) {
         [this, make = std::move(desktop.makePanel),
          context = PanelContext{&_model, desktop.appearance, &_scheduler, desktop.windows, desktop.placer,
                                 desktop.space}] {
-            _startEnd = _scheduler.after(firstOpeningLength, [this] { _giveBackMemory(); });
+            _startEnd = _scheduler.after(firstOpeningLength, [this] { giveBackMemory(); });
             return make(context);
         });
     _statusItem->onQuit = _lifetime.guard([this] {
@@ -46,8 +48,25 @@ void AppDelegate::applicationDidFinishLaunching(Desktop desktop) {
     _model.announceRecovery();
     _startEnd = _scheduler.after(startLength, [this, prepare = std::move(desktop.prepareToMakePanel)] {
         prepare();
-        _giveBackMemory();
+        giveBackMemory();
     });
+    followPhases();
+}
+
+void AppDelegate::followPhases() {
+    _engineObserver = _model.engine().changed.subscribe([this] {
+        const bool isIdle = _model.engine().isIdle();
+        if (std::exchange(_isIdle, isIdle) == isIdle)
+            return;
+        _phaseEnd.end();
+        if (isIdle)
+            _phaseEnd = _scheduler.after(phaseEndLength, [this] { giveBackMemory(); });
+    });
+}
+
+void AppDelegate::giveBackMemory() {
+    _statusItem->giveBackMemory();
+    _giveBackMemory();
 }
 
 void AppDelegate::applicationShouldHandleReopen() {

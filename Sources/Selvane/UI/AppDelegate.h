@@ -37,7 +37,7 @@ public:
         /// Called when the start is over, unless the panel is made before: what makes that quicker and costs
         /// little can be done.
         std::function<void()> prepareToMakePanel = [] {};
-        /// Called when the start, and later the first opening of the panel, is over: what memory only they
+        /// Called when the start, the first opening of the panel or a phase is over: what memory only they
         /// needed can go.
         std::function<void()> giveBackMemory = [] {};
         /// Null where windows choose their own place.
@@ -58,12 +58,19 @@ public:
     std::function<void()> onQuit;
 
 private:
+    void followPhases();
+    void giveBackMemory();
+
     Scheduler& _scheduler;
     AppModel _model;
     std::unique_ptr<StatusItemController> _statusItem;
     std::function<void()> _giveBackMemory;
     /// Of the start, or of the first opening that came before it or after.
     Subscription _startEnd;
+    Subscription _engineObserver;
+    bool _isIdle = true;
+    /// Of the last phase.
+    Subscription _phaseEnd;
     Lifetime _lifetime;
 };
 

@@ -10,7 +10,9 @@
 #include <cmath>
 #include <functional>
 #include <map>
+#include <memory_resource>
 #include <utility>
+#include <vector>
 
 namespace selvane {
 
@@ -24,15 +26,26 @@ constexpr double dotSide = 4.5;
 constexpr double trackOpacity = 0.25;
 constexpr double pausedOpacity = 0.4;
 
-/// Coverage of the drawing at one size, a byte a pixel; the ink is laid over it on demand.
-using Mask = std::vector<std::uint8_t>;
+QPen pen(QColor ink, double opacity, double width, Qt::PenCapStyle cap) {
+    ink.setAlphaF(static_cast<float>(opacity));
+    return QPen(ink, width, Qt::SolidLine, cap);
+}
 
-class DialImage final : public TemplateImage {
+} // namespace
+
+/// Lies in few large pieces, which go whole. Among everything else the drawings would leave holes behind.
+class DialGlyph::Drawings final {
 public:
-    explicit DialImage(const DialGlyph::State& state) : _state(state) {}
+    std::pmr::monotonic_buffer_resource memory{256 * 1024};
+};
+
+class DialGlyph::Image final : public TemplateImage {
+public:
+    Image(const State& state, std::shared_ptr<Drawings> drawings)
+        : _state(state), _drawings(std::move(drawings)), _masks(&_drawings->memory) {}
 
     [[nodiscard]] bool resembles(const TemplateImage& other) const override {
-        const auto* const dial = dynamic_cast<const DialImage*>(&other);
+        const auto* const dial = dynamic_cast<const Image*>(&other);
         if (dial == nullptr || dial->_state.style != _state.style || dial->_state.drifting != _state.drifting)
             return false;
         // The quotients of whole numbers of steps are not exact.
@@ -50,7 +63,13 @@ public:
         return result;
     }
 
+    /// It is drawn again when it is asked for.
+    void forgetDrawings() const { _masks.clear(); }
+
 private:
+    /// Coverage of the drawing at one size, a byte a pixel; the ink is laid over it on demand.
+    using Mask = std::pmr::vector<std::uint8_t>;
+
     const Mask& mask(int side) const {
         Mask& coverage = _masks[side];
         if (coverage.empty()) {
@@ -74,16 +93,14 @@ private:
         return coverage;
     }
 
-    DialGlyph::State _state;
-    mutable std::map<int, Mask> _masks;
+    State _state;
+    std::shared_ptr<Drawings> _drawings;
+    mutable std::pmr::map<int, Mask> _masks;
 };
 
-QPen pen(QColor ink, double opacity, double width, Qt::PenCapStyle cap) {
-    ink.setAlphaF(static_cast<float>(opacity));
-    return QPen(ink, width, Qt::SolidLine, cap);
-}
+DialGlyph::DialGlyph() : _drawings(std::make_shared<Drawings>()) {}
 
-} // namespace
+DialGlyph::~DialGlyph() = default;
 
 std::size_t DialGlyph::Hash::operator()(const State& state) const noexcept {
     const auto style = static_cast<std::size_t>(state.style);
@@ -94,8 +111,16 @@ std::shared_ptr<const TemplateImage> DialGlyph::image(const State& state) {
     const State quantised{std::round(state.remaining * steps) / steps, state.style, state.drifting};
     auto& image = _images[quantised];
     if (!image)
-        image = std::make_shared<DialImage>(quantised);
+        image = std::make_shared<Image>(quantised, _drawings);
     return image;
+}
+
+void DialGlyph::forgetUnused() {
+    std::erase_if(_images, [](const auto& item) { return item.second.use_count() == 1; });
+    for (const auto& [state, image] : _images)
+        image->forgetDrawings();
+    // Every drawing is that of one of the images.
+    _drawings->memory.release();
 }
 
 namespace DialMark {

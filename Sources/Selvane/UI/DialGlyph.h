@@ -13,7 +13,7 @@ QT_FORWARD_DECLARE_CLASS(QPainter)
 
 namespace selvane {
 
-/// The small dial of the status area. Main thread; keeps every dial that it made, so that most ticks cost a
+/// The small dial of the status area. Main thread; keeps the dials that it made, so that most ticks cost a
 /// look-up.
 class DialGlyph {
 public:
@@ -33,16 +33,27 @@ public:
     /// The dial of a phase that is not under way: three quarters of a ring.
     static constexpr State resting{0.75, Style::idle, false};
 
+    DialGlyph();
+    DialGlyph(const DialGlyph&) = delete;
+    DialGlyph& operator=(const DialGlyph&) = delete;
+    ~DialGlyph();
+
     /// The dial of `state`, with the share rounded to one of 120 steps. States that round alike share one
     /// image. Images that are one step apart resemble each other.
     [[nodiscard]] std::shared_ptr<const TemplateImage> image(const State& state);
 
+    /// Forgets the dials that nobody holds, and the drawings of the others.
+    void forgetUnused();
+
 private:
+    class Drawings;
+    class Image;
     struct Hash {
         std::size_t operator()(const State& state) const noexcept;
     };
 
-    std::unordered_map<State, std::shared_ptr<const TemplateImage>, Hash> _images;
+    std::shared_ptr<Drawings> _drawings;
+    std::unordered_map<State, std::shared_ptr<const Image>, Hash> _images;
 };
 
 /// The dial's drawing.

@@ -75,6 +75,11 @@ void StatusItemController::render(const StatusItemContent& content, const std::s
     _item.setContent(content);
 }
 
+void StatusItemController::giveBackMemory() {
+    if (_model.engine().isIdle())
+        _glyph.forgetUnused();
+}
+
 // The panel
 
 void StatusItemController::open() {

@@ -51,6 +51,9 @@ public:
     /// Closes the panel if it is visible, otherwise opens it.
     void toggle(const StatusItemAnchor& anchor);
 
+    /// Lets go of the pictures of a phase that is over. While one is under way it needs them.
+    void giveBackMemory();
+
     /// The user asked to end the program.
     std::function<void()> onQuit;
 
