@@ -145,14 +145,15 @@ def test_without_commands(program):
         check_equal(selvane.quit(), 0, "exit status without commands")
 
 
-def main(program, other_window):
+def main(program, other_window, edge=None):
     try:
+        if edge:
+            test_edge(edge, program)
+            return 0
         test_clicks(program)
         test_other_applications(program, other_window)
         test_without_commands(program)
         test_bar(program)
-        for edge in ("top", "bottom", "left", "right"):
-            test_edge(edge, program)
         test_without_bar(program)
     except Failure as failure:
         print(f"FAILED: {failure}", file=sys.stderr)

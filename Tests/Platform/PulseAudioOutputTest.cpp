@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <cmath>
@@ -151,6 +152,12 @@ protected:
         return waitUntil([&source] { return source.use_count() == 1; });
     }
 
+    SoundServer _server{GetParam()};
+};
+
+/// What the server's device plays is looked at.
+class RecordedSoundTest : public PulseAudioOutputTest {
+protected:
     /// Waits until the sounds were let go and a second more has been recorded. False if that never comes.
     static bool areOver(Recording& recording, const std::vector<std::weak_ptr<Sines>>& sounds) {
         const auto isGone = [](const auto& sound) { return sound.expired(); };
@@ -223,8 +230,6 @@ protected:
                             arrival(right, same, half, &AudioFrame::right));
         });
     }
-
-    SoundServer _server{GetParam()};
 };
 
 /// The names of the process's threads.
@@ -237,13 +242,13 @@ std::vector<std::string> threadNames() {
     return names;
 }
 
-TEST_P(PulseAudioOutputTest, ASoundIsHeardWhole) {
+TEST_P(RecordedSoundTest, ASoundIsHeardWhole) {
     ASSERT_TRUE(_server.start());
     PulseAudioOutput output(AUDIO_PLUGIN);
     EXPECT_TRUE(isHeardWhole(output));
 }
 
-TEST_P(PulseAudioOutputTest, TwoSoundsAreHeardBesideEachOther) {
+TEST_P(RecordedSoundTest, TwoSoundsAreHeardBesideEachOther) {
     ASSERT_TRUE(_server.start());
     PulseAudioOutput output(AUDIO_PLUGIN);
     EXPECT_TRUE(isRecorded(output, [&output](Recording& recording) {
@@ -290,7 +295,7 @@ TEST_P(PulseAudioOutputTest, TheConnectionEndsSoonAfterTheSound) {
     }
 }
 
-TEST_P(PulseAudioOutputTest, AServerThatDiesTakesItsSoundsAlong) {
+TEST_P(RecordedSoundTest, AServerThatDiesTakesItsSoundsAlong) {
     ASSERT_TRUE(_server.start());
     PulseAudioOutput output(AUDIO_PLUGIN);
     const auto lost = std::make_shared<Sines>(Sines::endless, 0.5F, 0.5F);
@@ -343,11 +348,14 @@ TEST_P(PulseAudioOutputTest, TheLogTellsOnceThatThereIsNoServer) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), line);
 }
 
-INSTANTIATE_TEST_SUITE_P(Servers, PulseAudioOutputTest,
-                         testing::Values(SoundSystem::pulseAudio, SoundSystem::pipeWire),
-                         [](const auto& test) {
-                             return test.param == SoundSystem::pulseAudio ? "PulseAudio" : "PipeWire";
-                         });
+constexpr auto nameOfServer = [](const testing::TestParamInfo<SoundSystem>& test) {
+    return test.param == SoundSystem::pulseAudio ? "PulseAudio" : "PipeWire";
+};
+constexpr std::array servers{SoundSystem::pulseAudio, SoundSystem::pipeWire};
+
+INSTANTIATE_TEST_SUITE_P(Servers, PulseAudioOutputTest, testing::ValuesIn(servers), nameOfServer);
+// By this name they are run while nothing else is.
+INSTANTIATE_TEST_SUITE_P(Sound, RecordedSoundTest, testing::ValuesIn(servers), nameOfServer);
 
 TEST(PulseAudioOutputTest, AServerThatDoesNotAnswerIsGivenUp) {
     const SoundServer place(SoundSystem::pulseAudio);
