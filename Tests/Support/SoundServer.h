@@ -49,7 +49,7 @@ public:
             return waitFor(socket()) && answers();
         case SoundSystem::pipeWire:
             run("pipewire", {});
-            if (!waitFor(_folder.path() / "pipewire-0"))
+            if (!waitFor(pipeWireSocket()))
                 return false;
             run("wireplumber", {});
             run("pipewire-pulse", {});
@@ -68,11 +68,15 @@ public:
             (*process)->waitForFinished();
         }
         _processes.clear();
+        // By these the next start is seen.
         std::error_code ignored;
-        std::filesystem::remove(socket(), ignored);
+        for (const auto& file : {socket(), pipeWireSocket()})
+            std::filesystem::remove(file, ignored);
     }
 
 private:
+    [[nodiscard]] std::filesystem::path pipeWireSocket() const { return _folder.path() / "pipewire-0"; }
+
     void run(const char* program, const std::vector<const char*>& words) {
         QStringList arguments;
         for (const char* const word : words)
