@@ -1,5 +1,6 @@
 #include "Selvane/Platform/Linux/DesktopAppearance.h"
 
+#include "Selvane/Platform/Linux/X11Windows.h"
 #include "Selvane/Platform/Linux/XcbReply.h"
 
 #include <QtCore/QCoreApplication>
@@ -54,13 +55,11 @@ DesktopAppearance::DesktopAppearance(const QDBusConnection& sessionBus, std::uni
 DesktopAppearance::~DesktopAppearance() = default;
 
 bool DesktopAppearance::isComposited() const {
-    if (qobject_cast<QGuiApplication*>(QCoreApplication::instance()) == nullptr)
-        return false;
-    if (auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
+    if (xcb_connection_t* const connection = X11Windows::connection()) {
         // Each question waits for the server, and this is asked whenever a window opens.
         if (_compositorSelection == XCB_ATOM_NONE)
-            _compositorSelection = compositorSelection(x11->connection());
-        return isOwned(x11->connection(), _compositorSelection);
+            _compositorSelection = compositorSelection(connection);
+        return isOwned(connection, _compositorSelection);
     }
     return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 }

@@ -9,7 +9,9 @@
 namespace selvane::X11Windows {
 
 xcb_connection_t* connection() {
-    const auto* const x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    const auto* const application = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
+    const auto* const x11 =
+        application ? application->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
     return x11 ? x11->connection() : nullptr;
 }
 

@@ -10,7 +10,8 @@
 /// What several parts ask of an X11 server. Main thread.
 namespace selvane::X11Windows {
 
-/// The connection that this program's windows were made on; null without an X11 session.
+/// The connection that this program's windows were made on; null without an X11 session, and in a program
+/// that makes no windows.
 [[nodiscard]] xcb_connection_t* connection();
 
 /// Whether a window was made on `connection`: windows are told by their numbers, of which the server gives
