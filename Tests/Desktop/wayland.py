@@ -1,6 +1,7 @@
 #!/usr/bin/python3
 """Under sway the panel floats beside the bar's end, and waybar shows the time beside the dial."""
 
+import pathlib
 import sys
 
 import harness
@@ -102,7 +103,7 @@ def test_without_bar(program):
 
 def test_other_applications(program, other_window):
     with WaylandDesktop(tray="notifier", dark=False) as desktop:
-        desktop.start("other", [other_window, OTHER])
+        desktop.start("other", [pathlib.Path(other_window).resolve(), OTHER])
         wait("the other window to have the keyboard", lambda: desktop.has_focus(OTHER))
         selvane = Selvane(desktop, program)
         selvane.start()
