@@ -11,6 +11,7 @@ from virtualdesktop import Area, Failure, TRAY_HEIGHT, changed_area, wait
 
 EDGE_MARGIN = 8
 ITEM_GAP = 6
+SHADOW_MARGIN = 32
 
 
 def expected_card(desktop, card):
@@ -22,6 +23,17 @@ def expected_card(desktop, card):
     return Area(area.x + area.width - EDGE_MARGIN * scale - width, y, width, card.height)
 
 
+def check_shadow(desktop, selvane):
+    """Only with a compositor the window reaches beyond the card, and shows what lies behind it there."""
+    window, card = selvane.panel, selvane.card
+    margin = SHADOW_MARGIN * desktop.monitor.scale if desktop.compositor else 0
+    check_equal((card.x - window.x, card.y - window.y), (margin, margin), "the room for the shadow")
+    if desktop.compositor:
+        row = desktop.picture(Area(window.x, card.middle[1], margin, 1)).convert("L")
+        lights = [row.getpixel((x, 0)) for x in range(margin)]
+        check(lights[0] > lights[-1] > 0, f"the shadow grows towards the card: {lights[0]} to {lights[-1]}")
+
+
 def check_panel(desktop, selvane):
     """The height of the panel, in units of windows."""
     selvane.open_panel()
@@ -30,6 +42,7 @@ def check_panel(desktop, selvane):
     check(reach[0] <= selvane.dial.middle[0] <= reach[1], f"the panel {card} hangs at the dial {selvane.dial}")
     check_equal(card, expected_card(desktop, card), "its place")
     check_equal(card.height % scale, 0, "it has whole units")
+    check_shadow(desktop, selvane)
     desktop.key("Escape")
     selvane.wait_for_no_panel()
     return card.height // scale
@@ -53,8 +66,10 @@ def test(program, tray):
     heights = set()
     for monitor in (ORDINARY, SHARP):
         for edge in ("top", "bottom"):
-            with MonitorDesktop(monitor, tray=tray, edge=edge) as desktop:
-                print(f"{tray} at the {edge} of {monitor.output}", flush=True)
+            # Each monitor with a compositor and without one.
+            compositor = (monitor == SHARP) == (edge == "top")
+            with MonitorDesktop(monitor, tray=tray, edge=edge, compositor=compositor) as desktop:
+                print(f"{tray} at the {edge} of {monitor.output}, compositor: {compositor}", flush=True)
                 selvane = Selvane(desktop, program)
                 selvane.start()
                 if tray == "xembed":
