@@ -1,0 +1,129 @@
+#include "Selvane/Platform/Linux/X11Windows.h"
+#include "Selvane/Platform/Linux/XcbReply.h"
+#include "Selvane/UI/Popover/PopoverPanel.h"
+#include "Support/EndWithTest.h"
+#include "Support/EventLoop.h"
+#include "Support/FakeAppearance.h"
+#include "Support/ModelHarness.h"
+
+#include <QGuiApplication>
+#include <QProcess>
+#include <QRasterWindow>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <xcb/xcb.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace selvane {
+namespace {
+
+/// The panel and another window of the program, as a window manager shows them.
+class PanelOnScreenTest : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        // Also for repetitions: a window manager that takes the place of another isn't noticed at once.
+        if (manager)
+            return;
+        PopoverPanel::prepare();
+        manager = new QProcess;
+        test::endWithTest(*manager);
+        manager->start(QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
+        ASSERT_TRUE(test::waitUntil([] { return !property(root(), "_NET_SUPPORTING_WM_CHECK").empty(); }))
+            << "these tests need openbox";
+    }
+
+    PanelOnScreenTest() : panel({&harness.launch(), &appearance, &harness.scheduler, nullptr}) {
+        panelWindow = QGuiApplication::topLevelWindows().constFirst();
+        mainWindow.setTitle(QStringLiteral("Main"));
+        mainWindow.setGeometry(40, 40, 300, 300);
+    }
+
+    void SetUp() override {
+        mainWindow.show();
+        // A window manager that has only just begun leaves the keyboard where it is.
+        ASSERT_TRUE(test::waitUntil([this] {
+            mainWindow.requestActivate();
+            return isActive(mainWindow);
+        }));
+        panel.setLevel(PanelLevel::floating);
+        panel.show({});
+        ASSERT_TRUE(test::waitUntil([this] { return isActive(*panelWindow); }));
+    }
+
+    static xcb_window_t root() { return X11Windows::screen(X11Windows::connection(), 0)->root; }
+    static xcb_window_t number(const QWindow& window) { return static_cast<xcb_window_t>(window.winId()); }
+
+    /// The numbers that a property holds.
+    static std::vector<std::uint32_t> property(xcb_window_t window, std::string_view name) {
+        xcb_connection_t* const connection = X11Windows::connection();
+        const auto cookie = xcb_get_property(connection, 0, window, X11Windows::atom(connection, name),
+                                             XCB_GET_PROPERTY_TYPE_ANY, 0, 1000);
+        const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection, cookie, nullptr));
+        if (!reply || reply->format != 32)
+            return {};
+        const auto* const first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+        return {first, first + reply->value_len};
+    }
+
+    /// From the lowest to the highest.
+    static std::vector<std::uint32_t> stack() { return property(root(), "_NET_CLIENT_LIST_STACKING"); }
+
+    static bool isActive(const QWindow& window) {
+        return property(root(), "_NET_ACTIVE_WINDOW") == std::vector{number(window)};
+    }
+
+    [[nodiscard]] bool isPanelHigher() const {
+        const auto windows = stack();
+        return std::ranges::find(windows, number(mainWindow)) <
+               std::ranges::find(windows, number(*panelWindow));
+    }
+
+    [[nodiscard]] bool isPanelKeptAbove() const {
+        const auto above = X11Windows::atom(X11Windows::connection(), "_NET_WM_STATE_ABOVE");
+        return std::ranges::count(property(number(*panelWindow), "_NET_WM_STATE"), above) == 1;
+    }
+
+    /// The user turns to it; window managers raise it then.
+    void turnToMainWindow() {
+        mainWindow.requestActivate();
+        mainWindow.raise();
+        ASSERT_TRUE(test::waitUntil([this] { return isActive(mainWindow); }));
+    }
+
+    static inline QProcess* manager = nullptr;
+    test::ModelHarness harness;
+    test::FakeAppearance appearance;
+    PopoverPanel panel;
+    QWindow* panelWindow = nullptr;
+    QRasterWindow mainWindow;
+};
+
+TEST_F(PanelOnScreenTest, FloatingPanelStaysOverTheMainWindow) {
+    EXPECT_TRUE(test::waitUntil([this] { return isPanelKeptAbove(); }));
+    turnToMainWindow();
+    EXPECT_TRUE(isPanelHigher());
+}
+
+TEST_F(PanelOnScreenTest, NormalPanelSinksUnderTheMainWindow) {
+    panel.setLevel(PanelLevel::normal);
+    EXPECT_TRUE(test::waitUntil([this] { return !isPanelKeptAbove(); }));
+    turnToMainWindow();
+    EXPECT_TRUE(test::waitUntil([this] { return !isPanelHigher(); }));
+}
+
+TEST_F(PanelOnScreenTest, PanelThatFloatsAgainRises) {
+    panel.setLevel(PanelLevel::normal);
+    turnToMainWindow();
+    ASSERT_TRUE(test::waitUntil([this] { return !isPanelHigher(); }));
+    panel.setLevel(PanelLevel::floating);
+    EXPECT_TRUE(test::waitUntil([this] { return isPanelHigher() && isPanelKeptAbove(); }));
+    EXPECT_TRUE(panelWindow->isVisible());
+}
+
+} // namespace
+} // namespace selvane
