@@ -64,6 +64,11 @@ def test(desktop, selvane):
     check(True, "Escape closes the panel")
 
     selvane.open_panel()
+    desktop.key("alt+F4")
+    selvane.wait_for_no_panel()
+    check(selvane.process.poll() is None, "a window manager that closes the panel closes nothing else")
+
+    selvane.open_panel()
     desktop.click(20, desktop.size[1] - 20)
     selvane.wait_for_no_panel()
     check(True, "a click elsewhere closes the panel")

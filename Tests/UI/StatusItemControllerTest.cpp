@@ -351,7 +351,6 @@ TEST_F(StatusItemControllerTest, PanelFloatsAgainWhenTheMainWindowCloses) {
 
 TEST_F(StatusItemControllerTest, MainWindowThatClosesGivesTheKeyboardToThePanelIfItIsOpen) {
     host.click();
-    programWindows.close(ProgramWindow::panel);
     programWindows.close(ProgramWindow::other);
     EXPECT_EQ(harness.journal.count("panel.activate"), 0) << "a dialog gives it back to its parent";
     programWindows.close(ProgramWindow::main);
@@ -359,6 +358,17 @@ TEST_F(StatusItemControllerTest, MainWindowThatClosesGivesTheKeyboardToThePanelI
     controller->close();
     programWindows.close(ProgramWindow::main);
     EXPECT_EQ(harness.journal.count("panel.activate"), 1);
+}
+
+TEST_F(StatusItemControllerTest, PanelThatTheWindowManagerClosesIsClosedWholly) {
+    host.click();
+    programWindows.close(ProgramWindow::panel);
+    EXPECT_FALSE(panel->isVisible());
+    EXPECT_FALSE(host.isHighlighted());
+    EXPECT_EQ(presses.watchers(), 0);
+    EXPECT_EQ(activations.watchers(), 0);
+    host.click();
+    EXPECT_TRUE(panel->isVisible());
 }
 
 TEST_F(StatusItemControllerTest, LevelIsSetOnlyIfItDiffers) {

@@ -100,12 +100,13 @@ void StatusItemController::open(const StatusItemAnchor& anchor) {
         stopWatchingForDismissal();
     setLevel(PanelLevel::floating);
     _panel->show(anchor);
+    _isOpen = true;
     _item.setHighlighted(true);
     startWatchingForDismissal();
 }
 
 void StatusItemController::close() {
-    if (!_panel || !_panel->isVisible())
+    if (!std::exchange(_isOpen, false))
         return;
     stopWatchingForDismissal();
     _panel->hide();
@@ -173,6 +174,9 @@ void StatusItemController::observeWindows() {
 
 void StatusItemController::willClose(ProgramWindow window) {
     updateLevel(window);
+    // The window manager can close it as well.
+    if (window == ProgramWindow::panel)
+        close();
     // Before the desktop gives the keyboard to another program, which would close the panel.
     // Other windows give it back to their parents.
     if (_panel && _panel->isVisible() && window == ProgramWindow::main)

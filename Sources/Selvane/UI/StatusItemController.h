@@ -83,6 +83,7 @@ private:
     WindowCoordinator* _windows;
     MakePanel _makePanel;
     std::unique_ptr<Panel> _panel;
+    bool _isOpen = false;
     PanelLevel _level = PanelLevel::floating;
     DialGlyph _glyph;
     std::optional<StatusItemContent> _lastContent;
