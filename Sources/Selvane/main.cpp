@@ -194,7 +194,7 @@ int run(QGuiApplication& application, const std::string& startName, SingleInstan
     LinuxStatusItem statusItem(sessionBus, scheduler, appearance, titles);
     LinuxAttentionSignal attentionSignal(statusItem, scheduler);
     X11PressMonitor presses;
-    X11ActivationMonitor activations;
+    X11ActivationMonitor activations(scheduler);
     QtProgramWindows programWindows;
     AutostartEntry loginItem({
         .fileSystem = &fileSystem,

@@ -2,6 +2,7 @@
 
 #include "Selvane/Platform/Linux/X11Windows.h"
 #include "Support/EventLoop.h"
+#include "Support/ManualScheduler.h"
 
 #include <QtCore/QAbstractNativeEventFilter>
 #include <QtGui/QGuiApplication>
@@ -69,7 +70,8 @@ protected:
         return _monitor.watch([this] { ++_told; });
     }
 
-    X11ActivationMonitor _monitor;
+    ManualScheduler _scheduler;
+    X11ActivationMonitor _monitor{_scheduler};
     int _told = 0;
 
 private:
@@ -94,6 +96,15 @@ TEST_F(X11ActivationMonitorTest, ActivationThatWasUnderWayWhenThePanelOpenedDoes
     activate(ownWindow());
     activate(foreignWindow());
     EXPECT_EQ(_told, 1) << "that is the user's turning away";
+}
+
+TEST_F(X11ActivationMonitorTest, TurningAwayFromAPanelThatWasRefusedTheFocusIsTold) {
+    const auto watching = watch();
+    activate(foreignWindow());
+    EXPECT_EQ(_told, 0);
+    _scheduler.advance(Seconds{1});
+    activate(foreignWindow());
+    EXPECT_EQ(_told, 1);
 }
 
 TEST_F(X11ActivationMonitorTest, ActivationOfThisProcessIsIgnored) {

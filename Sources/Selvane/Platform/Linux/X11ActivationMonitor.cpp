@@ -2,6 +2,7 @@
 
 #include "Selvane/Platform/Linux/X11Windows.h"
 #include "Selvane/Platform/Linux/XcbReply.h"
+#include "Selvane/Platform/Scheduler.h"
 
 #include <QtCore/QAbstractNativeEventFilter>
 #include <QtGui/QGuiApplication>
@@ -16,12 +17,18 @@ namespace selvane {
 
 namespace {
 
+/// What becomes active later than this after the start of a watch is what the user turned to, even if no
+/// window of this process was active before: window managers may refuse it that.
+constexpr Seconds underWay{1};
+
 class Watch final : public QAbstractNativeEventFilter {
 public:
-    Watch(xcb_connection_t* connection, std::function<void()> onOtherApplication)
+    Watch(xcb_connection_t* connection, const Scheduler& scheduler, std::function<void()> onOtherApplication)
         : _connection(connection),
           _activeWindow(X11Windows::atom(connection, "_NET_ACTIVE_WINDOW")),
-          _onOtherApplication(std::move(onOtherApplication)) {
+          _onOtherApplication(std::move(onOtherApplication)),
+          _scheduler(scheduler),
+          _start(scheduler.now()) {
         qGuiApp->installNativeEventFilter(this);
     }
     Watch(const Watch&) = delete;
@@ -51,7 +58,8 @@ private:
             _wasOwn = true;
             return;
         }
-        if (!std::exchange(_wasOwn, false))
+        const bool isLate = _scheduler.now() - _start >= underWay;
+        if (!std::exchange(_wasOwn, false) && !isLate)
             return;
         // On a copy, since the listener may end this watch.
         const auto tell = _onOtherApplication;
@@ -71,8 +79,10 @@ private:
     xcb_connection_t* _connection;
     xcb_atom_t _activeWindow;
     std::function<void()> _onOtherApplication;
+    const Scheduler& _scheduler;
     /// A window of this process has become the active one, and no other since.
     bool _wasOwn = false;
+    Seconds _start;
 };
 
 } // namespace
@@ -81,7 +91,7 @@ Subscription X11ActivationMonitor::watch(std::function<void()> onOtherApplicatio
     xcb_connection_t* const connection = X11Windows::connection();
     if (!connection)
         return {};
-    auto watch = std::make_shared<Watch>(connection, std::move(onOtherApplication));
+    auto watch = std::make_shared<Watch>(connection, _scheduler, std::move(onOtherApplication));
     return Subscription([watch = std::move(watch)]() mutable { watch.reset(); });
 }
 
