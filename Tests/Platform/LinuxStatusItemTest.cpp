@@ -214,6 +214,16 @@ TEST_F(LinuxStatusItemTest, WithoutAnImageTheLastOneStays) {
     EXPECT_EQ(firstPixel(), QByteArray("\xff\x22\x22\x22"));
 }
 
+TEST_F(LinuxStatusItemTest, WithoutWordsTheDialFollowsThePhaseAlsoInTimeOnly) {
+    _panel.appear();
+    make();
+    ASSERT_TRUE(isRegistered(_panel));
+    _item->setContent({nullptr, "24:59", std::make_shared<PlainImage>(0xff111111, 0xff222222)});
+    EXPECT_EQ(firstPixel(), QByteArray("\xff\x11\x11\x11"));
+    _item->setContent({nullptr, "24:58", std::make_shared<PlainImage>(0xff333333, 0xff444444)});
+    EXPECT_EQ(firstPixel(), QByteArray("\xff\x33\x33\x33"));
+}
+
 TEST_F(LinuxStatusItemTest, ATrayShowsTheTimeWithTheImageOrAlone) {
     make(x11());
     _item->setContent({_image, "24:59"});

@@ -48,6 +48,7 @@ TEST_F(MenuBarLabelTest, DisplaySettingChoosesDialAndTime) {
     settings.menuBarDisplay.set(MenuBarDisplay::timeOnly);
     EXPECT_FALSE(content().image);
     EXPECT_EQ(content().title, "25:00");
+    EXPECT_EQ(content().substitute, glyph.image(state())) << "for panels that show no words";
 }
 
 TEST_F(MenuBarLabelTest, DialEmptiesAsThePhaseRuns) {

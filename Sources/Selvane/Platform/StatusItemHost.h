@@ -46,6 +46,8 @@ public:
 struct StatusItemContent {
     std::shared_ptr<const TemplateImage> image;
     std::optional<std::string> title;
+    /// Where no title can be shown, stands for one that would be shown alone.
+    std::shared_ptr<const TemplateImage> substitute = {};
     friend bool operator==(const StatusItemContent&, const StatusItemContent&) = default;
 };
 

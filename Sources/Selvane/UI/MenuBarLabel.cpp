@@ -3,6 +3,8 @@
 #include "Selvane/App/DateText.h"
 #include "SelvaneCore/TimeFormat.h"
 
+#include <utility>
+
 namespace selvane::MenuBarLabel {
 
 namespace {
@@ -36,7 +38,7 @@ StatusItemContent content(const AppModel& model, DialGlyph& glyph) {
         content.title.reset();
         break;
     case MenuBarDisplay::timeOnly:
-        content.image.reset();
+        content.substitute = std::exchange(content.image, nullptr);
         break;
     }
     return content;

@@ -97,8 +97,8 @@ void LinuxStatusItem::setContent(const StatusItemContent& content) {
     if (_content == content)
         return;
     _content = content;
-    if (_content.image != nullptr)
-        _image = _content.image;
+    if (const auto& image = _content.image ? _content.image : _content.substitute)
+        _image = image;
     updateLook();
 }
 
