@@ -10,7 +10,7 @@ namespace selvane {
 namespace {
 
 constexpr std::array allActions{Notifier::Action::snooze, Notifier::Action::hideApp};
-/// Nothing that is scheduled comes sooner, or it would come with the click that asked for it.
+/// Nothing that is scheduled comes sooner by itself, or it would come with the click that asked for it.
 constexpr Seconds shortestDelay{1.0};
 
 NotificationAction button(Notifier::Action action) {

@@ -47,7 +47,8 @@ public:
     void notifyDataNotice(const std::string& title, const std::string& body);
     /// Drops the pending notifications with these identifiers. Unknown ones do nothing.
     void removePending(std::span<const std::string_view> ids);
-    /// Shows now what is pending under this identifier. Does nothing where nothing is.
+    /// Shows now what is pending under this identifier, also what was to come a second after it was
+    /// scheduled. Does nothing where nothing is pending.
     void deliverPending(std::string_view id);
     /// Takes the notifications with these identifiers off the screen. Unknown ones do nothing.
     void removeDelivered(std::span<const std::string_view> ids);

@@ -41,6 +41,7 @@ public:
     /// and not of an image that resembles the one it was told of: that it asks for one costs four wake-ups.
     void setLook(ItemLook look);
     void setToolTip(const std::string& text);
+    /// Panels read it with each new picture; they are not woken for the time that passes between two.
     void setAccessibleDescription(const std::string& text);
     void setMenu(const std::vector<StatusMenuEntry>& entries);
     /// Whether panels are to point the user to the item, which shows the same picture then.
