@@ -66,13 +66,16 @@ TEST(DialGlyph, ImagesOneStepApartResembleEachOther) {
     EXPECT_FALSE(glyph.image({0.5, Style::running, true})->resembles(*image));
 }
 
-TEST(DialGlyph, ForgottenDrawingsAreDrawnAgainForTheSameImage) {
+TEST(DialGlyph, ForgetsTheDialsThatNobodyHolds) {
     DialGlyph glyph;
-    const auto image = glyph.image({0.5, Style::running, false});
-    const Pixmap before = image->pixmap(22, Ink::dark);
-    glyph.forgetDrawings();
-    EXPECT_EQ(glyph.image({0.5, Style::running, false}), image);
-    EXPECT_EQ(image->pixmap(22, Ink::dark), before);
+    const auto held = glyph.image({0.5, Style::running, false});
+    const std::weak_ptr<const TemplateImage> unused = glyph.image({0.6, Style::running, false});
+    ASSERT_FALSE(unused.expired());
+    const Pixmap before = held->pixmap(22, Ink::dark);
+    glyph.forgetUnused();
+    EXPECT_TRUE(unused.expired());
+    EXPECT_EQ(glyph.image({0.5, Style::running, false}), held);
+    EXPECT_EQ(held->pixmap(22, Ink::dark), before);
 }
 
 TEST(DialGlyph, BreakDrawsLikeFocus) {

@@ -115,7 +115,8 @@ std::shared_ptr<const TemplateImage> DialGlyph::image(const State& state) {
     return image;
 }
 
-void DialGlyph::forgetDrawings() {
+void DialGlyph::forgetUnused() {
+    std::erase_if(_images, [](const auto& item) { return item.second.use_count() == 1; });
     for (const auto& [state, image] : _images)
         image->forgetDrawings();
     // Every drawing is that of one of the images.

@@ -13,7 +13,7 @@ QT_FORWARD_DECLARE_CLASS(QPainter)
 
 namespace selvane {
 
-/// The small dial of the status area. Main thread; keeps every dial that it made, so that most ticks cost a
+/// The small dial of the status area. Main thread; keeps the dials that it made, so that most ticks cost a
 /// look-up.
 class DialGlyph {
 public:
@@ -42,8 +42,8 @@ public:
     /// image. Images that are one step apart resemble each other.
     [[nodiscard]] std::shared_ptr<const TemplateImage> image(const State& state);
 
-    /// Gives back what the dials are drawn in; each is drawn again when it is next asked for.
-    void forgetDrawings();
+    /// Forgets the dials that nobody holds, and the drawings of the others.
+    void forgetUnused();
 
 private:
     class Drawings;

@@ -77,7 +77,7 @@ void StatusItemController::render(const StatusItemContent& content, const std::s
 
 void StatusItemController::giveBackMemory() {
     if (_model.engine().isIdle())
-        _glyph.forgetDrawings();
+        _glyph.forgetUnused();
 }
 
 // The panel
