@@ -10,7 +10,7 @@
 
 #include <xcb/xcb.h>
 
-#include <string_view>
+#include <string>
 #include <utility>
 
 namespace selvane {
@@ -28,10 +28,7 @@ DesktopWishes::Palette currentPalette() {
 
 /// The selection that the program which composites an X11 screen owns.
 xcb_atom_t compositorSelection(xcb_connection_t* connection) {
-    constexpr std::string_view name = "_NET_WM_CM_S0";
-    const XcbReply<xcb_intern_atom_reply_t> atom(
-        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 0, name.size(), name.data()), nullptr));
-    return atom ? atom->atom : xcb_atom_t{XCB_ATOM_NONE};
+    return X11Windows::atom(connection, "_NET_WM_CM_S" + std::to_string(X11Windows::screenNumber()));
 }
 
 bool isOwned(xcb_connection_t* connection, xcb_atom_t selection) {

@@ -78,7 +78,8 @@ Bars readBars(xcb_connection_t* connection, xcb_window_t root) {
 
 std::optional<ScreenRect> X11ScreenSpace::available(const ScreenRect& monitor) const {
     xcb_connection_t* const connection = X11Windows::connection();
-    const xcb_screen_t* const screen = connection ? X11Windows::screen(connection, 0) : nullptr;
+    const xcb_screen_t* const screen =
+        connection ? X11Windows::screen(connection, X11Windows::screenNumber()) : nullptr;
     if (!screen)
         return std::nullopt;
     // What the connection was told of the screen's size at its start may be wrong by now.

@@ -5,6 +5,7 @@
 #include <QtGui/QGuiApplication>
 
 #include <cstdint>
+#include <cstdlib>
 
 namespace selvane::X11Windows {
 
@@ -13,6 +14,16 @@ xcb_connection_t* connection() {
     const auto* const x11 =
         application ? application->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
     return x11 ? x11->connection() : nullptr;
+}
+
+int screenNumber() {
+    char* host = nullptr;
+    int display = 0;
+    int screen = 0;
+    if (xcb_parse_display(nullptr, &host, &display, &screen) == 0)
+        return 0;
+    std::free(host);
+    return screen;
 }
 
 bool isMadeOn(xcb_connection_t* connection, xcb_window_t window) {
@@ -36,11 +47,11 @@ xcb_atom_t atom(xcb_connection_t* connection, std::string_view name) {
 }
 
 std::optional<ScreenPoint> pointer(xcb_connection_t* connection) {
-    const xcb_screen_t* const first = screen(connection, 0);
-    if (!first)
+    const xcb_screen_t* const own = screen(connection, screenNumber());
+    if (!own)
         return std::nullopt;
     const XcbReply<xcb_query_pointer_reply_t> reply(
-        xcb_query_pointer_reply(connection, xcb_query_pointer(connection, first->root), nullptr));
+        xcb_query_pointer_reply(connection, xcb_query_pointer(connection, own->root), nullptr));
     return reply && reply->same_screen ? std::optional(ScreenPoint{reply->root_x, reply->root_y})
                                        : std::nullopt;
 }

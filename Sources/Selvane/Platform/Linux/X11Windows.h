@@ -7,12 +7,15 @@
 #include <optional>
 #include <string_view>
 
-/// What several parts ask of an X11 server. Main thread.
+/// What several parts ask of an X11 server, each on the thread that the connection belongs to.
 namespace selvane::X11Windows {
 
-/// The connection that this program's windows were made on; null without an X11 session, and in a program
-/// that makes no windows.
+/// The connection that this program's windows are made on, which belongs to the main thread; null without an
+/// X11 session, and in a program that makes no windows.
 [[nodiscard]] xcb_connection_t* connection();
+
+/// The number of the screen that they are made on, which DISPLAY names.
+[[nodiscard]] int screenNumber();
 
 /// Whether a window was made on `connection`: windows are told by their numbers, of which the server gives
 /// each connection a range.
@@ -24,7 +27,7 @@ namespace selvane::X11Windows {
 /// Waits for the server. XCB_ATOM_NONE if it doesn't answer.
 [[nodiscard]] xcb_atom_t atom(xcb_connection_t* connection, std::string_view name);
 
-/// Where the pointer is, in pixels of the first screen; nothing while it is on another one. Waits for the
+/// Where the pointer is, in pixels of the windows' screen; nothing while it is on another one. Waits for the
 /// server.
 [[nodiscard]] std::optional<ScreenPoint> pointer(xcb_connection_t* connection);
 
