@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Selvane/Platform/Linux/X11Windows.h"
+
 #include <xcb/xcb.h>
 
 #include <cstdint>
@@ -27,20 +29,20 @@ public:
     ~FakeSettingsManager() { xcb_disconnect(_xcb); }
 
     void tell(const std::vector<std::uint8_t>& bytes) {
-        const xcb_atom_t property = atom("_XSETTINGS_SETTINGS");
+        const xcb_atom_t property = X11Windows::atom(_xcb, "_XSETTINGS_SETTINGS");
         xcb_change_property(_xcb, XCB_PROP_MODE_REPLACE, _window, property, property, 8,
                             static_cast<std::uint32_t>(bytes.size()), bytes.data());
         finish();
     }
 
     void appear() {
-        xcb_set_selection_owner(_xcb, _window, atom("_XSETTINGS_S0"), XCB_CURRENT_TIME);
+        xcb_set_selection_owner(_xcb, _window, X11Windows::atom(_xcb, "_XSETTINGS_S0"), XCB_CURRENT_TIME);
         xcb_client_message_event_t message{};
         message.response_type = XCB_CLIENT_MESSAGE;
         message.format = 32;
         message.window = _root;
-        message.type = atom("MANAGER");
-        message.data.data32[1] = atom("_XSETTINGS_S0");
+        message.type = X11Windows::atom(_xcb, "MANAGER");
+        message.data.data32[1] = X11Windows::atom(_xcb, "_XSETTINGS_S0");
         message.data.data32[2] = _window;
         xcb_send_event(_xcb, 0, _root, XCB_EVENT_MASK_STRUCTURE_NOTIFY,
                        reinterpret_cast<const char*>(&message));
@@ -48,14 +50,6 @@ public:
     }
 
 private:
-    xcb_atom_t atom(const std::string& name) {
-        xcb_intern_atom_reply_t* const reply = xcb_intern_atom_reply(
-            _xcb, xcb_intern_atom(_xcb, 0, static_cast<std::uint16_t>(name.size()), name.c_str()), nullptr);
-        const xcb_atom_t atom = reply->atom;
-        std::free(reply);
-        return atom;
-    }
-
     /// The server has done all that it was asked to when this returns.
     void finish() { std::free(xcb_get_input_focus_reply(_xcb, xcb_get_input_focus(_xcb), nullptr)); }
 

@@ -42,14 +42,7 @@ protected:
         hear();
     }
 
-    bool hasServer() {
-        return ask(_control, QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-                   QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"),
-                   {QStringLiteral("org.freedesktop.Notifications")})
-            .arguments()
-            .value(0)
-            .toBool();
-    }
+    bool hasServer() { return hasOwner(_control, QStringLiteral("org.freedesktop.Notifications")); }
 
     static NotificationRequest request(const std::string& id, const std::string& title,
                                        const std::string& body = "Body", const std::string& category = "") {

@@ -51,14 +51,9 @@ protected:
     }
 
     bool isOnBus() {
-        return ask(_bus.connect(), QStringLiteral("org.freedesktop.DBus"),
-                   QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
-                   QStringLiteral("NameHasOwner"),
-                   {QStringLiteral("org.kde.StatusNotifierItem-%1-1")
-                        .arg(QCoreApplication::applicationPid())})
-            .arguments()
-            .value(0)
-            .toBool();
+        return hasOwner(
+            _bus.connect(),
+            QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid()));
     }
 
     /// Once the tray has granted the width that the item wishes for, which depends on the tray's height.

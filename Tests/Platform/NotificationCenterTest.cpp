@@ -115,14 +115,7 @@ public:
         _dunst.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         endWithTest(_dunst);
         _dunst.start(QStringLiteral("dunst"));
-        waitUntil([&] {
-            return ask(_control, QStringLiteral("org.freedesktop.DBus"),
-                       QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
-                       QStringLiteral("NameHasOwner"), {serverName})
-                .arguments()
-                .value(0)
-                .toBool();
-        });
+        waitUntil([&] { return hasOwner(_control, serverName); });
     }
 
     ~DunstScreen() override {

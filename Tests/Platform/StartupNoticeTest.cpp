@@ -1,5 +1,6 @@
 #include "Selvane/Platform/Linux/StartupNotice.h"
 
+#include "Selvane/Platform/Linux/X11Windows.h"
 #include "Selvane/Platform/Linux/XcbReply.h"
 #include "Support/XServer.h"
 
@@ -21,8 +22,8 @@ public:
         const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(_xcb)).data->root;
         const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_change_window_attributes(_xcb, root, XCB_CW_EVENT_MASK, &mask);
-        _begin = atom("_NET_STARTUP_INFO_BEGIN");
-        _more = atom("_NET_STARTUP_INFO");
+        _begin = X11Windows::atom(_xcb, "_NET_STARTUP_INFO_BEGIN");
+        _more = X11Windows::atom(_xcb, "_NET_STARTUP_INFO");
     }
     StartupListener(const StartupListener&) = delete;
     StartupListener& operator=(const StartupListener&) = delete;
@@ -53,12 +54,6 @@ private:
         const XcbReply<xcb_get_input_focus_reply_t> seen(
             xcb_get_input_focus_reply(_xcb, xcb_get_input_focus(_xcb), nullptr));
         return XcbReply<xcb_generic_event_t>(xcb_poll_for_event(_xcb));
-    }
-
-    [[nodiscard]] xcb_atom_t atom(std::string_view name) const {
-        const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
-            _xcb, xcb_intern_atom(_xcb, 0, static_cast<std::uint16_t>(name.size()), name.data()), nullptr));
-        return reply->atom;
     }
 
     xcb_connection_t* _xcb;

@@ -385,14 +385,7 @@ TEST_F(StatusNotifierItemTest, RegistersWithEveryWatcherThatAppears) {
 }
 
 TEST_F(StatusNotifierItemTest, LeavesTheBusWhenItIsNotShown) {
-    const auto hasName = [this] {
-        return ask(_bus.connect(), QStringLiteral("org.freedesktop.DBus"),
-                   QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
-                   QStringLiteral("NameHasOwner"), {_item->serviceName()})
-            .arguments()
-            .value(0)
-            .toBool();
-    };
+    const auto hasName = [this] { return hasOwner(_bus.connect(), _item->serviceName()); };
     EXPECT_TRUE(hasName());
     _item->setShown(false);
     EXPECT_TRUE(waitUntil([&] { return !hasName(); }));

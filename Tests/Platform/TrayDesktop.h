@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Selvane/Platform/Linux/X11Windows.h"
 #include "Selvane/Platform/StatusItemHost.h"
 #include "Support/EndWithTest.h"
 #include "Support/EventLoop.h"
@@ -95,7 +96,7 @@ public:
     /// Whether there is a window of just that name.
     [[nodiscard]] bool hasWindow(std::string_view name) {
         connect();
-        return hasWindow(root(), atom("_NET_WM_NAME"), name);
+        return hasWindow(root(), X11Windows::atom(_xcb, "_NET_WM_NAME"), name);
     }
 
     /// What the screen shows in this area, as 0xRRGGBB.
@@ -122,14 +123,6 @@ public:
     }
 
 private:
-    [[nodiscard]] xcb_atom_t atom(std::string_view name) const {
-        xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(
-            _xcb, xcb_intern_atom(_xcb, 0, static_cast<std::uint16_t>(name.size()), name.data()), nullptr);
-        const xcb_atom_t atom = reply == nullptr ? xcb_atom_t{XCB_ATOM_NONE} : reply->atom;
-        std::free(reply);
-        return atom;
-    }
-
     [[nodiscard]] bool isNamed(xcb_window_t window, xcb_atom_t property, std::string_view name) const {
         xcb_get_property_reply_t* reply = xcb_get_property_reply(
             _xcb, xcb_get_property(_xcb, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 256), nullptr);

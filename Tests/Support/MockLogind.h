@@ -29,14 +29,7 @@ public:
         _process.start(QStringLiteral("/usr/bin/python3"),
                        {QStringLiteral("-m"), QStringLiteral("dbusmock"), QStringLiteral("--system"),
                         QStringLiteral("--template"), QStringLiteral("logind")});
-        return _process.waitForStarted() && waitUntil([&] {
-                   return ask(_control, QStringLiteral("org.freedesktop.DBus"),
-                              QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
-                              QStringLiteral("NameHasOwner"), {name()})
-                       .arguments()
-                       .value(0)
-                       .toBool();
-               });
+        return _process.waitForStarted() && waitUntil([&] { return hasOwner(_control, name()); });
     }
 
     /// Says that the machine goes to sleep, or that it has woken. False if it can't.

@@ -102,4 +102,13 @@ inline QDBusMessage ask(const QDBusConnection& bus, const QString& service, cons
     return ask(bus, message);
 }
 
+/// Whether somebody has that name.
+inline bool hasOwner(const QDBusConnection& bus, const QString& name) {
+    return ask(bus, QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+               QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"), {name})
+        .arguments()
+        .value(0)
+        .toBool();
+}
+
 } // namespace selvane::test

@@ -18,6 +18,13 @@ struct Monitor {
         return {{area.x, area.y, inPixels(area.width), inPixels(area.height)}, pixelRatio};
     }
 
+    /// Of a screen as Qt tells of it: QScreen.
+    template <typename Screen>
+    [[nodiscard]] static Monitor of(const Screen& screen) {
+        const auto area = screen.geometry();
+        return ofUnits({area.x(), area.y(), area.width(), area.height()}, screen.devicePixelRatio());
+    }
+
     [[nodiscard]] constexpr bool contains(ScreenPoint point) const {
         return point.x >= pixels.x && point.x < pixels.x + pixels.width && point.y >= pixels.y &&
                point.y < pixels.y + pixels.height;

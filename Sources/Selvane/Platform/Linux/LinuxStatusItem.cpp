@@ -55,11 +55,8 @@ LinuxStatusItem::Desktop LinuxStatusItem::Desktop::current() {
     desktop.hasDarkPanel = std::ranges::find(names, "GNOME") != names.end();
     desktop.monitors = [] {
         std::vector<Monitor> monitors;
-        for (const QScreen* const screen : QGuiApplication::screens()) {
-            const QRect area = screen->geometry();
-            monitors.push_back(Monitor::ofUnits({area.x(), area.y(), area.width(), area.height()},
-                                                screen->devicePixelRatio()));
-        }
+        for (const QScreen* const screen : QGuiApplication::screens())
+            monitors.push_back(Monitor::of(*screen));
         return monitors;
     };
     desktop.pointer = []() -> std::optional<ScreenPoint> {

@@ -15,14 +15,6 @@ namespace {
 /// More windows than a desktop has.
 constexpr std::uint32_t mostWindows = 4096;
 
-std::vector<std::uint32_t> numbers(xcb_connection_t* connection, xcb_get_property_cookie_t cookie) {
-    const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection, cookie, nullptr));
-    if (!reply || reply->format != 32)
-        return {};
-    const auto* const values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-    return {values, values + reply->value_len};
-}
-
 /// What an X11 screen shows along its edges.
 struct Bars {
     std::vector<Strut> struts;
@@ -51,7 +43,7 @@ Bars readBars(xcb_connection_t* connection, xcb_window_t root) {
     const xcb_atom_t strut = X11Windows::atom(connection, "_NET_WM_STRUT_PARTIAL");
     const xcb_atom_t type = X11Windows::atom(connection, "_NET_WM_WINDOW_TYPE");
     const xcb_atom_t dock = X11Windows::atom(connection, "_NET_WM_WINDOW_TYPE_DOCK");
-    const auto windows = numbers(
+    const auto windows = X11Windows::numbers(
         connection, xcb_get_property(connection, 0, root, X11Windows::atom(connection, "_NET_CLIENT_LIST"),
                                      XCB_ATOM_WINDOW, 0, mostWindows));
     std::vector<Question> questions;
@@ -64,9 +56,9 @@ Bars readBars(xcb_connection_t* connection, xcb_window_t root) {
     }
     Bars bars;
     for (const Question& question : questions) {
-        if (const auto told = strutsOf(numbers(connection, question.strut)))
+        if (const auto told = strutsOf(X11Windows::numbers(connection, question.strut)))
             bars.struts.insert(bars.struts.end(), told->begin(), told->end());
-        const auto types = numbers(connection, question.type);
+        const auto types = X11Windows::numbers(connection, question.type);
         const auto area = place(connection, question);
         if (area && !types.empty() && types.front() == dock)
             bars.docks.push_back(*area);

@@ -46,6 +46,14 @@ xcb_atom_t atom(xcb_connection_t* connection, std::string_view name) {
     return reply ? reply->atom : none;
 }
 
+std::vector<std::uint32_t> numbers(xcb_connection_t* connection, xcb_get_property_cookie_t cookie) {
+    const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection, cookie, nullptr));
+    if (!reply || reply->format != 32)
+        return {};
+    const auto* const values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return {values, values + reply->value_len};
+}
+
 std::optional<ScreenPoint> pointer(xcb_connection_t* connection) {
     const xcb_screen_t* const own = screen(connection, screenNumber());
     if (!own)

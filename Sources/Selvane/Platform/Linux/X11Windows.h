@@ -4,8 +4,10 @@
 
 #include <xcb/xcb.h>
 
+#include <cstdint>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 /// What several parts ask of an X11 server, each on the thread that the connection belongs to.
 namespace selvane::X11Windows {
@@ -26,6 +28,11 @@ namespace selvane::X11Windows {
 
 /// Waits for the server. XCB_ATOM_NONE if it doesn't answer.
 [[nodiscard]] xcb_atom_t atom(xcb_connection_t* connection, std::string_view name);
+
+/// The numbers that a property of 32 bits each holds; none if it has another form or isn't there. Waits for
+/// the server's answer.
+[[nodiscard]] std::vector<std::uint32_t> numbers(xcb_connection_t* connection,
+                                                 xcb_get_property_cookie_t cookie);
 
 /// Where the pointer is, in pixels of the windows' screen; nothing while it is on another one. Waits for the
 /// server.

@@ -41,6 +41,24 @@ struct Channel {
     int width;
 };
 
+/// One of a screen's ways to keep colours, and how many bits a pixel has in it.
+struct Visual {
+    const xcb_visualtype_t* type = nullptr;
+    int depth = 0;
+};
+
+/// None of both if the screen doesn't have it.
+Visual visual(const xcb_screen_t& screen, xcb_visualid_t id) {
+    for (auto depths = xcb_screen_allowed_depths_iterator(&screen); depths.rem > 0; xcb_depth_next(&depths)) {
+        for (auto visuals = xcb_depth_visuals_iterator(depths.data); visuals.rem > 0;
+             xcb_visualtype_next(&visuals)) {
+            if (visuals.data->visual_id == id)
+                return {visuals.data, depths.data->depth};
+        }
+    }
+    return {};
+}
+
 std::uint32_t over(std::uint32_t ground, std::uint32_t ink, std::uint32_t alpha) {
     return (ink * alpha + ground * (255 - alpha) + 127) / 255;
 }
@@ -221,12 +239,7 @@ private:
     }
 
     std::vector<std::uint32_t> trayProperty(Atom property, xcb_atom_t type, std::uint32_t count) const {
-        const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-            _xcb, xcb_get_property(_xcb, 0, _tray, _atoms[property], type, 0, count), nullptr));
-        if (reply == nullptr || reply->format != 32)
-            return {};
-        const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-        return {values, values + reply->value_len};
+        return X11Windows::numbers(_xcb, xcb_get_property(_xcb, 0, _tray, _atoms[property], type, 0, count));
     }
 
     /// The tray's colour for symbols, where it has one, is red, green and blue of 16 bits each.
@@ -337,19 +350,9 @@ private:
 
     void chooseVisual() {
         const auto wanted = trayProperty(trayVisual, XCB_ATOM_VISUALID, 1);
-        _hasAlpha = false;
-        for (auto depths = xcb_screen_allowed_depths_iterator(_screen); depths.rem > 0;
-             xcb_depth_next(&depths)) {
-            for (auto visuals = xcb_depth_visuals_iterator(depths.data); visuals.rem > 0;
-                 xcb_visualtype_next(&visuals)) {
-                const bool isWanted =
-                    !wanted.empty() && visuals.data->visual_id == wanted.front() && depths.data->depth == 32;
-                if (isWanted)
-                    _hasAlpha = true;
-                if (isWanted || (!_hasAlpha && visuals.data->visual_id == _screen->root_visual))
-                    _visual = visuals.data;
-            }
-        }
+        const Visual ofTray = wanted.empty() ? Visual() : visual(*_screen, wanted.front());
+        _hasAlpha = ofTray.depth == 32;
+        _visual = _hasAlpha ? ofTray.type : visual(*_screen, _screen->root_visual).type;
     }
 
     // Drawing
@@ -616,8 +619,9 @@ private:
     }
 
     void drawTooltip() {
-        const xcb_visualtype_t* const visual = rootVisual();
-        if (visual == nullptr)
+        const Visual ofScreen = visual(*_screen, _screen->root_visual);
+        // Screens of fewer bits pack their pixels in ways of their own.
+        if (ofScreen.depth < 24)
             return;
         const int width = _tooltipWords.width + 2 * tooltipPadding;
         const int height = _tooltipWords.height + tooltipPadding;
@@ -625,7 +629,7 @@ private:
         pixels.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
         for (int y = 0; y < height; ++y) {
             for (int x = 0; x < width; ++x)
-                pixels.push_back(tooltipPixel(*visual, x - tooltipPadding, y - tooltipPadding / 2));
+                pixels.push_back(tooltipPixel(*ofScreen.type, x - tooltipPadding, y - tooltipPadding / 2));
         }
         exchangeOrder(pixels);
         const xcb_gcontext_t context = xcb_generate_id(_xcb);
@@ -648,21 +652,6 @@ private:
         return Channel(visual.red_mask).put(over(ground, (source >> 16U) & 0xffU, alpha)) |
                Channel(visual.green_mask).put(over(ground, (source >> 8U) & 0xffU, alpha)) |
                Channel(visual.blue_mask).put(over(ground, source & 0xffU, alpha));
-    }
-
-    /// Null on screens of fewer than 24 bits.
-    [[nodiscard]] const xcb_visualtype_t* rootVisual() const {
-        if (_screen->root_depth < 24)
-            return nullptr;
-        for (auto depths = xcb_screen_allowed_depths_iterator(_screen); depths.rem > 0;
-             xcb_depth_next(&depths)) {
-            for (auto visuals = xcb_depth_visuals_iterator(depths.data); visuals.rem > 0;
-                 xcb_visualtype_next(&visuals)) {
-                if (visuals.data->visual_id == _screen->root_visual)
-                    return visuals.data;
-            }
-        }
-        return nullptr;
     }
 
     void hideTooltip() {

@@ -31,14 +31,9 @@ constexpr QStringView panelTitle = u"Selvane Timer";
 /// How long the desktop is listened to for a window that was shown; it appears at once or not at all.
 constexpr Seconds appearancePatience{5};
 
-Monitor describe(const QScreen& screen) {
-    const QRect area = screen.geometry();
-    return Monitor::ofUnits({area.x(), area.y(), area.width(), area.height()}, screen.devicePixelRatio());
-}
-
 QScreen* screenOf(const StatusItemAnchor& anchor) {
     for (QScreen* const screen : QGuiApplication::screens()) {
-        if (PanelPlacement::isOn(describe(*screen), anchor))
+        if (PanelPlacement::isOn(Monitor::of(*screen), anchor))
             return screen;
     }
     return QGuiApplication::primaryScreen();
@@ -218,7 +213,7 @@ void PopoverPanel::place() {
     // It is the card that has its place; the shadow may reach over the edge of the screen.
     const int margin = _model.shadowMargin();
     const ScreenPoint corner =
-        PanelPlacement::origin(PanelPlacement::scaled(_anchor, describe(*screen)),
+        PanelPlacement::origin(PanelPlacement::scaled(_anchor, Monitor::of(*screen)),
                                _fit.size.width() - 2 * margin, _fit.size.height() - 2 * margin, _available);
     _view.setScreen(screen);
     _corner = {corner.x - margin, corner.y - margin};
@@ -233,7 +228,7 @@ void PopoverPanel::keepPlace() {
 ScreenRect PopoverPanel::available(const QScreen& screen) const {
     // Qt knows it of a single screen.
     if (_space && QGuiApplication::screens().size() > 1) {
-        const Monitor monitor = describe(screen);
+        const Monitor monitor = Monitor::of(screen);
         if (const auto pixels = _space->available(monitor.pixels))
             return PanelPlacement::scaled(*pixels, monitor);
     }
