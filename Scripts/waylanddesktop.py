@@ -33,6 +33,7 @@ class WaylandDesktop(Desktop):
     """As `Desktop`, with its `tray` "notifier" or None, on that `edge`."""
 
     _pointer = None
+    _sway_folder = None
 
     def _make_environment(self):
         environment = super()._make_environment()
@@ -72,7 +73,8 @@ class WaylandDesktop(Desktop):
         if self._pointer:
             self._pointer.close()
         super()._end(failed)
-        shutil.rmtree(self._sway_folder, ignore_errors=True)
+        if self._sway_folder:
+            shutil.rmtree(self._sway_folder, ignore_errors=True)
 
     def _start_window_manager(self):
         pass
