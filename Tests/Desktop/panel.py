@@ -33,7 +33,13 @@ def check_other_applications(desktop, selvane):
     behind.activate()
     selvane.wait_for_no_panel()
     check(True, "an activation that was under way left the panel open, and the next one closes it")
+
+    selvane.open_panel()
     behind.close()
+    wait("the window behind to go", lambda: not desktop.window("Behind"))
+    check(not selvane.stays_closed(), "a window that closes elsewhere leaves the panel open")
+    desktop.key("Escape")
+    selvane.wait_for_no_panel()
 
 
 def inside(inner, outer):
