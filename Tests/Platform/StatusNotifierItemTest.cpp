@@ -189,6 +189,7 @@ TEST_F(StatusNotifierItemTest, AnItemThatIsShownAgainTellsWhatDiffersFromItsImag
     const auto third = std::make_shared<PlainImage>(0xff000003, 0);
     third->like = first.get();
     setImage(first, Ink::dark);
+    flush();
     _item->setShown(false);
     setImage(second, Ink::dark);
     _item->setShown(true);
