@@ -127,7 +127,7 @@ protected:
 
     /// What moves the item from the place that its anchors or its layout give it.
     std::unique_ptr<QObject> shiftOf(QQuickItem* item) {
-        QQmlComponent component(stage.window().engine());
+        QQmlComponent component(qmlEngine(stage.window().contentItem()));
         component.setData("import QtQuick; Translate {}", {});
         std::unique_ptr<QObject> shift(component.create());
         EXPECT_TRUE(QQmlListReference(item, "transform").append(shift.get()));

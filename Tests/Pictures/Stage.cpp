@@ -45,7 +45,7 @@ TimerEngine& Stage::engine() {
 void Stage::open() {
     _panel = std::make_unique<PopoverPanel>(PanelContext{&model(), &appearance, &harness.scheduler});
     ASSERT_TRUE(_panel->isReady());
-    _window = qobject_cast<QQuickView*>(QGuiApplication::topLevelWindows().constFirst());
+    _window = qobject_cast<QQuickWindow*>(QGuiApplication::topLevelWindows().constFirst());
     ASSERT_NE(_window, nullptr);
     // What is clear shows what lies behind: a plain desktop.
     _window->setColor(appearance.isDark() ? QColor(0x40, 0x40, 0x40) : QColor(0xca, 0xca, 0xca));

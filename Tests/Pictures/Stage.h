@@ -4,7 +4,7 @@
 #include "Support/ModelHarness.h"
 
 #include <QImage>
-#include <QQuickView>
+#include <QQuickWindow>
 
 #include <memory>
 #include <optional>
@@ -33,7 +33,7 @@ public:
 
     /// Shows the popover. What it is to show is arranged before; what it is to do comes after.
     void open();
-    [[nodiscard]] QQuickView& window() { return *_window; }
+    [[nodiscard]] QQuickWindow& window() { return *_window; }
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {});
     /// Does to the control of that accessible name what a screen reader does to press it.
     void pressControl(const std::string& name);
@@ -46,7 +46,7 @@ public:
 
 private:
     std::unique_ptr<PopoverPanel> _panel;
-    QQuickView* _window = nullptr;
+    QQuickWindow* _window = nullptr;
 };
 
 } // namespace selvane::test

@@ -24,7 +24,7 @@ class PopoverFixture : public testing::Test {
 protected:
     PopoverFixture() : panel({&harness.launch(), &appearance, &harness.scheduler, &windows}) {
         appearance.setReducesMotion(true);
-        window = qobject_cast<QQuickView*>(QGuiApplication::topLevelWindows().constFirst());
+        window = qobject_cast<QQuickWindow*>(QGuiApplication::topLevelWindows().constFirst());
         panel.show({});
         EXPECT_TRUE(QTest::qWaitForWindowActive(window));
         settle();
@@ -109,7 +109,7 @@ protected:
     FakeAppearance appearance;
     RecordingWindows windows{harness.journal};
     PopoverPanel panel;
-    QQuickView* window = nullptr;
+    QQuickWindow* window = nullptr;
 
 private:
     static QAccessibleInterface* find(QAccessibleInterface* item, const QString& name) {

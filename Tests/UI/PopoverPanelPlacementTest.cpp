@@ -5,7 +5,7 @@
 #include "Support/ModelHarness.h"
 
 #include <QGuiApplication>
-#include <QQuickView>
+#include <QQuickWindow>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -30,7 +30,7 @@ class PopoverPanelPlacementTest : public testing::Test {
 protected:
     PopoverPanelPlacementTest()
         : panel({&harness.launch(), &appearance, &harness.scheduler, nullptr, &placer}) {
-        window = qobject_cast<QQuickView*>(QGuiApplication::topLevelWindows().constFirst());
+        window = qobject_cast<QQuickWindow*>(QGuiApplication::topLevelWindows().constFirst());
     }
 
     /// Where a panel of its present height belongs.
@@ -44,7 +44,7 @@ protected:
     test::FakeAppearance appearance;
     test::FakeWindowPlacer placer;
     PopoverPanel panel;
-    QQuickView* window = nullptr;
+    QQuickWindow* window = nullptr;
 };
 
 TEST_F(PopoverPanelPlacementTest, DesktopIsAskedForThePlaceAtTheEndOfTheBar) {

@@ -48,7 +48,7 @@ class PopoverPanelTest : public testing::Test {
 protected:
     PopoverPanelTest() : panel({&harness.launch(), &appearance, &harness.scheduler, &windows}) {
         EXPECT_TRUE(panel.isReady());
-        window = qobject_cast<QQuickView*>(QGuiApplication::topLevelWindows().constFirst());
+        window = qobject_cast<QQuickWindow*>(QGuiApplication::topLevelWindows().constFirst());
         panel.onCancel = [this] { ++cancelled; };
         panel.onQuit = [this] { ++quits; };
         panel.onTurnedAway = [this] { ++turnedAway; };
@@ -126,13 +126,15 @@ protected:
         return control != nullptr && !control->state().invisible;
     }
 
-    [[nodiscard]] QQuickItem* view() const { return window->rootObject()->childItems().constLast(); }
+    [[nodiscard]] QQuickItem* view() const {
+        return window->contentItem()->childItems().constFirst()->childItems().constLast();
+    }
 
     test::ModelHarness harness;
     test::FakeAppearance appearance;
     test::RecordingWindows windows{harness.journal};
     PopoverPanel panel;
-    QQuickView* window = nullptr;
+    QQuickWindow* window = nullptr;
     int cancelled = 0;
     int quits = 0;
     int turnedAway = 0;

@@ -10,7 +10,7 @@
 #include "SelvaneCore/Log.h"
 
 #include <QGuiApplication>
-#include <QQmlEngine>
+#include <QQmlComponent>
 #include <QQmlError>
 #include <QQuickItem>
 #include <QRegion>
@@ -65,98 +65,110 @@ PopoverPanel::PopoverPanel(const PanelContext& context)
       _placer(context.placer),
       _space(context.space),
       _scheduler(*context.scheduler) {
-    QObject::connect(&_model, &PopoverModel::cancelled, &_view, [this] {
+    QObject::connect(&_model, &PopoverModel::cancelled, &_window, [this] {
         if (onCancel)
             onCancel();
     });
-    QObject::connect(&_model, &PopoverModel::quitRequested, &_view, [this] {
+    QObject::connect(&_model, &PopoverModel::quitRequested, &_window, [this] {
         if (onQuit)
             onQuit();
     });
-    QObject::connect(&_model, &PopoverModel::turnedAway, &_view, [this] {
+    QObject::connect(&_model, &PopoverModel::turnedAway, &_window, [this] {
         if (onTurnedAway)
             onTurnedAway();
     });
-    QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &_view,
+    QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &_window,
                      [this](QWindow* window) { keyboardMoved(window); });
 
     QObject::connect(
-        &_view, &QQuickWindow::activeFocusItemChanged, &_view, [this] { keepKeyboard(); },
+        &_window, &QQuickWindow::activeFocusItemChanged, &_window, [this] { keepKeyboard(); },
         Qt::QueuedConnection);
 
-    QSurfaceFormat format = _view.format();
+    QSurfaceFormat format = _window.format();
     format.setAlphaBufferSize(8);
-    _view.setFormat(format);
-    _view.setColor(Qt::transparent);
-    _view.setTitle(panelTitle.toString());
-    _view.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
-                   Qt::NoDropShadowWindowHint);
-    _view.setResizeMode(QQuickView::SizeViewToRootObject);
-    _view.setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(&_model)}});
+    _window.setFormat(format);
+    _window.setColor(Qt::transparent);
+    _window.setTitle(panelTitle.toString());
+    _window.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                     Qt::NoDropShadowWindowHint);
+    QQmlEngine::setContextForObject(_window.contentItem(), _engine.rootContext());
+    _engine.setIncubationController(_window.incubationController());
     // What can be had before the files of the views are read.
-    _view.create();
+    _window.create();
     HeadStart::findFonts();
-    _view.setSource(HeadStart::popoverFile());
+    makeRoot();
     _headStart.reset();
-    for (const QQmlError& error : _view.errors())
-        Log::line("the popover doesn't load: " + error.toString().toStdString());
     // The timer's face may be given another style, and with it another height.
-    if (const QQuickItem* const root = _view.rootObject())
-        QObject::connect(root, &QQuickItem::heightChanged, &_view, [this] { heightChanged(); });
+    if (_root)
+        QObject::connect(_root, &QQuickItem::heightChanged, &_window, [this] { heightChanged(); });
+}
+
+void PopoverPanel::makeRoot() {
+    QQmlComponent component(&_engine, HeadStart::popoverFile());
+    std::unique_ptr<QObject> object(
+        component.createWithInitialProperties({{QStringLiteral("model"), QVariant::fromValue(&_model)}}));
+    for (const QQmlError& error : component.errors())
+        Log::line("the popover doesn't load: " + error.toString().toStdString());
+    _root = qobject_cast<QQuickItem*>(object.get());
+    if (!_root)
+        return;
+    object.release()->setParent(_window.contentItem());
+    _root->setParentItem(_window.contentItem());
 }
 
 PopoverPanel::~PopoverPanel() = default;
 
 bool PopoverPanel::isReady() const {
-    return _view.status() == QQuickView::Ready;
+    return _root != nullptr;
+}
+
+bool PopoverPanel::measure() {
+    const QSize size(qRound(_root->width()), qRound(_root->height()));
+    const Fit fit{size, _model.shadowMargin(), _window.devicePixelRatio()};
+    return std::exchange(_fit, fit) != fit;
 }
 
 void PopoverPanel::fitWindow() {
-    const QQuickItem* const root = _view.rootObject();
-    if (!root)
+    bool isOther = measure();
+    place();
+    // The screen that it is on now may have pixels of another size.
+    if (measure()) {
+        isOther = true;
+        place();
+    }
+    if (!isOther)
         return;
-    const QSize size(qRound(root->width()), qRound(root->height()));
-    const Fit fit{size, _model.shadowMargin(), _view.devicePixelRatio()};
-    if (std::exchange(_fit, fit) == fit && _view.size() == size)
-        return;
-    CardMargin::set(_view, fit.margin);
+    CardMargin::set(_window, _fit.margin);
     // Equal bounds make tiling compositors let the window float.
-    _view.setMinimumSize(size);
-    _view.setMaximumSize(size);
-    // Size and place always together: the window knows of either only what the server has confirmed, and
-    // would go back to that.
-    _view.setGeometry({_corner, size});
-    _view.setMask(fit.margin > 0 ? QRegion() : roundedRegion(size, _model.cornerRadius()));
+    _window.setMinimumSize(_fit.size);
+    _window.setMaximumSize(_fit.size);
+    _window.setMask(_fit.margin > 0 ? QRegion() : roundedRegion(_fit.size, _model.cornerRadius()));
 }
 
 void PopoverPanel::show(const StatusItemAnchor& anchor) {
     _model.prepareToShow();
     // A panel that was just hidden counts as active until the window system has taken the keyboard from it;
     // that loss is not the user's turning away from the panel shown now.
-    _hadKeyboard = _view.isVisible() && _view.isActive();
+    _hadKeyboard = _window.isVisible() && _window.isActive();
     chooseScreen(anchor);
-    fitWindow();
-    place();
-    // The screen that it is on now may have pixels of another size.
     fitWindow();
     // What is told of a window before it appears may cross with what the window manager does to it, and some
     // of that be lost.
     QObject::connect(
-        &_view, &QQuickWindow::frameSwapped, &_view, [this] { keepPlace(); }, Qt::SingleShotConnection);
+        &_window, &QQuickWindow::frameSwapped, &_window, [this] { keepPlace(); }, Qt::SingleShotConnection);
     // A window that appears comes on top by itself.
-    if (_view.isVisible())
-        _view.raise();
+    if (_window.isVisible())
+        _window.raise();
     placeByDesktop();
-    _view.show();
-    _view.requestActivate();
+    _window.show();
+    _window.requestActivate();
     layOutLists();
 }
 
 void PopoverPanel::layOutLists() {
-    const QQuickItem* const root = _view.rootObject();
-    if (!root || std::exchange(_listsAreLaidOut, true))
+    if (std::exchange(_listsAreLaidOut, true))
         return;
-    for (QQuickItem* const item : root->findChildren<QQuickItem*>()) {
+    for (QQuickItem* const item : _root->findChildren<QQuickItem*>()) {
         // What all views of lists offer.
         if (item->metaObject()->indexOfMethod("positionViewAtIndex(int,int)") >= 0)
             item->ensurePolished();
@@ -166,34 +178,33 @@ void PopoverPanel::layOutLists() {
 void PopoverPanel::hide() {
     _patience.end();
     _placement.reset();
-    _view.hide();
+    _window.hide();
     _model.didHide();
 }
 
 bool PopoverPanel::isVisible() const {
-    return _view.isVisible();
+    return _window.isVisible();
 }
 
 void PopoverPanel::setLevel(PanelLevel level) {
-    _view.setFlag(Qt::WindowStaysOnTopHint, level == PanelLevel::floating);
+    _window.setFlag(Qt::WindowStaysOnTopHint, level == PanelLevel::floating);
 }
 
 void PopoverPanel::activate() {
-    _view.requestActivate();
+    _window.requestActivate();
 }
 
 ScreenRect PopoverPanel::frame() const {
     const int margin = _fit.margin;
-    const QRect card = _view.geometry().adjusted(margin, margin, -margin, -margin);
+    const QRect card = _window.geometry().adjusted(margin, margin, -margin, -margin);
     return {card.x(), card.y(), card.width(), card.height()};
 }
 
 void PopoverPanel::heightChanged() {
-    fitWindow();
-    // Where it stands above its item, it is the top that moves.
-    if (!_view.isVisible())
+    if (!_window.isVisible())
         return;
-    place();
+    // Where it stands above its item, it is the top that moves.
+    fitWindow();
     if (_placement)
         _placement->repeat();
 }
@@ -215,14 +226,16 @@ void PopoverPanel::place() {
     const ScreenPoint corner =
         PanelPlacement::origin(PanelPlacement::scaled(_anchor, Monitor::of(*screen)),
                                _fit.size.width() - 2 * margin, _fit.size.height() - 2 * margin, _available);
-    _view.setScreen(screen);
+    _window.setScreen(screen);
     _corner = {corner.x - margin, corner.y - margin};
-    _view.setGeometry({_corner, _fit.size});
+    // Size and place always together: the window goes by what the server has confirmed of either, which may
+    // be older than what it was asked for.
+    _window.setGeometry({_corner, _fit.size});
 }
 
 void PopoverPanel::keepPlace() {
-    if (_view.position() != _corner)
-        _view.setGeometry({_corner, _fit.size});
+    if (_window.position() != _corner)
+        _window.setGeometry({_corner, _fit.size});
 }
 
 ScreenRect PopoverPanel::available(const QScreen& screen) const {
@@ -239,11 +252,11 @@ ScreenRect PopoverPanel::available(const QScreen& screen) const {
 void PopoverPanel::placeByDesktop() {
     if (!_placer)
         return;
-    if (_placement && _view.isVisible()) {
+    if (_placement && _window.isVisible()) {
         _placement->repeat();
         return;
     }
-    _placement = _placer->placeNext(_view.title().toStdString(),
+    _placement = _placer->placeNext(_window.title().toStdString(),
                                     [this](const auto& screen) { return cornerOn(screen); });
     _patience = _scheduler.after(appearancePatience, [this] {
         if (_placement && !_placement->hasWindow())
@@ -260,22 +273,21 @@ ScreenPoint PopoverPanel::cornerOn(const WindowPlacer::Screen& screen) const {
 }
 
 void PopoverPanel::keepKeyboard() {
-    QQuickItem* const root = _view.rootObject();
-    const QQuickItem* const focused = _view.activeFocusItem();
-    if (!root)
+    const QQuickItem* const focused = _window.activeFocusItem();
+    if (!_root)
         return;
     // A menu that closes leaves the keyboard with nothing; the control that had it before gets it back.
-    if (!focused || focused == _view.contentItem())
-        root->forceActiveFocus(Qt::OtherFocusReason);
-    if (_view.activeFocusItem() == root)
+    if (!focused || focused == _window.contentItem())
+        _root->forceActiveFocus(Qt::OtherFocusReason);
+    if (_window.activeFocusItem() == _root)
         _model.keyboardIsIdle();
 }
 
 void PopoverPanel::keyboardMoved(QWindow* window) {
-    if (window == &_view)
+    if (window == &_window)
         _hadKeyboard = true;
     // The other windows of this program leave the panel open.
-    if (!window && std::exchange(_hadKeyboard, false) && _view.isVisible() && onTurnedAway)
+    if (!window && std::exchange(_hadKeyboard, false) && _window.isVisible() && onTurnedAway)
         onTurnedAway();
 }
 

@@ -5,7 +5,8 @@
 #include "Selvane/UI/Popover/PopoverModel.h"
 
 #include <QQmlEngine>
-#include <QQuickView>
+#include <QQuickItem>
+#include <QQuickWindow>
 
 #include <memory>
 
@@ -48,6 +49,10 @@ private:
         bool operator==(const Fit&) const = default;
     };
 
+    void makeRoot();
+    /// Whether the window has to fit something else than before.
+    bool measure();
+    /// Gives it the size of what it shows, and the place that goes with it.
     void fitWindow();
     void heightChanged();
     void chooseScreen(const StatusItemAnchor& anchor);
@@ -67,7 +72,9 @@ private:
     /// Until the view is made.
     std::unique_ptr<HeadStart> _headStart;
     PopoverModel _model;
-    QQuickView _view{&_engine, nullptr};
+    QQuickWindow _window;
+    /// The window's; null if it can't be made.
+    QQuickItem* _root = nullptr;
     /// Where the panel was last opened.
     StatusItemAnchor _anchor;
     /// What bars left of that screen then, in units of windows.
