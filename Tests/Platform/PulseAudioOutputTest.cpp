@@ -6,17 +6,22 @@
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <pthread.h>
-#include <sys/resource.h>
+#include <sys/prctl.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/un.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <cmath>
+#include <cstddef>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -24,6 +29,7 @@
 #include <memory>
 #include <numbers>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace selvane::test {
@@ -410,52 +416,47 @@ TEST(PulseAudioOutputTest, WithoutItsPluginNothingIsHeard) {
     EXPECT_EQ(std::ranges::count(log, '\n'), 1);
 }
 
+using Work = std::function<void()>;
+
 /// Lets no thread begin: none gets a stack of that size.
-class StacksBeyondReach {
-public:
-    StacksBeyondReach() {
-        pthread_getattr_default_np(&_before);
-        pthread_attr_t large = _before;
-        pthread_attr_setstacksize(&large, std::size_t{1} << 48);
-        pthread_setattr_default_np(&large);
-    }
-    StacksBeyondReach(const StacksBeyondReach&) = delete;
-    StacksBeyondReach& operator=(const StacksBeyondReach&) = delete;
-    ~StacksBeyondReach() { pthread_setattr_default_np(&_before); }
+void withoutThreads(const Work& work) {
+    pthread_attr_t before{};
+    pthread_getattr_default_np(&before);
+    pthread_attr_t large = before;
+    pthread_attr_setstacksize(&large, std::size_t{1} << 48);
+    pthread_setattr_default_np(&large);
+    work();
+    pthread_setattr_default_np(&before);
+}
 
-private:
-    pthread_attr_t _before{};
-};
+/// Has the kernel refuse files to wake a thread by. A limit for all files would refuse the sanitizers theirs.
+void withoutFilesToWakeBy(const Work& work) {
+    // What is refused to a thread stays so, but other threads are as they were.
+    std::thread([&] {
+        std::array rules{
+            sock_filter{BPF_LD | BPF_W | BPF_ABS, 0, 0, offsetof(seccomp_data, nr)},
+            sock_filter{BPF_JMP | BPF_JEQ | BPF_K, 0, 1, SYS_eventfd2},
+            sock_filter{BPF_RET | BPF_K, 0, 0, SECCOMP_RET_ERRNO | EMFILE},
+            sock_filter{BPF_RET | BPF_K, 0, 0, SECCOMP_RET_ALLOW},
+        };
+        const sock_fprog filter{rules.size(), rules.data()};
+        ASSERT_EQ(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
+        ASSERT_EQ(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter), 0);
+        work();
+    }).join();
+}
 
-/// Lets no file be opened.
-class NoMoreFiles {
-public:
-    NoMoreFiles() {
-        getrlimit(RLIMIT_NOFILE, &_before);
-        const rlimit none{0, _before.rlim_max};
-        setrlimit(RLIMIT_NOFILE, &none);
-    }
-    NoMoreFiles(const NoMoreFiles&) = delete;
-    NoMoreFiles& operator=(const NoMoreFiles&) = delete;
-    ~NoMoreFiles() { setrlimit(RLIMIT_NOFILE, &_before); }
-
-private:
-    rlimit _before{};
-};
-
-/// What the log says of two sounds in vain, made while a `Want` exists. One that comes later is heard.
-template <typename Want>
-std::string logOf() {
+/// What the log says of two sounds in vain, played in such a want. One that comes later is heard.
+std::string logOf(void (*want)(const Work&)) {
     testing::internal::CaptureStderr();
     PulseAudioOutput output(PROBE_AUDIO_PLUGIN);
     const auto source = std::make_shared<Sines>(1, 0.5F, 0.5F);
-    {
-        const Want want;
+    want([&] {
         for (int round = 0; round < 2; ++round) {
             output.play(source);
             EXPECT_TRUE(output.isAtRest());
         }
-    }
+    });
     EXPECT_EQ(source.use_count(), 1);
     EXPECT_EQ(source->asked, 0);
     output.play(source);
@@ -465,11 +466,11 @@ std::string logOf() {
 }
 
 TEST(PulseAudioOutputTest, WithoutAThreadNothingIsHeardAndTheLogSaysSo) {
-    EXPECT_EQ(logOf<StacksBeyondReach>(), "Selvane: no sounds are heard: Resource temporarily unavailable\n");
+    EXPECT_EQ(logOf(withoutThreads), "Selvane: no sounds are heard: Resource temporarily unavailable\n");
 }
 
 TEST(PulseAudioOutputTest, WithoutAFileToWakeItsThreadNothingIsHeardAndTheLogSaysSo) {
-    EXPECT_EQ(logOf<NoMoreFiles>(), "Selvane: no sounds are heard: Too many open files\n");
+    EXPECT_EQ(logOf(withoutFilesToWakeBy), "Selvane: no sounds are heard: Too many open files\n");
 }
 
 } // namespace
