@@ -194,7 +194,7 @@ int run(QGuiApplication& application, const std::string& startName, SingleInstan
     LinuxStatusItem statusItem(sessionBus, scheduler, appearance, titles);
     LinuxAttentionSignal attentionSignal(statusItem, scheduler);
     X11PressMonitor presses;
-    X11ActivationMonitor activations(scheduler);
+    X11ActivationMonitor activations;
     QtProgramWindows programWindows;
     AutostartEntry loginItem({
         .fileSystem = &fileSystem,

@@ -2,7 +2,6 @@
 
 #include "Selvane/Platform/Linux/X11Windows.h"
 #include "Support/EventLoop.h"
-#include "Support/ManualScheduler.h"
 
 #include <QtCore/QAbstractNativeEventFilter>
 #include <QtGui/QGuiApplication>
@@ -70,8 +69,7 @@ protected:
         return _monitor.watch([this] { ++_told; });
     }
 
-    ManualScheduler _scheduler;
-    X11ActivationMonitor _monitor{_scheduler};
+    X11ActivationMonitor _monitor;
     int _told = 0;
 
 private:
@@ -102,7 +100,9 @@ TEST_F(X11ActivationMonitorTest, TurningAwayFromAPanelThatWasRefusedTheFocusIsTo
     const auto watching = watch();
     activate(foreignWindow());
     EXPECT_EQ(_told, 0);
-    _scheduler.advance(Seconds{1});
+    QWindow refused;
+    refused.show();
+    ASSERT_TRUE(waitUntil([&] { return refused.isExposed(); }));
     activate(foreignWindow());
     EXPECT_EQ(_told, 1);
 }

@@ -2,7 +2,6 @@
 
 #include "Selvane/Platform/Linux/X11Windows.h"
 #include "Selvane/Platform/Linux/XcbReply.h"
-#include "Selvane/Platform/Scheduler.h"
 
 #include <QtCore/QAbstractNativeEventFilter>
 #include <QtGui/QGuiApplication>
@@ -17,18 +16,12 @@ namespace selvane {
 
 namespace {
 
-/// What becomes active later than this after the start of a watch is what the user turned to, even if no
-/// window of this process was active before: window managers may refuse it that.
-constexpr Seconds underWay{1};
-
 class Watch final : public QAbstractNativeEventFilter {
 public:
-    Watch(xcb_connection_t* connection, const Scheduler& scheduler, std::function<void()> onOtherApplication)
+    Watch(xcb_connection_t* connection, std::function<void()> onOtherApplication)
         : _connection(connection),
           _activeWindow(X11Windows::atom(connection, "_NET_ACTIVE_WINDOW")),
-          _onOtherApplication(std::move(onOtherApplication)),
-          _scheduler(scheduler),
-          _start(scheduler.now()) {
+          _onOtherApplication(std::move(onOtherApplication)) {
         qGuiApp->installNativeEventFilter(this);
     }
     Watch(const Watch&) = delete;
@@ -40,15 +33,30 @@ public:
         if (type != "xcb_generic_event_t")
             return false;
         const auto& event = *static_cast<const xcb_generic_event_t*>(message);
-        if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
-            return false;
-        const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-        if (_activeWindow != XCB_ATOM_NONE && change.atom == _activeWindow)
-            activeWindowChanged(change.window);
+        switch (event.response_type & 0x7f) {
+        case XCB_MAP_NOTIFY:
+            windowAppeared(reinterpret_cast<const xcb_map_notify_event_t&>(event).window);
+            break;
+        case XCB_PROPERTY_NOTIFY:
+            propertyChanged(reinterpret_cast<const xcb_property_notify_event_t&>(event));
+            break;
+        default: // The types are many.
+            break;
+        }
         return false;
     }
 
 private:
+    void windowAppeared(xcb_window_t window) {
+        if (X11Windows::isMadeOn(_connection, window))
+            _hasAppeared = true;
+    }
+
+    void propertyChanged(const xcb_property_notify_event_t& change) {
+        if (_activeWindow != XCB_ATOM_NONE && change.atom == _activeWindow)
+            activeWindowChanged(change.window);
+    }
+
     void activeWindowChanged(xcb_window_t root) {
         const auto window = activeWindow(root);
         // None is nobody's: window managers pass through it.
@@ -58,8 +66,7 @@ private:
             _wasOwn = true;
             return;
         }
-        const bool isLate = _scheduler.now() - _start >= underWay;
-        if (!std::exchange(_wasOwn, false) && !isLate)
+        if (!std::exchange(_wasOwn, false) && !_hasAppeared)
             return;
         // On a copy, since the listener may end this watch.
         const auto tell = _onOtherApplication;
@@ -79,10 +86,11 @@ private:
     xcb_connection_t* _connection;
     xcb_atom_t _activeWindow;
     std::function<void()> _onOtherApplication;
-    const Scheduler& _scheduler;
     /// A window of this process has become the active one, and no other since.
     bool _wasOwn = false;
-    Seconds _start;
+    /// A window of this process has appeared. What becomes active later is what the user turned to, even if
+    /// the window manager has refused that window the keyboard.
+    bool _hasAppeared = false;
 };
 
 } // namespace
@@ -91,7 +99,7 @@ Subscription X11ActivationMonitor::watch(std::function<void()> onOtherApplicatio
     xcb_connection_t* const connection = X11Windows::connection();
     if (!connection)
         return {};
-    auto watch = std::make_shared<Watch>(connection, _scheduler, std::move(onOtherApplication));
+    auto watch = std::make_shared<Watch>(connection, std::move(onOtherApplication));
     return Subscription([watch = std::move(watch)]() mutable { watch.reset(); });
 }
 

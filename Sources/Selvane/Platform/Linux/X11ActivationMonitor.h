@@ -4,20 +4,13 @@
 
 namespace selvane {
 
-class Scheduler;
-
 /// Follows the property _NET_ACTIVE_WINDOW, in which the window manager of an X11 screen names the active
 /// window. It listens on the connection of this program's windows, which is told of it anyway, and waits for
 /// the server to answer which window it is: once for each change, only while it is watched. Without an X11
 /// session nothing is heard.
 class X11ActivationMonitor final : public ActivationMonitor {
 public:
-    /// The scheduler outlives the monitor.
-    explicit X11ActivationMonitor(const Scheduler& scheduler) : _scheduler(scheduler) {}
     Subscription watch(std::function<void()> onOtherApplication) override;
-
-private:
-    const Scheduler& _scheduler;
 };
 
 } // namespace selvane
