@@ -34,6 +34,11 @@ public:
     [[nodiscard]] const StatusItemAnchor& anchor() const { return _anchor; }
 
     void pressEscape() { onCancel(); }
+    /// As the window manager does it.
+    void vanish() {
+        _isVisible = false;
+        onCancel();
+    }
     void turnAway() { onTurnedAway(); }
 
 private:

@@ -9,6 +9,7 @@
 #include <QGuiApplication>
 #include <QProcess>
 #include <QRasterWindow>
+#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -32,6 +33,12 @@ protected:
         PopoverPanel::prepare();
         manager = new QProcess;
         test::endWithTest(*manager);
+        // The windows are to go by its own rules, not by a user's.
+        static const QTemporaryDir home;
+        auto environment = QProcessEnvironment::systemEnvironment();
+        for (const char* const folder : {"HOME", "XDG_CONFIG_HOME"})
+            environment.insert(QLatin1String(folder), home.path());
+        manager->setProcessEnvironment(environment);
         manager->start(QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
         ASSERT_TRUE(test::waitUntil([] { return !property(root(), "_NET_SUPPORTING_WM_CHECK").empty(); }))
             << "these tests need openbox";
@@ -68,6 +75,28 @@ protected:
             return {};
         const auto* const first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
         return {first, first + reply->value_len};
+    }
+
+    /// On the server.
+    static QSize size(const QWindow& window) {
+        xcb_connection_t* const connection = X11Windows::connection();
+        const XcbReply<xcb_get_geometry_reply_t> reply(
+            xcb_get_geometry_reply(connection, xcb_get_geometry(connection, number(window)), nullptr));
+        return reply ? QSize(reply->width, reply->height) : QSize();
+    }
+
+    /// As window managers do when the user wants it.
+    static void askToClose(const QWindow& window) {
+        xcb_connection_t* const connection = X11Windows::connection();
+        xcb_client_message_event_t message{};
+        message.response_type = XCB_CLIENT_MESSAGE;
+        message.format = 32;
+        message.window = number(window);
+        message.type = X11Windows::atom(connection, "WM_PROTOCOLS");
+        message.data.data32[0] = X11Windows::atom(connection, "WM_DELETE_WINDOW");
+        xcb_send_event(connection, 0, message.window, XCB_EVENT_MASK_NO_EVENT,
+                       reinterpret_cast<const char*>(&message));
+        xcb_flush(connection);
     }
 
     /// From the lowest to the highest.
@@ -123,6 +152,30 @@ TEST_F(PanelOnScreenTest, PanelThatFloatsAgainRises) {
     panel.setLevel(PanelLevel::floating);
     EXPECT_TRUE(test::waitUntil([this] { return isPanelHigher() && isPanelKeptAbove(); }));
     EXPECT_TRUE(panelWindow->isVisible());
+}
+
+TEST_F(PanelOnScreenTest, PanelOfAnotherStyleHasItsNewSizeOnTheServer) {
+    const QSize before = size(*panelWindow);
+    harness.model().settings().timerStyle.set(TimerStyle::bar);
+    ASSERT_TRUE(test::waitUntil([&] { return size(*panelWindow) != before; }));
+    EXPECT_TRUE(test::waitUntil([&] { return size(*panelWindow) == panelWindow->minimumSize(); }));
+}
+
+TEST_F(PanelOnScreenTest, PanelThatTheWindowManagerClosesComesBackWithItsCorners) {
+    int cancelled = 0;
+    panel.onCancel = [&] {
+        ++cancelled;
+        panel.hide();
+    };
+    const auto corners = panelWindow->mask();
+    askToClose(*panelWindow);
+    ASSERT_TRUE(test::waitUntil([&] { return cancelled == 1; }));
+    EXPECT_FALSE(panel.isVisible());
+    panelWindow->setMask({});
+    panel.show({});
+    EXPECT_EQ(panelWindow->mask(), corners);
+    panel.hide();
+    EXPECT_EQ(cancelled, 1) << "nobody else has closed it this time";
 }
 
 } // namespace

@@ -293,6 +293,15 @@ TEST_F(PopoverPanelTest, EscapeCancelsAndControlQQuits) {
     EXPECT_EQ(quits, 1);
 }
 
+TEST_F(PopoverPanelTest, WindowThatSomebodyElseClosesCancels) {
+    window->close();
+    EXPECT_EQ(cancelled, 1);
+    panel.hide();
+    panel.show({});
+    panel.hide();
+    EXPECT_EQ(cancelled, 1);
+}
+
 TEST_F(PopoverPanelTest, IsAClearToolWindowInFrontOfEverything) {
     EXPECT_EQ(window->type(), Qt::Tool) << "it gets the keyboard, but is no main window";
     EXPECT_TRUE(window->flags() & Qt::FramelessWindowHint);

@@ -362,8 +362,8 @@ TEST_F(StatusItemControllerTest, MainWindowThatClosesGivesTheKeyboardToThePanelI
 
 TEST_F(StatusItemControllerTest, PanelThatTheWindowManagerClosesIsClosedWholly) {
     host.click();
-    programWindows.close(ProgramWindow::panel);
-    EXPECT_FALSE(panel->isVisible());
+    panel->vanish();
+    EXPECT_EQ(harness.journal.count("panel.hide"), 1);
     EXPECT_FALSE(host.isHighlighted());
     EXPECT_EQ(presses.watchers(), 0);
     EXPECT_EQ(activations.watchers(), 0);

@@ -33,7 +33,8 @@ QPen pen(QColor ink, double opacity, double width, Qt::PenCapStyle cap) {
 
 } // namespace
 
-/// Lies in few large pieces, which go whole. Among everything else the drawings would leave holes behind.
+/// The memory of the drawings: few large pieces, which go whole. Among everything else the drawings would
+/// leave holes behind.
 class DialGlyph::Drawings final {
 public:
     std::pmr::monotonic_buffer_resource memory{256 * 1024};

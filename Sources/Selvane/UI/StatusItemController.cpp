@@ -174,9 +174,6 @@ void StatusItemController::observeWindows() {
 
 void StatusItemController::willClose(ProgramWindow window) {
     updateLevel(window);
-    // The window manager can close it as well.
-    if (window == ProgramWindow::panel)
-        close();
     // Before the desktop gives the keyboard to another program, which would close the panel.
     // Other windows give it back to their parents.
     if (_panel && _panel->isVisible() && window == ProgramWindow::main)

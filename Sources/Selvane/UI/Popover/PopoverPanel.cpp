@@ -77,6 +77,8 @@ PopoverPanel::PopoverPanel(const PanelContext& context)
         if (onTurnedAway)
             onTurnedAway();
     });
+    QObject::connect(&_window, &QWindow::visibleChanged, &_window,
+                     [this](bool isVisible) { visibleChanged(isVisible); });
     QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &_window,
                      [this](QWindow* window) { keyboardMoved(window); });
 
@@ -105,8 +107,10 @@ PopoverPanel::PopoverPanel(const PanelContext& context)
 
 void PopoverPanel::makeRoot() {
     QQmlComponent component(&_engine, HeadStart::popoverFile());
-    std::unique_ptr<QObject> object(
-        component.createWithInitialProperties({{QStringLiteral("model"), QVariant::fromValue(&_model)}}));
+    std::unique_ptr<QObject> object;
+    if (component.isReady())
+        object.reset(
+            component.createWithInitialProperties({{QStringLiteral("model"), QVariant::fromValue(&_model)}}));
     for (const QQmlError& error : component.errors())
         Log::line("the popover doesn't load: " + error.toString().toStdString());
     _root = qobject_cast<QQuickItem*>(object.get());
@@ -129,15 +133,17 @@ bool PopoverPanel::measure() {
 }
 
 void PopoverPanel::fitWindow() {
-    bool isOther = measure();
+    if (measure())
+        bound();
     place();
     // The screen that it is on now may have pixels of another size.
     if (measure()) {
-        isOther = true;
+        bound();
         place();
     }
-    if (!isOther)
-        return;
+}
+
+void PopoverPanel::bound() {
     CardMargin::set(_window, _fit.margin);
     // Equal bounds make tiling compositors let the window float.
     _window.setMinimumSize(_fit.size);
@@ -160,6 +166,7 @@ void PopoverPanel::show(const StatusItemAnchor& anchor) {
     if (_window.isVisible())
         _window.raise();
     placeByDesktop();
+    _isShown = true;
     _window.show();
     _window.requestActivate();
     layOutLists();
@@ -178,6 +185,7 @@ void PopoverPanel::layOutLists() {
 void PopoverPanel::hide() {
     _patience.end();
     _placement.reset();
+    _isShown = false;
     _window.hide();
     _model.didHide();
 }
@@ -207,6 +215,15 @@ void PopoverPanel::heightChanged() {
     fitWindow();
     if (_placement)
         _placement->repeat();
+}
+
+void PopoverPanel::visibleChanged(bool isVisible) {
+    if (isVisible || !_isShown)
+        return;
+    // The window manager has closed it, and with it goes what it was given.
+    _fit = {};
+    if (onCancel)
+        onCancel();
 }
 
 void PopoverPanel::chooseScreen(const StatusItemAnchor& anchor) {

@@ -54,6 +54,9 @@ private:
     bool measure();
     /// Gives it the size of what it shows, and the place that goes with it.
     void fitWindow();
+    /// What the window keeps to until its size is another.
+    void bound();
+    void visibleChanged(bool isVisible);
     void heightChanged();
     void chooseScreen(const StatusItemAnchor& anchor);
     void place();
@@ -81,6 +84,7 @@ private:
     ScreenRect _available{};
     QPoint _corner;
     Fit _fit;
+    bool _isShown = false;
     bool _hadKeyboard = false;
     bool _listsAreLaidOut = false;
     /// Null where windows choose their own place.
