@@ -96,17 +96,6 @@ TEST_F(X11ActivationMonitorTest, ActivationThatWasUnderWayWhenThePanelOpenedDoes
     EXPECT_EQ(_told, 1) << "that is the user's turning away";
 }
 
-TEST_F(X11ActivationMonitorTest, TurningAwayFromAPanelThatWasRefusedTheFocusIsTold) {
-    const auto watching = watch();
-    activate(foreignWindow());
-    EXPECT_EQ(_told, 0);
-    QWindow refused;
-    refused.show();
-    ASSERT_TRUE(waitUntil([&] { return refused.isExposed(); }));
-    activate(foreignWindow());
-    EXPECT_EQ(_told, 1);
-}
-
 TEST_F(X11ActivationMonitorTest, ActivationOfThisProcessIsIgnored) {
     QWindow other;
     other.create();

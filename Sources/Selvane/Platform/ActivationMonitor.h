@@ -12,9 +12,9 @@ public:
     virtual ~ActivationMonitor() = default;
 
     /// Holds as long as the handle lives. `onOtherApplication` is called each time when the active window is
-    /// another process's, once a window of this process has appeared or become the active one while watched.
-    /// So what the desktop activates before the window that was just opened is not told, and neither is a
-    /// window of this process. Where the desktop doesn't say which window is active, nothing is ever heard.
+    /// another process's after it was, while watched, one of this process. So what the desktop activates
+    /// before the window that was just opened is not told, and neither is a window of this process. Where
+    /// the desktop doesn't say which window is active, nothing is ever heard.
     virtual Subscription watch(std::function<void()> onOtherApplication) = 0;
 };
 

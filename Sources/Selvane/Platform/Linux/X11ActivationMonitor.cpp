@@ -33,30 +33,15 @@ public:
         if (type != "xcb_generic_event_t")
             return false;
         const auto& event = *static_cast<const xcb_generic_event_t*>(message);
-        switch (event.response_type & 0x7f) {
-        case XCB_MAP_NOTIFY:
-            windowAppeared(reinterpret_cast<const xcb_map_notify_event_t&>(event).window);
-            break;
-        case XCB_PROPERTY_NOTIFY:
-            propertyChanged(reinterpret_cast<const xcb_property_notify_event_t&>(event));
-            break;
-        default: // The types are many.
-            break;
-        }
+        if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
+            return false;
+        const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+        if (_activeWindow != XCB_ATOM_NONE && change.atom == _activeWindow)
+            activeWindowChanged(change.window);
         return false;
     }
 
 private:
-    void windowAppeared(xcb_window_t window) {
-        if (X11Windows::isMadeOn(_connection, window))
-            _hasAppeared = true;
-    }
-
-    void propertyChanged(const xcb_property_notify_event_t& change) {
-        if (_activeWindow != XCB_ATOM_NONE && change.atom == _activeWindow)
-            activeWindowChanged(change.window);
-    }
-
     void activeWindowChanged(xcb_window_t root) {
         const auto window = activeWindow(root);
         // None is nobody's: window managers pass through it.
@@ -66,7 +51,7 @@ private:
             _wasOwn = true;
             return;
         }
-        if (!std::exchange(_wasOwn, false) && !_hasAppeared)
+        if (!std::exchange(_wasOwn, false))
             return;
         // On a copy, since the listener may end this watch.
         const auto tell = _onOtherApplication;
@@ -88,9 +73,6 @@ private:
     std::function<void()> _onOtherApplication;
     /// A window of this process has become the active one, and no other since.
     bool _wasOwn = false;
-    /// A window of this process has appeared. What becomes active later is what the user turned to, even if
-    /// the window manager has refused that window the keyboard.
-    bool _hasAppeared = false;
 };
 
 } // namespace
