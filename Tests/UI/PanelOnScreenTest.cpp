@@ -168,6 +168,7 @@ TEST_F(PanelOnScreenTest, PanelThatTheWindowManagerClosesComesBackWithItsCorners
         panel.hide();
     };
     const auto corners = panelWindow->mask();
+    ASSERT_FALSE(corners.isEmpty());
     askToClose(*panelWindow);
     ASSERT_TRUE(test::waitUntil([&] { return cancelled == 1; }));
     EXPECT_FALSE(panel.isVisible());
