@@ -68,13 +68,9 @@ protected:
     /// The numbers that a property holds.
     static std::vector<std::uint32_t> property(xcb_window_t window, std::string_view name) {
         xcb_connection_t* const connection = X11Windows::connection();
-        const auto cookie = xcb_get_property(connection, 0, window, X11Windows::atom(connection, name),
-                                             XCB_GET_PROPERTY_TYPE_ANY, 0, 1000);
-        const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection, cookie, nullptr));
-        if (!reply || reply->format != 32)
-            return {};
-        const auto* const first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-        return {first, first + reply->value_len};
+        return X11Windows::numbers(connection,
+                                   xcb_get_property(connection, 0, window, X11Windows::atom(connection, name),
+                                                    XCB_GET_PROPERTY_TYPE_ANY, 0, 1000));
     }
 
     /// On the server.

@@ -1,7 +1,6 @@
 #include "Selvane/Platform/Linux/X11ActivationMonitor.h"
 
 #include "Selvane/Platform/Linux/X11Windows.h"
-#include "Selvane/Platform/Linux/XcbReply.h"
 
 #include <QtCore/QAbstractNativeEventFilter>
 #include <QtGui/QGuiApplication>
@@ -59,13 +58,10 @@ private:
     }
 
     [[nodiscard]] std::optional<xcb_window_t> activeWindow(xcb_window_t root) const {
-        const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-            _connection, xcb_get_property(_connection, 0, root, _activeWindow, XCB_ATOM_WINDOW, 0, 1),
-            nullptr));
-        if (!reply || reply->format != 32 || reply->value_len == 0)
-            return std::nullopt;
-        const auto window = *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
-        return window == XCB_WINDOW_NONE ? std::nullopt : std::optional(window);
+        const auto windows = X11Windows::numbers(
+            _connection, xcb_get_property(_connection, 0, root, _activeWindow, XCB_ATOM_WINDOW, 0, 1));
+        return windows.empty() || windows.front() == XCB_WINDOW_NONE ? std::nullopt
+                                                                     : std::optional(windows.front());
     }
 
     xcb_connection_t* _connection;
