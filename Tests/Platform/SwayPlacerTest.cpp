@@ -28,6 +28,7 @@ constexpr std::uint32_t runCommand = 0;
 constexpr std::uint32_t getWorkspaces = 1;
 constexpr std::uint32_t subscribe = 2;
 constexpr std::uint32_t getOutputs = 3;
+constexpr std::uint32_t getTree = 4;
 constexpr std::uint32_t windowEvent = 0x80000003;
 
 /// The socket of a compositor that answers what a test tells it.
@@ -198,6 +199,20 @@ TEST_F(SwayPlacerTest, WindowWhoseTitleComesLaterIsMoved) {
     EXPECT_THAT(_sway.commands(), ElementsAre());
     _sway.tellWindow("title", 7, "Selvane", 42);
     EXPECT_TRUE(waitUntil([&] { return !_sway.commands().empty(); }));
+    EXPECT_THAT(_sway.commands(), ElementsAre(theCommand));
+}
+
+TEST_F(SwayPlacerTest, WindowThatCameBeforeItsEventsWereAskedForIsFound) {
+    const auto placing = place();
+    ASSERT_TRUE(waitUntil([&] { return _sway.asked().size() == 3; }));
+    _sway.tellScreens();
+    _sway.tell(subscribe, R"({"success":true})");
+    ASSERT_TRUE(waitUntil([&] { return _sway.asked().size() == 4; }));
+    EXPECT_EQ(_sway.asked().back(), (FakeSway::Message{getTree, ""}));
+    _sway.tell(getTree, R"({"id":1,"name":"root","nodes":[{"id":2,"name":"A","nodes":[],"floating_nodes":[)"
+                        R"({"id":5,"name":"Selvane","pid":41,"nodes":[]},{"id":6,"name":"Other","pid":42},)"
+                        R"({"id":7,"name":"Selvane","pid":42,"nodes":[],"floating_nodes":[]}]}]})");
+    ASSERT_TRUE(waitUntil([&] { return !_sway.commands().empty(); }));
     EXPECT_THAT(_sway.commands(), ElementsAre(theCommand));
 }
 

@@ -29,7 +29,7 @@ constexpr std::size_t headSize = magic.size() + 2 * sizeof(std::uint32_t);
 /// Longer messages end the connection; those that are waited for have a few kilobytes.
 constexpr std::uint32_t longestPayload = 16U << 20U;
 
-enum Kind : std::uint32_t { runCommand = 0, getWorkspaces = 1, subscribe = 2, getOutputs = 3 };
+enum Kind : std::uint32_t { runCommand = 0, getWorkspaces = 1, subscribe = 2, getOutputs = 3, getTree = 4 };
 constexpr std::uint32_t windowEvent = 0x80000003;
 
 /// -1 if nobody listens there.
@@ -188,6 +188,14 @@ private:
         case windowEvent:
             windowChanged(document->root());
             break;
+        case subscribe:
+            // The window may have come before its events were asked for.
+            if (!_window)
+                send(getTree, {});
+            break;
+        case getTree:
+            findWindow(document->root());
+            break;
         case runCommand:
             return end();
         default:
@@ -201,7 +209,29 @@ private:
         // A new window is told without its title, which follows at once.
         if (!parts || ((*parts)[0].text() != "new" && (*parts)[0].text() != "title"))
             return;
-        const auto window = (*parts)[1].members(std::array<std::string_view, 3>{"id", "name", "pid"});
+        take((*parts)[1]);
+    }
+
+    /// Looks through a container and those in it.
+    void findWindow(const JSONValue& container) {
+        take(container);
+        const auto parts = container.members(std::array<std::string_view, 2>{"nodes", "floating_nodes"});
+        if (_window || !parts)
+            return;
+        for (const JSONValue& part : *parts) {
+            auto inner = part.elements();
+            while (inner && !_window) {
+                const auto next = inner->next();
+                if (!next)
+                    break;
+                findWindow(*next);
+            }
+        }
+    }
+
+    /// Takes a container for the window if it is that.
+    void take(const JSONValue& container) {
+        const auto window = container.members(std::array<std::string_view, 3>{"id", "name", "pid"});
         if (!_window && window && (*window)[1].text() == _title && (*window)[2].integer() == _process)
             _window = (*window)[0].integer();
     }
