@@ -1,57 +1,21 @@
 #include "SelvaneCore/Log.h"
 
-#include "Support/TemporaryFolder.h"
+#include "Support/FakeJournal.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <pty.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <array>
 #include <cstdlib>
-#include <cstring>
 #include <optional>
 #include <string>
 
 namespace selvane::test {
 namespace {
-
-/// Listens as the journal does, at a place of its own.
-class FakeJournal {
-public:
-    FakeJournal() : _path((_folder.path() / "socket").string()) {
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        std::strcpy(address.sun_path, _path.c_str());
-        _socket = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK, 0);
-        isThere = ::bind(_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
-    }
-    FakeJournal(const FakeJournal&) = delete;
-    FakeJournal& operator=(const FakeJournal&) = delete;
-    ~FakeJournal() { ::close(_socket); }
-
-    [[nodiscard]] const char* path() const { return _path.c_str(); }
-
-    /// The oldest entry that was not received yet.
-    [[nodiscard]] std::optional<std::string> receive() const {
-        std::array<char, 4096> bytes{};
-        const ssize_t count = ::recv(_socket, bytes.data(), bytes.size(), 0);
-        if (count < 0)
-            return std::nullopt;
-        return std::string(bytes.data(), static_cast<std::size_t>(count));
-    }
-
-    bool isThere = false;
-
-private:
-    TemporaryFolder _folder;
-    std::string _path;
-    int _socket;
-};
 
 class Log : public testing::Test {
 protected:
