@@ -7,13 +7,21 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
+# These two are told to other compilers than the build's own as well.
+set(SELVANE_WARNINGS -Wall -Wextra -Wconversion -Wshadow -Werror)
+# A product that is added without being rounded first would make one machine's numbers differ from another's.
+set(SELVANE_ARITHMETIC -ffp-contract=off)
+if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "86")
+    # So would the wider registers that these processors compute in otherwise.
+    list(APPEND SELVANE_ARITHMETIC -msse2 -mfpmath=sse)
+endif()
+
 add_library(selvane-options INTERFACE)
 target_compile_options(selvane-options INTERFACE
-    -Wall -Wextra -Wconversion -Wshadow -Werror
+    ${SELVANE_WARNINGS}
     # GCC 12 sees overlaps in its own std::string, once it is optimised, that can't happen.
     $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>
-    # A narrower copy of a float would make one machine's numbers differ from another's.
-    -ffp-contract=off)
+    ${SELVANE_ARITHMETIC})
 target_compile_definitions(selvane-options INTERFACE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII)
 
 if(SELVANE_SANITIZERS)
