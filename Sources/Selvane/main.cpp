@@ -204,11 +204,11 @@ int run(QGuiApplication& application, const std::string& startName, SingleInstan
             [] { return std::filesystem::path(QCoreApplication::applicationFilePath().toStdString()); },
         .desktops = currentDesktops,
     });
-    PulseAudioOutput audioOutput(installed(SELVANE_PLUGIN_DIRECTORY "/libselvane-audio.so"));
+    PulseAudioOutput audioOutput(installed(SELVANE_PLUGIN_DIRECTORY "/libselvane-audio.so"), scheduler);
     EndSoundPlayer soundPlayer(audioOutput);
     const auto giveBackMemory = [&audioOutput] {
-        // As long as sounds have a thread, it may be loading libraries. Its end gives memory back anyway.
-        if (!audioOutput.isAtRest())
+        // The end of the thread that plays sounds gives memory back anyway.
+        if (audioOutput.mayBeLoading())
             return;
         malloc_trim(0);
         LoadedPages::giveBack();

@@ -1,6 +1,7 @@
 #include "Selvane/App/EndSounds.h"
 
 #include "Selvane/App/EndSoundPlayer.h"
+#include "Support/FakeAudioOutput.h"
 
 #include <algorithm>
 #include <array>
@@ -161,10 +162,7 @@ TEST_P(EndSoundsTest, IsNeitherHarshNorDull) {
 }
 
 TEST_P(EndSoundsTest, ArrivesAtTheOutputWhole) {
-    struct Output final : AudioOutput {
-        void play(std::shared_ptr<AudioSource> source) override { sources.push_back(std::move(source)); }
-        std::vector<std::shared_ptr<AudioSource>> sources;
-    } output;
+    FakeAudioOutput output;
     EndSoundPlayer player(output);
     player.play(GetParam().name);
     player.play(GetParam().name);
@@ -223,16 +221,13 @@ TEST(EndSoundsTest, HeroRises) {
 }
 
 TEST(EndSoundsTest, OtherNamesAreSilent) {
-    struct Output final : AudioOutput {
-        void play(std::shared_ptr<AudioSource>) override { ++count; }
-        int count = 0;
-    } output;
+    FakeAudioOutput output;
     EndSoundPlayer player(output);
     for (const char* const name : {"", "glass", "Glass ", "Ping", "/usr/share/sounds/Hero"}) {
         player.play(name);
         EXPECT_EQ(EndSounds::named(name), nullptr) << name;
     }
-    EXPECT_EQ(output.count, 0);
+    EXPECT_TRUE(output.sources.empty());
 }
 
 } // namespace

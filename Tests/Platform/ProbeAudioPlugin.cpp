@@ -22,7 +22,7 @@ extern "C" [[gnu::visibility("default")]] const char* selvaneProbeLoader() {
 }
 
 /// Hears what it is given in no time.
-extern "C" [[gnu::visibility("default")]] void selvaneRunAudioClient1(selvane::AudioClientHost& host, int) {
+extern "C" [[gnu::visibility("default")]] void selvaneRunAudioClient2(selvane::AudioClientHost& host, int) {
     for (const auto& source : host.takeSources()) {
         std::array<selvane::AudioFrame, 100> frames{};
         while (source->render(frames) == frames.size()) {

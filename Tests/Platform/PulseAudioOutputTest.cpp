@@ -1,5 +1,7 @@
 #include "Selvane/Platform/Linux/PulseAudioOutput.h"
 
+#include "Platform/SoundRecording.h"
+#include "Selvane/Platform/Linux/LinuxScheduler.h"
 #include "Support/SoundServer.h"
 #include "Support/TemporaryFolder.h"
 
@@ -22,129 +24,15 @@
 #include <chrono>
 #include <cmath>
 #include <cstddef>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <memory>
-#include <numbers>
 #include <string>
 #include <thread>
 #include <vector>
 
 namespace selvane::test {
 namespace {
-
-using Clock = std::chrono::steady_clock;
-
-/// Sines that are never quite silent: the left side at 441 Hz, the right one at 882 Hz.
-class Sines final : public AudioSource {
-public:
-    static constexpr std::size_t endless = static_cast<std::size_t>(-1);
-
-    Sines(std::size_t length, float left, float right) : _length(length), _left(left), _right(right) {}
-    Sines(const Sines&) = delete;
-    Sines& operator=(const Sines&) = delete;
-    ~Sines() override {
-        if (end != nullptr)
-            *end = Clock::now();
-    }
-
-    static float swing(std::size_t index, double hertz) {
-        // Half a frame late, so that no frame is nought.
-        const double seconds = (static_cast<double>(index) + 0.5) / AudioOutput::framesPerSecond;
-        return static_cast<float>(std::sin(2 * std::numbers::pi * hertz * seconds));
-    }
-
-    [[nodiscard]] AudioFrame frame(std::size_t index) const {
-        return {_left * swing(index, 441), _right * swing(index, 882)};
-    }
-
-    std::size_t render(std::span<AudioFrame> frames) override {
-        const std::size_t count = std::min(frames.size(), _length - _next);
-        for (AudioFrame& each : frames.first(count))
-            each = frame(_next++);
-        asked += count;
-        return count;
-    }
-
-    std::atomic<std::size_t> asked = 0;
-    /// Gets the moment at which the object ends.
-    std::shared_ptr<std::atomic<Clock::time_point>> end;
-
-private:
-    std::size_t _length;
-    float _left;
-    float _right;
-    std::size_t _next = 0;
-};
-
-/// What the server's device plays, from when the object exists.
-class Recording {
-public:
-    Recording() {
-        endWithTest(_parec);
-        _parec.start(QStringLiteral("parec"),
-                     {QStringLiteral("--device=hall.monitor"), QStringLiteral("--format=float32le"),
-                      QStringLiteral("--rate=48000"), QStringLiteral("--channels=2"), QStringLiteral("--raw"),
-                      QStringLiteral("--latency-msec=20")});
-    }
-    Recording(const Recording&) = delete;
-    Recording& operator=(const Recording&) = delete;
-    ~Recording() {
-        _parec.kill();
-        _parec.waitForFinished();
-    }
-
-    /// False if the server records nothing.
-    [[nodiscard]] bool hasBegun() {
-        return waitUntil([this] { return !frames().empty(); });
-    }
-
-    /// Everything so far.
-    const std::vector<AudioFrame>& frames() {
-        _bytes += _parec.readAllStandardOutput();
-        const auto count = static_cast<std::size_t>(_bytes.size()) / sizeof(AudioFrame);
-        const std::size_t known = _frames.size();
-        if (count > known) {
-            _frames.resize(count);
-            std::memcpy(_frames.data() + known, _bytes.constData() + known * sizeof(AudioFrame),
-                        (count - known) * sizeof(AudioFrame));
-        }
-        return _frames;
-    }
-
-    /// What one side of the recording holds but silence.
-    struct Heard {
-        std::vector<float> samples;
-        /// Where the first and the last of them stand.
-        std::size_t first = 0;
-        std::size_t last = 0;
-
-        /// Whether there was no silence in between.
-        [[nodiscard]] bool isGapless() const { return last - first + 1 == samples.size(); }
-    };
-
-    Heard heard(float AudioFrame::*side) {
-        Heard result;
-        const std::vector<AudioFrame>& all = frames();
-        for (std::size_t index = 0; index < all.size(); ++index) {
-            const float sample = all[index].*side;
-            if (sample == 0)
-                continue;
-            if (result.samples.empty())
-                result.first = index;
-            result.last = index;
-            result.samples.push_back(sample);
-        }
-        return result;
-    }
-
-private:
-    QProcess _parec;
-    QByteArray _bytes;
-    std::vector<AudioFrame> _frames;
-};
 
 class PulseAudioOutputTest : public testing::TestWithParam<SoundSystem> {
 protected:
@@ -159,6 +47,7 @@ protected:
     }
 
     SoundServer _server{GetParam()};
+    LinuxScheduler _scheduler;
 };
 
 /// What the server's device plays is looked at.
@@ -169,8 +58,7 @@ protected:
         const auto isGone = [](const auto& sound) { return sound.expired(); };
         if (!waitUntil([&] { return std::ranges::all_of(sounds, isGone); }))
             return false;
-        const std::size_t soFar = recording.frames().size();
-        return waitUntil([&] { return recording.frames().size() > soFar + 2 * half; });
+        return recording.goesOnFor(2 * half);
     }
 
     /// How a sound arrived. `disturbed`: with silence in its midst, or beside nothing that it should stand
@@ -238,25 +126,15 @@ protected:
     }
 };
 
-/// The names of the process's threads.
-std::vector<std::string> threadNames() {
-    std::vector<std::string> names;
-    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
-        std::ifstream file(task.path() / "comm");
-        std::getline(file, names.emplace_back());
-    }
-    return names;
-}
-
 TEST_P(RecordedSoundTest, ASoundIsHeardWhole) {
     ASSERT_TRUE(_server.start());
-    PulseAudioOutput output(AUDIO_PLUGIN);
+    PulseAudioOutput output(AUDIO_PLUGIN, _scheduler);
     EXPECT_TRUE(isHeardWhole(output));
 }
 
 TEST_P(RecordedSoundTest, TwoSoundsAreHeardBesideEachOther) {
     ASSERT_TRUE(_server.start());
-    PulseAudioOutput output(AUDIO_PLUGIN);
+    PulseAudioOutput output(AUDIO_PLUGIN, _scheduler);
     EXPECT_TRUE(isRecorded(output, [&output](Recording& recording) {
         // Long enough for a busy machine, which begins them one after the other.
         constexpr std::size_t length = 6 * half;
@@ -280,7 +158,7 @@ TEST_P(RecordedSoundTest, TwoSoundsAreHeardBesideEachOther) {
 
 TEST_P(PulseAudioOutputTest, TheConnectionEndsSoonAfterTheSound) {
     ASSERT_TRUE(_server.start());
-    PulseAudioOutput output(AUDIO_PLUGIN);
+    PulseAudioOutput output(AUDIO_PLUGIN, _scheduler);
     int rests = 0;
     output.onRest = [&] {
         ++rests;
@@ -294,6 +172,8 @@ TEST_P(PulseAudioOutputTest, TheConnectionEndsSoonAfterTheSound) {
         source->end = end;
         output.play(std::move(source));
         EXPECT_FALSE(output.isAtRest());
+        EXPECT_TRUE(waitUntil([&] { return !output.mayBeLoading(); }));
+        EXPECT_FALSE(output.isAtRest()) << "it has loaded what it needs, and plays";
         EXPECT_TRUE(isAtRest(output));
         EXPECT_EQ(rests, round);
         // Another sound might have followed.
@@ -303,7 +183,7 @@ TEST_P(PulseAudioOutputTest, TheConnectionEndsSoonAfterTheSound) {
 
 TEST_P(RecordedSoundTest, AServerThatDiesTakesItsSoundsAlong) {
     ASSERT_TRUE(_server.start());
-    PulseAudioOutput output(AUDIO_PLUGIN);
+    PulseAudioOutput output(AUDIO_PLUGIN, _scheduler);
     const auto lost = std::make_shared<Sines>(Sines::endless, 0.5F, 0.5F);
     output.play(lost);
     ASSERT_TRUE(waitUntil([&] { return lost->asked > half; }));
@@ -319,7 +199,7 @@ TEST_P(PulseAudioOutputTest, EndsInMidSound) {
     ASSERT_TRUE(_server.start());
     const auto source = std::make_shared<Sines>(Sines::endless, 0.5F, 0.5F);
     {
-        PulseAudioOutput output(AUDIO_PLUGIN);
+        PulseAudioOutput output(AUDIO_PLUGIN, _scheduler);
         output.play(source);
         ASSERT_TRUE(waitUntil([&] { return source->asked > half; }));
     }
@@ -328,7 +208,7 @@ TEST_P(PulseAudioOutputTest, EndsInMidSound) {
 
 TEST_P(PulseAudioOutputTest, TheLogTellsOnceThatThereIsNoServer) {
     testing::internal::CaptureStderr();
-    PulseAudioOutput output(AUDIO_PLUGIN);
+    PulseAudioOutput output(AUDIO_PLUGIN, _scheduler);
     const auto playInVain = [&] {
         const auto source = std::make_shared<Sines>(half, 0.5F, 0.5F);
         output.play(source);
@@ -354,11 +234,6 @@ TEST_P(PulseAudioOutputTest, TheLogTellsOnceThatThereIsNoServer) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), line);
 }
 
-constexpr auto nameOfServer = [](const testing::TestParamInfo<SoundSystem>& test) {
-    return test.param == SoundSystem::pulseAudio ? "PulseAudio" : "PipeWire";
-};
-constexpr std::array servers{SoundSystem::pulseAudio, SoundSystem::pipeWire};
-
 INSTANTIATE_TEST_SUITE_P(Servers, PulseAudioOutputTest, testing::ValuesIn(servers), nameOfServer);
 // By this name they are run while nothing else is.
 INSTANTIATE_TEST_SUITE_P(Sound, RecordedSoundTest, testing::ValuesIn(servers), nameOfServer);
@@ -373,7 +248,8 @@ TEST(PulseAudioOutputTest, AServerThatDoesNotAnswerIsGivenUp) {
     ASSERT_EQ(bind(mute, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
     ASSERT_EQ(listen(mute, 1), 0);
     testing::internal::CaptureStderr();
-    PulseAudioOutput output(AUDIO_PLUGIN);
+    LinuxScheduler scheduler;
+    PulseAudioOutput output(AUDIO_PLUGIN, scheduler);
     const auto source = std::make_shared<Sines>(1, 0.5F, 0.5F);
     output.play(source);
     EXPECT_TRUE(waitUntil([&] { return output.isAtRest(); }));
@@ -388,7 +264,8 @@ TEST(PulseAudioOutputTest, ThePluginIsLoadedByTheThreadThatPlays) {
     const TemporaryFolder folder;
     const std::string file = folder.path() / "plugin.so";
     std::filesystem::copy_file(PROBE_AUDIO_PLUGIN, file);
-    PulseAudioOutput output(file);
+    LinuxScheduler scheduler;
+    PulseAudioOutput output(file, scheduler);
     EXPECT_EQ(dlopen(file.c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr) << "before the first sound";
     const auto source = std::make_shared<Sines>(1, 0.5F, 0.5F);
     output.play(source);
@@ -403,7 +280,8 @@ TEST(PulseAudioOutputTest, ThePluginIsLoadedByTheThreadThatPlays) {
 
 TEST(PulseAudioOutputTest, WithoutItsPluginNothingIsHeard) {
     testing::internal::CaptureStderr();
-    PulseAudioOutput output("/nowhere/libselvane-audio.so");
+    LinuxScheduler scheduler;
+    PulseAudioOutput output("/nowhere/libselvane-audio.so", scheduler);
     const auto source = std::make_shared<Sines>(1, 0.5F, 0.5F);
     for (int round = 0; round < 2; ++round) {
         output.play(source);
@@ -449,7 +327,8 @@ void withoutFilesToWakeBy(const Work& work) {
 /// What the log says of two sounds in vain, played in such a want. One that comes later is heard.
 std::string logOf(void (*want)(const Work&)) {
     testing::internal::CaptureStderr();
-    PulseAudioOutput output(PROBE_AUDIO_PLUGIN);
+    LinuxScheduler scheduler;
+    PulseAudioOutput output(PROBE_AUDIO_PLUGIN, scheduler);
     const auto source = std::make_shared<Sines>(1, 0.5F, 0.5F);
     want([&] {
         for (int round = 0; round < 2; ++round) {

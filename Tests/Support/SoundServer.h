@@ -9,6 +9,10 @@
 #include <QtCore/QProcessEnvironment>
 #include <QtCore/QStringList>
 
+#include <sys/types.h>
+
+#include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -39,24 +43,11 @@ public:
 
     /// Starts it and waits until it answers. False if it doesn't.
     [[nodiscard]] bool start() {
-        switch (_system) {
-        case SoundSystem::pulseAudio:
-            // A device that takes back what it played already would hand its recorders something else.
-            run("pulseaudio",
-                {"-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1", "-L",
-                 "module-null-sink sink_name=hall rate=48000 format=float32le channels=2 norewinds=1", "-L",
-                 "module-native-protocol-unix auth-anonymous=1"});
-            return waitFor(socket()) && answers();
-        case SoundSystem::pipeWire:
-            run("pipewire", {});
-            if (!waitFor(pipeWireSocket()))
-                return false;
-            run("wireplumber", {});
-            run("pipewire-pulse", {});
-            return waitFor(socket()) &&
-                   control({"load-module", "module-null-sink", "sink_name=hall", "rate=48000",
-                            "format=float32le", "channels=2"}) &&
-                   answers();
+        // A session manager that is busy at its start may never connect anything with anything.
+        for (int attempt = 1; attempt <= 3; ++attempt) {
+            if (startOnce())
+                return true;
+            kill();
         }
         return false;
     }
@@ -74,7 +65,59 @@ public:
             std::filesystem::remove(file, ignored);
     }
 
+    /// Its processes do nothing until they are let go on, but they are there.
+    void freeze() const { signal(SIGSTOP); }
+    void goOn() const { signal(SIGCONT); }
+
+    /// Has `pactl` tell the server something. False if that is refused.
+    [[nodiscard]] static bool control(const std::vector<const char*>& words) {
+        QStringList arguments;
+        for (const char* const word : words)
+            arguments.append(QString::fromLatin1(word));
+        arguments.removeAll(QString());
+        QProcess pactl;
+        endWithTest(pactl);
+        pactl.start(QStringLiteral("pactl"), arguments);
+        return pactl.waitForFinished(20'000) && pactl.exitStatus() == QProcess::NormalExit &&
+               pactl.exitCode() == 0;
+    }
+
+    /// Takes the one device away, and gives the server such a one again.
+    [[nodiscard]] bool removeDevice() { return control({"unload-module", "module-null-sink"}); }
+    [[nodiscard]] bool addDevice() {
+        // One that takes back what it played already would hand its recorders something else.
+        const bool takesBack = _system == SoundSystem::pulseAudio;
+        return control({"load-module", "module-null-sink", "sink_name=hall", "rate=48000", "format=float32le",
+                        "channels=2", takesBack ? "norewinds=1" : ""}) &&
+               answers();
+    }
+
 private:
+    void signal(int number) const {
+        for (const auto& process : _processes)
+            ::kill(static_cast<pid_t>(process->processId()), number);
+    }
+
+    [[nodiscard]] bool startOnce() {
+        switch (_system) {
+        case SoundSystem::pulseAudio:
+            // A device that takes back what it played already would hand its recorders something else.
+            run("pulseaudio",
+                {"-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1", "-L",
+                 "module-null-sink sink_name=hall rate=48000 format=float32le channels=2 norewinds=1", "-L",
+                 "module-native-protocol-unix auth-anonymous=1"});
+            return waitFor(socket()) && answers();
+        case SoundSystem::pipeWire:
+            run("pipewire", {});
+            if (!waitFor(pipeWireSocket()))
+                return false;
+            run("wireplumber", {});
+            run("pipewire-pulse", {});
+            return waitFor(socket()) && addDevice();
+        }
+        return false;
+    }
+
     [[nodiscard]] std::filesystem::path pipeWireSocket() const { return _folder.path() / "pipewire-0"; }
 
     void run(const char* program, const std::vector<const char*>& words) {
@@ -97,23 +140,17 @@ private:
         return waitUntil([&file] { return std::filesystem::exists(file); });
     }
 
-    static bool control(const std::vector<const char*>& words) {
-        QStringList arguments;
-        for (const char* const word : words)
-            arguments.append(QString::fromLatin1(word));
-        QProcess pactl;
-        endWithTest(pactl);
-        pactl.start(QStringLiteral("pactl"), arguments);
-        return pactl.waitForFinished(20'000) && pactl.exitStatus() == QProcess::NormalExit &&
-               pactl.exitCode() == 0;
-    }
-
     /// Whether the device is there and connected with whoever asks for it.
     static bool answers() {
         QProcess parec;
         endWithTest(parec);
-        parec.start(QStringLiteral("parec"), {QStringLiteral("--device=hall.monitor")});
-        const bool records = waitUntil([&parec] { return parec.bytesAvailable() > 0; });
+        const auto hears = [&parec] {
+            // One that came too early is gone.
+            if (parec.state() == QProcess::NotRunning)
+                parec.start(QStringLiteral("parec"), {QStringLiteral("--device=hall.monitor")});
+            return parec.bytesAvailable() > 0;
+        };
+        const bool records = waitUntil(hears, std::chrono::seconds{10});
         parec.kill();
         parec.waitForFinished();
         return records;

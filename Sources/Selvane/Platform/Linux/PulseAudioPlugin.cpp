@@ -3,9 +3,9 @@
 
 #include <type_traits>
 
-extern "C" [[gnu::visibility("default")]] void selvaneRunAudioClient1(selvane::AudioClientHost& host,
+extern "C" [[gnu::visibility("default")]] void selvaneRunAudioClient2(selvane::AudioClientHost& host,
                                                                       int wake) {
     selvane::PulseClient(host, wake).run();
 }
 
-static_assert(std::is_same_v<decltype(&selvaneRunAudioClient1), selvane::RunAudioClient>);
+static_assert(std::is_same_v<decltype(&selvaneRunAudioClient2), selvane::RunAudioClient>);

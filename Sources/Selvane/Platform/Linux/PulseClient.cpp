@@ -1,17 +1,21 @@
 #include "Selvane/Platform/Linux/PulseClient.h"
 
+#include "Selvane/Platform/Linux/PulseFormat.h"
+
 #include <pulse/context.h>
 #include <pulse/error.h>
+#include <pulse/introspect.h>
 #include <pulse/mainloop.h>
 #include <pulse/operation.h>
 #include <pulse/proplist.h>
 #include <pulse/rtclock.h>
 #include <pulse/stream.h>
+#include <pulse/timeval.h>
 #include <sys/eventfd.h>
 
 #include <algorithm>
-#include <initializer_list>
 #include <iterator>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -23,37 +27,7 @@ using namespace std::chrono_literals;
 
 /// How long a server may take to answer, or to ask for more of what plays.
 constexpr std::chrono::microseconds patience = 5s;
-/// How long the connection outlives the last sound.
-constexpr std::chrono::microseconds afterglow = 3s;
-
-constexpr pa_sample_spec format{PA_SAMPLE_FLOAT32NE, AudioOutput::framesPerSecond, 2};
-static_assert(sizeof(AudioFrame) == 2 * sizeof(float));
-
-constexpr std::uint32_t bytes(std::chrono::milliseconds time) {
-    return static_cast<std::uint32_t>(time.count() * AudioOutput::framesPerSecond / 1000) *
-           static_cast<std::uint32_t>(sizeof(AudioFrame));
-}
-
-/// The server's own choice.
-constexpr std::uint32_t automatic = static_cast<std::uint32_t>(-1);
-
-/// A fifth of a second lies ready with the server, so that a busy machine makes no gap.
-constexpr pa_buffer_attr buffer{
-    .maxlength = automatic,
-    .tlength = bytes(200ms),
-    .prebuf = automatic,
-    .minreq = bytes(100ms),
-    .fragsize = automatic,
-};
-
-using Properties = std::unique_ptr<pa_proplist, decltype(&pa_proplist_free)>;
-
-Properties properties(std::initializer_list<std::pair<const char*, const char*>> values) {
-    Properties list(pa_proplist_new(), pa_proplist_free);
-    for (const auto& [key, value] : values)
-        pa_proplist_sets(list.get(), key, value);
-    return list;
-}
+constexpr std::chrono::microseconds afterglow = AudioOutput::afterglow;
 
 } // namespace
 
@@ -63,7 +37,12 @@ PulseClient::PulseClient(AudioClientHost& host, int wake)
     : _host(host), _wake(wake), _loop(pa_mainloop_new()), _api(pa_mainloop_get_api(_loop)) {}
 
 PulseClient::~PulseClient() {
+    if (_question != nullptr) {
+        pa_operation_cancel(_question);
+        pa_operation_unref(_question);
+    }
     _sounds.clear();
+    _streams.clear();
     if (_context != nullptr) {
         pa_context_set_state_callback(_context, nullptr, nullptr);
         pa_context_disconnect(_context);
@@ -88,12 +67,14 @@ void PulseClient::run() {
 }
 
 void PulseClient::connect() {
-    const Properties about = properties({
+    const PulseFormat::Properties about = PulseFormat::properties({
         {PA_PROP_APPLICATION_NAME, "Selvane"},
         {PA_PROP_APPLICATION_ID, "com.lorbin.selvane"},
         {PA_PROP_APPLICATION_ICON_NAME, "com.lorbin.selvane"},
     });
+    // They are lost if there is no connection.
     _sources = _host.takeSources();
+    static_cast<void>(_host.streams());
     _context = pa_context_new_with_proplist(_api, "Selvane", about.get());
     pa_context_set_state_callback(
         _context, [](pa_context*, void* self) { static_cast<PulseClient*>(self)->stateChanged(); }, this);
@@ -113,7 +94,9 @@ void PulseClient::wakened() {
     }
     std::ranges::move(_host.takeSources(), std::back_inserter(_sources));
     if (_isReady)
-        startSounds();
+        followHost();
+    else
+        static_cast<void>(_host.streams());
 }
 
 void PulseClient::stateChanged() {
@@ -121,7 +104,7 @@ void PulseClient::stateChanged() {
     case PA_CONTEXT_READY:
         _isReady = true;
         _host.connectionSucceeded();
-        startSounds();
+        followHost();
         break;
     case PA_CONTEXT_FAILED:
     case PA_CONTEXT_TERMINATED:
@@ -138,24 +121,75 @@ void PulseClient::stateChanged() {
     }
 }
 
+void PulseClient::followHost() {
+    startSounds();
+    followStreams();
+    _serverIsActive = false;
+    waitFor(isPlaying() ? patience : afterglow);
+}
+
 void PulseClient::startSounds() {
     for (auto& source : std::exchange(_sources, {})) {
         auto sound = std::make_unique<Sound>(*this, std::move(source));
         if (sound->start())
             _sounds.push_back(std::move(sound));
     }
-    _serverIsActive = false;
-    waitFor(_sounds.empty() ? afterglow : patience);
+}
+
+void PulseClient::followStreams() {
+    const std::vector<StreamWish> wishes = _host.streams();
+    std::erase_if(_streams, [&wishes](const auto& held) {
+        return std::ranges::find(wishes, held->wish().stream, &StreamWish::stream) == wishes.end();
+    });
+    for (const StreamWish& wish : wishes) {
+        const auto held =
+            std::ranges::find(_streams, wish.stream, [](const auto& each) { return each->wish().stream; });
+        if (held != _streams.end())
+            (*held)->follow(wish);
+        else if (wish.start != 0)
+            startStream(wish);
+    }
+}
+
+void PulseClient::startStream(const StreamWish& wish) {
+    auto stream = std::make_unique<PulseStream>(static_cast<PulseStream::Owner&>(*this), wish);
+    if (stream->connect(_context))
+        _streams.push_back(std::move(stream));
+    else
+        _host.streamFailed(wish, pa_strerror(pa_context_errno(_context)));
 }
 
 void PulseClient::soundEnded(const Sound& sound) {
     std::erase_if(_sounds, [&sound](const auto& held) { return held.get() == &sound; });
-    if (_sounds.empty())
+    if (!isPlaying())
         waitFor(afterglow);
 }
 
+void PulseClient::streamEnded(PulseStream& stream, const std::string& reason) {
+    if (stream.runs())
+        _host.streamFailed(stream.wish(), reason);
+    std::erase_if(_streams, [&stream](const auto& held) { return held.get() == &stream; });
+    if (!isPlaying())
+        waitFor(afterglow);
+}
+
+void PulseClient::streamIsAsked() {
+    _serverIsActive = true;
+    if (std::exchange(_deviceStandsStill, false))
+        waitFor(patience);
+}
+
+bool PulseClient::isPlaying() const {
+    return !_sounds.empty() ||
+           std::ranges::any_of(_streams, [](const auto& stream) { return stream->runs(); });
+}
+
 void PulseClient::waitFor(std::chrono::microseconds time) {
-    const auto moment = pa_rtclock_now() + static_cast<pa_usec_t>(time.count());
+    _deviceStandsStill = false;
+    waitUntil(pa_rtclock_now() + static_cast<pa_usec_t>(time.count()));
+}
+
+void PulseClient::waitUntil(std::uint64_t moment) {
     if (_timeEvent != nullptr) {
         pa_context_rttime_restart(_context, _timeEvent, moment);
         return;
@@ -171,10 +205,41 @@ void PulseClient::waitFor(std::chrono::microseconds time) {
 void PulseClient::timeIsUp() {
     if (!_isReady)
         _host.connectionFailed("the sound server doesn't answer");
-    if (!_isReady || _sounds.empty() || !std::exchange(_serverIsActive, false))
+    if (!_isReady || !isPlaying()) {
+        quit();
+        return;
+    }
+    if (std::exchange(_serverIsActive, false)) {
+        waitFor(patience);
+        return;
+    }
+    // No sound is caught up on later.
+    _sounds.clear();
+    if (_question != nullptr || !isPlaying())
+        quit();
+    else
+        askServer();
+}
+
+void PulseClient::askServer() {
+    _question = pa_context_get_server_info(
+        _context,
+        [](pa_context*, const pa_server_info*, void* self) {
+            static_cast<PulseClient*>(self)->serverAnswered();
+        },
+        this);
+    if (_question == nullptr)
         quit();
     else
         waitFor(patience);
+}
+
+void PulseClient::serverAnswered() {
+    pa_operation_unref(std::exchange(_question, nullptr));
+    if (!isPlaying() || _serverIsActive)
+        return;
+    _deviceStandsStill = true;
+    waitUntil(PA_USEC_INVALID);
 }
 
 void PulseClient::quit() {
@@ -191,33 +256,20 @@ PulseClient::Sound::~Sound() {
         pa_operation_cancel(_draining);
         pa_operation_unref(_draining);
     }
-    if (_stream == nullptr)
-        return;
-    pa_stream_set_state_callback(_stream, nullptr, nullptr);
-    pa_stream_set_write_callback(_stream, nullptr, nullptr);
-    pa_stream_disconnect(_stream);
-    pa_stream_unref(_stream);
 }
 
 bool PulseClient::Sound::start() {
     // What ends a phase counts among the sounds that the system makes, and is as loud as the user wants
     // these.
-    const Properties about = properties({{PA_PROP_MEDIA_ROLE, "event"}});
-    _stream = pa_stream_new_with_proplist(_client._context, "Selvane", &format, nullptr, about.get());
-    if (_stream == nullptr)
-        return false;
-    if (pa_stream_connect_playback(_stream, nullptr, &buffer, PA_STREAM_ADJUST_LATENCY, nullptr, nullptr) < 0)
-        return false;
-    pa_stream_set_state_callback(
-        _stream, [](pa_stream*, void* self) { static_cast<Sound*>(self)->stateChanged(); }, this);
-    pa_stream_set_write_callback(
-        _stream, [](pa_stream*, std::size_t size, void* self) { static_cast<Sound*>(self)->write(size); },
-        this);
-    return true;
+    _stream = PulsePlayback::connect(
+        _client._context, AudioOutput::framesPerSecond, "event",
+        [](pa_stream*, void* self) { static_cast<Sound*>(self)->stateChanged(); },
+        [](pa_stream*, std::size_t size, void* self) { static_cast<Sound*>(self)->write(size); }, this);
+    return _stream != nullptr;
 }
 
 void PulseClient::Sound::stateChanged() {
-    switch (pa_stream_get_state(_stream)) {
+    switch (pa_stream_get_state(_stream.get())) {
     case PA_STREAM_FAILED:
     case PA_STREAM_TERMINATED:
         end();
@@ -234,18 +286,19 @@ void PulseClient::Sound::write(std::size_t size) {
     while (!_isOver && size >= sizeof(AudioFrame)) {
         void* data = nullptr;
         std::size_t room = size;
-        if (pa_stream_begin_write(_stream, &data, &room) < 0 || room < sizeof(AudioFrame)) {
+        if (pa_stream_begin_write(_stream.get(), &data, &room) < 0 || room < sizeof(AudioFrame)) {
             end();
             return;
         }
-        const std::span frames(static_cast<AudioFrame*>(data), room / sizeof(AudioFrame));
+        const std::span frames(static_cast<AudioFrame*>(data),
+                               std::min(room / sizeof(AudioFrame), AudioSource::longestPiece));
         const std::size_t count = _source->render(frames);
         _isOver = count < frames.size();
         const std::size_t written = count * sizeof(AudioFrame);
         if (written == 0)
-            pa_stream_cancel_write(_stream);
+            pa_stream_cancel_write(_stream.get());
         else
-            pa_stream_write(_stream, data, written, nullptr, 0, PA_SEEK_RELATIVE);
+            pa_stream_write(_stream.get(), data, written, nullptr, 0, PA_SEEK_RELATIVE);
         size -= std::min(size, written);
     }
     if (_isOver)
@@ -253,9 +306,9 @@ void PulseClient::Sound::write(std::size_t size) {
 }
 
 void PulseClient::Sound::drain() {
-    pa_stream_set_write_callback(_stream, nullptr, nullptr);
+    pa_stream_set_write_callback(_stream.get(), nullptr, nullptr);
     _draining = pa_stream_drain(
-        _stream, [](pa_stream*, int, void* self) { static_cast<Sound*>(self)->drained(); }, this);
+        _stream.get(), [](pa_stream*, int, void* self) { static_cast<Sound*>(self)->drained(); }, this);
     if (_draining == nullptr)
         end();
 }

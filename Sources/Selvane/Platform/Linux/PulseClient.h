@@ -2,10 +2,13 @@
 
 #include "Selvane/Platform/AudioOutput.h"
 #include "Selvane/Platform/Linux/AudioPlugin.h"
+#include "Selvane/Platform/Linux/PulsePlayback.h"
+#include "Selvane/Platform/Linux/PulseStream.h"
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
-#include <span>
+#include <string>
 #include <vector>
 
 struct pa_context;
@@ -13,16 +16,15 @@ struct pa_io_event;
 struct pa_mainloop;
 struct pa_mainloop_api;
 struct pa_operation;
-struct pa_stream;
 struct pa_time_event;
 
 namespace selvane {
 
 /// One connection to the sound server, from its making to its end. Lives on the thread of the host, which is
 /// inside of `run` meanwhile.
-class PulseClient {
+class PulseClient final : private PulseStream::Owner {
 public:
-    /// `wake` is readable when the host has sources to take, or ends.
+    /// `wake` is readable when the host has something new to say.
     PulseClient(AudioClientHost& host, int wake);
     PulseClient(const PulseClient&) = delete;
     PulseClient& operator=(const PulseClient&) = delete;
@@ -54,7 +56,7 @@ private:
 
         PulseClient& _client;
         std::shared_ptr<AudioSource> _source;
-        pa_stream* _stream = nullptr;
+        PulsePlayback::Handle _stream;
         pa_operation* _draining = nullptr;
         bool _isOver = false;
     };
@@ -62,10 +64,22 @@ private:
     void connect();
     void wakened();
     void stateChanged();
+    /// Plays what the host wishes now.
+    void followHost();
     void startSounds();
+    void followStreams();
+    void startStream(const StreamWish& wish);
     void soundEnded(const Sound& sound);
+    void streamEnded(PulseStream& stream, const std::string& reason) override;
+    void streamIsAsked() override;
+    [[nodiscard]] bool isPlaying() const;
     void waitFor(std::chrono::microseconds time);
+    /// On the clock of libpulse.
+    void waitUntil(std::uint64_t moment);
     void timeIsUp();
+    /// Whether it is there still, though it asks for nothing.
+    void askServer();
+    void serverAnswered();
     void quit();
 
     AudioClientHost& _host;
@@ -79,8 +93,14 @@ private:
     /// What waits for the connection.
     std::vector<std::shared_ptr<AudioSource>> _sources;
     std::vector<std::unique_ptr<Sound>> _sounds;
+    /// Paused ones too.
+    std::vector<std::unique_ptr<PulseStream>> _streams;
     /// Whether the server has asked for anything since the time was last up.
     bool _serverIsActive = false;
+    /// Nothing is asked for by a server that is there, as with a device that is suspended: no time is set.
+    bool _deviceStandsStill = false;
+    /// What the server was asked to see whether it is there.
+    pa_operation* _question = nullptr;
 };
 
 } // namespace selvane
