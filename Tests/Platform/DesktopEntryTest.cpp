@@ -5,6 +5,7 @@
 #include <optional>
 #include <ostream>
 #include <string>
+#include <vector>
 
 namespace selvane::test {
 namespace {
@@ -110,6 +111,44 @@ INSTANTIATE_TEST_SUITE_P(
                     Word{"Backslash", "/a\\b", "\"/a\\\\b\""}, Word{"Apostrophe", "/a'b", "\"/a'b\""},
                     Word{"Parenthesis", "/a(1)", "\"/a(1)\""}, Word{"Tilde", "/a~b", "\"/a~b\""}),
     [](const auto& test) { return test.param.name; });
+
+struct Command {
+    const char* name;
+    const char* exec;
+    std::vector<std::string> words;
+};
+
+void PrintTo(const Command& command, std::ostream* stream) {
+    *stream << command.name;
+}
+
+class DesktopEntryCommands : public testing::TestWithParam<Command> {};
+
+TEST_P(DesktopEntryCommands, AreTakenApartWithoutFiles) {
+    const DesktopEntry entry(std::string("[Desktop Entry]\nExec=") + GetParam().exec + "\n");
+    EXPECT_EQ(entry.command(), GetParam().words);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, DesktopEntryCommands,
+    testing::Values(
+        Command{"OneWord", "player", {"player"}}, Command{"Blanks", " a  b ", {"a", "b"}},
+        Command{"FieldCodes", "player --new %U %f", {"player", "--new"}},
+        Command{"FieldCodeInAWord", "player --file=%f", {"player", "--file="}},
+        Command{"Percent", "player 100%%", {"player", "100%"}},
+        Command{"PercentAtTheEnd", "player %", {"player", "%"}},
+        Command{"Quotes", "\"/my programs/x\" \"a \\\\\"b\\\\\" \\\\$c\"", {"/my programs/x", "a \"b\" $c"}},
+        Command{"EmptyQuotes", "player \"\"", {"player", ""}},
+        Command{"Flatpak",
+                "/usr/bin/flatpak run --command=x org.example.X @@u %U @@",
+                {"/usr/bin/flatpak", "run", "--command=x", "org.example.X", "@@u", "@@"}},
+        Command{"QuoteWithoutEnd", "player \"a b", {}}, Command{"Empty", "", {}},
+        Command{"OnlyAFieldCode", "%u", {}}),
+    [](const auto& test) { return test.param.name; });
+
+TEST(DesktopEntry, WithoutExecThereIsNoCommand) {
+    EXPECT_TRUE(DesktopEntry("[Desktop Entry]\nName=x\n").command().empty());
+}
 
 } // namespace
 } // namespace selvane::test

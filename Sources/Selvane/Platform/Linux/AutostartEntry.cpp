@@ -1,12 +1,10 @@
 #include "Selvane/Platform/Linux/AutostartEntry.h"
 
+#include "Selvane/Platform/Linux/ProgramPath.h"
 #include "SelvaneCore/AtomicFile.h"
 #include "SelvaneCore/FileContents.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -29,26 +27,6 @@ constexpr std::string_view notShowIn = "NotShowIn";
 
 Path entryIn(const Path& settings) {
     return settings / "autostart" / fileName;
-}
-
-bool isExecutable(const Path& path) {
-    std::error_code problem;
-    return std::filesystem::is_regular_file(path, problem) && ::access(path.c_str(), X_OK) == 0;
-}
-
-/// Whether there is the program that TryExec names, by its path or by a name to be looked for in PATH.
-bool isInstalled(const std::string& program) {
-    if (program.starts_with('/'))
-        return isExecutable(program);
-    const char* const path = std::getenv("PATH");
-    std::string_view rest = path ? path : "";
-    while (!rest.empty()) {
-        const std::string_view folder = rest.substr(0, rest.find(':'));
-        rest.remove_prefix(std::min(rest.size(), folder.size() + 1));
-        if (isExecutable(Path(folder) / program))
-            return true;
-    }
-    return false;
 }
 
 /// Whether a list, whose names end with semicolons, has that name.
@@ -90,7 +68,7 @@ bool AutostartEntry::starts(const DesktopEntry& entry) const {
     if (entry.truth(hidden).value_or(false) || !entry.truth(switchedOn).value_or(true))
         return false;
     const auto needed = entry.value("TryExec");
-    return entry.value("Exec").has_value() && (!needed || needed->empty() || isInstalled(*needed)) &&
+    return entry.value("Exec").has_value() && (!needed || needed->empty() || isProgram(*needed)) &&
            isForThisDesktop(entry);
 }
 

@@ -123,6 +123,41 @@ std::optional<bool> DesktopEntry::truth(std::string_view key) const {
     return std::nullopt;
 }
 
+std::vector<std::string> DesktopEntry::command() const {
+    const std::string exec = value("Exec").value_or("");
+    std::vector<std::string> words;
+    std::string word;
+    // A quoted word may be empty; one that was a field code alone is none.
+    bool isQuoted = false;
+    bool isInQuotes = false;
+    const auto endWord = [&] {
+        if (!word.empty() || isQuoted)
+            words.push_back(std::exchange(word, {}));
+        isQuoted = false;
+    };
+    for (std::size_t index = 0; index < exec.size(); ++index) {
+        const char character = exec[index];
+        const bool hasNext = index + 1 < exec.size();
+        if (character == '"') {
+            isInQuotes = !isInQuotes;
+            isQuoted = true;
+        } else if (isInQuotes && character == '\\' && hasNext) {
+            word += exec[++index];
+        } else if (character == '%' && hasNext) {
+            if (exec[++index] == '%')
+                word += '%';
+        } else if (!isInQuotes && blanks.find(character) != std::string_view::npos) {
+            endWord();
+        } else {
+            word += character;
+        }
+    }
+    if (isInQuotes)
+        return {};
+    endWord();
+    return words;
+}
+
 void DesktopEntry::set(std::string_view key, std::string_view value) {
     if (!_begin) {
         _lines.insert(_lines.begin(), "[Desktop Entry]");

@@ -22,6 +22,10 @@ public:
     /// The same for a key that says yes or no; absent also if it says neither.
     [[nodiscard]] std::optional<bool> truth(std::string_view key) const;
 
+    /// The words of the key Exec, to be run without files: field codes are left out. Empty if there are none,
+    /// and if a quote has no end.
+    [[nodiscard]] std::vector<std::string> command() const;
+
     /// Gives a key the value, in its place if it is there and otherwise as the last of the group.
     void set(std::string_view key, std::string_view value);
     void remove(std::string_view key);
