@@ -29,7 +29,7 @@ public:
         if (!configuration.open(QIODevice::WriteOnly))
             return;
         configuration.write("<busconfig><type>session</type><listen>unix:dir=" + _folder.path().toUtf8() +
-                            "</listen><auth>EXTERNAL</auth><policy context=\"default\">"
+                            "</listen><auth>EXTERNAL</auth><policy context=\"default\"><allow user=\"*\"/>"
                             "<allow send_destination=\"*\" eavesdrop=\"true\"/><allow eavesdrop=\"true\"/>"
                             "<allow own=\"" +
                             names + "\"/></policy></busconfig>");
@@ -47,6 +47,12 @@ public:
     PrivateBus& operator=(const PrivateBus&) = delete;
 
     [[nodiscard]] QString address() const { return _address; }
+
+    /// Lets programs of other users come, which otherwise don't find the way.
+    void letOthersIn() const {
+        QFile::setPermissions(_folder.path(), QFile::permissions(_folder.path()) | QFile::ReadOther |
+                                                  QFile::ExeOther | QFile::ReadGroup | QFile::ExeGroup);
+    }
 
     /// A new connection, closed together with the bus.
     QDBusConnection connect() {
