@@ -15,18 +15,27 @@ CARD_WIDTH = 348
 
 
 class Selvane:
-    """The program on a desktop. `dial` is where its dial lies in the tray, None until it was found."""
+    """The program on a desktop. `dial` is where its dial lies in the tray, None until it was found.
+
+    `is_silent`: whether its user has turned off that a phase begins with music, which never lets the panel come to
+    rest. To be told before a start.
+    """
 
     def __init__(self, desktop, binary):
         self.desktop = desktop
         self.binary = pathlib.Path(binary).resolve()
         self.dial = None
+        self.is_silent = True
         self._bare_trays = {}
         self._starts = 0
 
     @property
     def data_folder(self):
         return self.desktop.data / "Selvane"
+
+    @property
+    def _settings_file(self):
+        return self.desktop.home / ".config/com.lorbin.selvane.json"
 
     @property
     def sessions_file(self):
@@ -62,8 +71,9 @@ class Selvane:
     def have_settings(self, **values):
         """Writes settings, whole numbers, truths and texts."""
         names = {bool: "bool", int: "int", str: "string"}
-        file = self.desktop.home / ".config/com.lorbin.selvane.json"
-        file.write_text(json.dumps({key: {"type": names[type(value)], "value": value}
+        if self.is_silent:
+            values = {"autoPlayMusic": False} | values
+        self._settings_file.write_text(json.dumps({key: {"type": names[type(value)], "value": value}
                                     for key, value in values.items()}))
 
     @staticmethod
@@ -94,6 +104,8 @@ class Selvane:
         wait("the program to be reachable", lambda: self._check_alive() and self.desktop.owner(BUS_NAME))
 
     def _launch(self):
+        if self.is_silent and not self._settings_file.exists():
+            self.have_settings()
         self.process = self.desktop.start("selvane", [self.binary])
 
     def start_again(self):

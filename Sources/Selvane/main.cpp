@@ -3,6 +3,7 @@
 #include "Selvane/App/EndSoundPlayer.h"
 #include "Selvane/App/LocalDataLifecycle.h"
 #include "Selvane/App/ReleaseNotes.h"
+#include "Selvane/Music/ChosenMusicController.h"
 #include "Selvane/Platform/Linux/ActivationToken.h"
 #include "Selvane/Platform/Linux/AutostartEntry.h"
 #include "Selvane/Platform/Linux/CurrentDesktop.h"
@@ -17,6 +18,7 @@
 #include "Selvane/Platform/Linux/LoadedPages.h"
 #include "Selvane/Platform/Linux/LocalZone.h"
 #include "Selvane/Platform/Linux/LogindAwayMonitor.h"
+#include "Selvane/Platform/Linux/MprisPlayers.h"
 #include "Selvane/Platform/Linux/PulseAudioOutput.h"
 #include "Selvane/Platform/Linux/SingleInstance.h"
 #include "Selvane/Platform/Linux/StartupNotice.h"
@@ -49,6 +51,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace selvane {
 namespace {
@@ -65,7 +68,8 @@ std::filesystem::path installed(const char* place) {
 
 // What isn't built yet stands below as something that does nothing, one line each.
 AppServices services(SerialQueue& queue, NotificationCenter& notifications, const StoreEnvironment& files,
-                     const LocalDataLifecycle::Environment& lifecycle) {
+                     const LocalDataLifecycle::Environment& lifecycle, AudioOutput& audioOutput,
+                     Scheduler& scheduler, ExternalPlayers& players) {
     return {
         .makeUpdater = [] { return std::make_unique<EmptyUpdater>(); },
         .makeBackups =
@@ -75,7 +79,10 @@ AppServices services(SerialQueue& queue, NotificationCenter& notifications, cons
         .makeNotifier = [&notifications] { return std::make_unique<Notifier>(&notifications, wallClock); },
         .makeDataLifecycle = [lifecycle] { return std::make_unique<LocalDataLifecycle>(lifecycle); },
         .makeSettings = [](DefaultsStore& defaults) { return std::make_unique<AppSettings>(defaults); },
-        .makeMusic = [](AppSettings&) { return std::make_unique<EmptyMusicController>(); },
+        .makeMusic =
+            [&audioOutput, &scheduler, &players](AppSettings& settings) {
+                return std::make_unique<ChosenMusicController>(settings, audioOutput, scheduler, players);
+            },
         .makeFocusGuard = [](AppSettings&) { return std::make_unique<EmptyFocusGuard>(); },
         .makeFocusMode = [](AppSettings&) { return std::make_unique<EmptyFocusModeController>(); },
         .makeCalendar = [](AppSettings&) { return std::make_unique<EmptyCalendarWatcher>(); },
@@ -84,18 +91,21 @@ AppServices services(SerialQueue& queue, NotificationCenter& notifications, cons
 }
 
 /// Chooses how Qt draws frames, before it reads that from the environment. The panel's frames are small,
-/// several in a second, and each of these choices spares them wake-ups.
-void preferFramesOfFewWakeUps() {
+/// several in a second, and each of these choices spares them wake-ups. Gives the variables of the
+/// environment that it has set, which concern nobody else.
+std::vector<std::string> preferFramesOfFewWakeUps() {
     constexpr std::array choices{
         // Drawn once what happened is dealt with, not five milliseconds later.
         std::pair{"QT_QPA_UPDATE_IDLE_TIME", "0"},
         // Sent to the X server. Memory shared with it has to be waited for until it has read the last frame.
         std::pair{"QT_XCB_NO_MITSHM", "1"},
     };
+    std::vector<std::string> chosen;
     for (const auto& [name, value] : choices) {
-        if (!qEnvironmentVariableIsSet(name))
-            qputenv(name, value);
+        if (!qEnvironmentVariableIsSet(name) && qputenv(name, value))
+            chosen.emplace_back(name);
     }
+    return chosen;
 }
 
 constexpr auto usage = R"(Usage: selvane [--service | --help | --version]
@@ -134,7 +144,8 @@ std::unique_ptr<WindowPlacer> windowPlacer() {
     return std::make_unique<SwayPlacer>(socket.toStdString(), QCoreApplication::applicationPid());
 }
 
-int run(QGuiApplication& application, const std::string& startName, SingleInstance::Start start) {
+int run(QGuiApplication& application, const std::string& startName, SingleInstance::Start start,
+        std::vector<std::string> ownVariables) {
     const QDBusConnection sessionBus = QDBusConnection::sessionBus();
     LinuxScheduler scheduler;
     SingleInstance instance(sessionBus, scheduler, start);
@@ -214,6 +225,13 @@ int run(QGuiApplication& application, const std::string& startName, SingleInstan
         LoadedPages::giveBack();
     };
     audioOutput.onRest = giveBackMemory;
+    MprisPlayers players(
+        sessionBus, {
+                        .scheduler = &scheduler,
+                        .fileSystem = &fileSystem,
+                        .chosenPlayer = [&defaults] { return defaults.text("musicPlayer").value_or(""); },
+                        .withheld = std::move(ownVariables),
+                    });
     const std::unique_ptr<WindowPlacer> placer = windowPlacer();
     const X11ScreenSpace screenSpace;
 
@@ -229,7 +247,7 @@ int run(QGuiApplication& application, const std::string& startName, SingleInstan
         .clock = wallClock,
         .calendar = calendar,
         .file = AppPaths::file,
-        .services = services(backupQueue, notifications, files, lifecycle),
+        .services = services(backupQueue, notifications, files, lifecycle, audioOutput, scheduler, players),
     });
     delegate.onQuit = [] { QCoreApplication::quit(); };
     delegate.applicationDidFinishLaunching({
@@ -261,7 +279,7 @@ int main(int argc, char* argv[]) {
         return EXIT_SUCCESS;
     }
     selvane::Log::toJournal();
-    selvane::preferFramesOfFewWakeUps();
+    std::vector<std::string> ownVariables = selvane::preferFramesOfFewWakeUps();
     selvane::ActivationToken::prepare();
     // Qt takes it out of the environment.
     const char* const startName = std::getenv("DESKTOP_STARTUP_ID");
@@ -278,5 +296,6 @@ int main(int argc, char* argv[]) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     return selvane::run(application, name,
                         isService ? selvane::SingleInstance::Start::byBus
-                                  : selvane::SingleInstance::Start::byUser);
+                                  : selvane::SingleInstance::Start::byUser,
+                        std::move(ownVariables));
 }

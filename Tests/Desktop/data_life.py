@@ -54,6 +54,8 @@ class Home:
     def __init__(self, desktop, selvane):
         self.desktop = desktop
         self.selvane = selvane
+        # The settings are what these tests are about.
+        selvane.is_silent = False
         self.data = selvane.data_folder
         self.backups = self.data / "Backups"
         self.earlier_data = desktop.data / "Vesk"

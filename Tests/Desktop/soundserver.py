@@ -110,6 +110,15 @@ class Recording:
         self._sounds[-1].samples.extend(samples)
         self._last_loud = self._steps
 
+    def loudness(self, seconds=0.5):
+        """The root of the mean square of what was heard last."""
+        size = round(seconds * FRAMES_A_SECOND) * SIDES * array.array("f").itemsize
+        with open(self._file, "rb") as file:
+            end = file.seek(0, 2) // (SIDES * 4) * SIDES * 4
+            file.seek(max(0, end - size))
+            samples = array.array("f", file.read(end - file.tell()))
+        return math.sqrt(sum(sample * sample for sample in samples) / max(1, len(samples)))
+
     def wait_for_sounds(self, count):
         """The sounds, once there are `count` and it is silent after them."""
         wait(f"{count} sounds and silence",
