@@ -29,6 +29,9 @@ function(selvane_add_views target uri)
     target_link_libraries(${target}
         PUBLIC ${arg_LIBRARIES} Qt6::Qml Qt6::Quick
         PRIVATE selvane-options)
+    if(NOT target STREQUAL selvane-controls)
+        target_precompile_headers(${target} REUSE_FROM selvane-controls)
+    endif()
 
     # What Qt generates from the views isn't ours to keep free of warnings.
     get_target_property(view_sources ${target} SOURCES)
