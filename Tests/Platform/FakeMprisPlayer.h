@@ -78,6 +78,8 @@ public:
     Habit onLink = Habit::asToldByMpris;
     Habit onPlaylist = Habit::asToldByMpris;
     Habit onPlay = Habit::asToldByMpris;
+    /// How often it stays paused before it does that.
+    int deafToPlay = 0;
     bool answers = true;
     bool tellsChanges = true;
     bool hasPlaylists = true;
@@ -145,7 +147,7 @@ public:
             entry += " " + arguments.value(0).toString().toStdString();
             obey(onLink);
         } else if (method == QLatin1String("Play")) {
-            obey(onPlay);
+            obey(deafToPlay-- > 0 ? Habit::staysPaused : onPlay);
         } else if (method == QLatin1String("Pause")) {
             setPlaying(isPlaying && !pauses);
         }

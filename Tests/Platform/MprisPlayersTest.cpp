@@ -511,6 +511,35 @@ TEST_F(MprisPlayersTest, APlayerThatHasItsNameBeforeItsObjectsIsWaitedFor) {
     EXPECT_THAT(rhythmbox.journal.entries(), ElementsAre("ActivatePlaylist Focus"));
 }
 
+TEST_F(MprisPlayersTest, APlayerThatWasStartedIsAskedUntilItPlays) {
+    install("org.gnome.Rhythmbox3.desktop");
+    makePlayers();
+    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
+    rhythmbox.hasPlaylists = false;
+    rhythmbox.deafToPlay = 3;
+    players->play(music, "Focus");
+    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
+    rhythmbox.run();
+    ASSERT_TRUE(waitForRest());
+    EXPECT_THAT(rhythmbox.journal.entries(), ElementsAre("Play", "Play", "Play", "Play"));
+    EXPECT_TRUE(rhythmbox.isPlaying);
+    EXPECT_EQ(log.receiveLine(), std::nullopt);
+}
+
+TEST_F(MprisPlayersTest, APlayerThatWasStartedAndHasNothingToPlayIsLeftInTheEnd) {
+    patience.start = Seconds{2};
+    install("org.gnome.Rhythmbox3.desktop");
+    makePlayers();
+    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
+    rhythmbox.onPlay = Habit::staysPaused;
+    players->play(music, "");
+    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
+    rhythmbox.run();
+    ASSERT_TRUE(waitForRest());
+    EXPECT_FALSE(rhythmbox.isPlaying);
+    EXPECT_EQ(log.receiveLine(), std::nullopt);
+}
+
 TEST_F(MprisPlayersTest, APlayerThatDoesNotComeIsToldInTheLog) {
     patience.start = Seconds{0.5};
     install("org.gnome.Rhythmbox3.desktop");

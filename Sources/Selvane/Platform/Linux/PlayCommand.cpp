@@ -88,6 +88,7 @@ void PlayCommand::act() {
             return openLink(*uri);
         return resume();
     case ExternalPlayer::appleMusic:
+        _listsBy = now() + desk().patience.music;
         return text.empty() ? resume() : findPlaylist();
     }
 }
@@ -104,10 +105,8 @@ void PlayCommand::findPlaylist() {
         if (const auto playlist = Mpris::playlist(reply, name))
             return activate(*playlist);
         // One that was just started may still be reading its lists.
-        if (Mpris::outcome(reply) == Mpris::Outcome::answered && now() < _readyBy) {
-            _readyBy = std::min(_readyBy, now() + desk().patience.music);
+        if (Mpris::outcome(reply) == Mpris::Outcome::answered && now() < std::min(_readyBy, _listsBy))
             return after(pulse, [this] { findPlaylist(); });
-        }
         resume();
     });
 }
@@ -170,6 +169,9 @@ void PlayCommand::readStatus() {
 void PlayCommand::play() {
     _lookUntil.reset();
     ask(Mpris::call(_busName, Mpris::player, "Play"), [this](const QDBusMessage& reply) {
+        // One that was just started may not have found yet what it is to play.
+        if (now() < _readyBy)
+            return look();
         if (Mpris::outcome(reply) == Mpris::Outcome::refused)
             return fail(_busName + " doesn't play: " + reply.errorMessage().toStdString());
         end();

@@ -13,8 +13,8 @@
 namespace selvane {
 
 /// Has a player play: finds it, starts it if it has to, tells it what to play, looks whether it does, and
-/// asks it once more if not. Players differ in what they make of each call, so nothing is believed but what
-/// they say they do then.
+/// asks it once more if not; one that it has started, again and again for a while. Players differ in what
+/// they make of each call, so nothing is believed but what they say they do then.
 class PlayCommand final : public PlayerCommand {
     Q_OBJECT
 public:
@@ -60,6 +60,8 @@ private:
     std::string _busName;
     /// A player that was just started gets until then to become ready.
     Seconds _readyBy{0};
+    /// Until then it may be reading its playlists.
+    Seconds _listsBy{0};
     bool _wasPlaying = false;
     /// When the looking ends; absent unless somebody looks.
     std::optional<Seconds> _lookUntil;
