@@ -153,7 +153,7 @@ void whileTheMachineIsBusy(const std::function<void()>& work) {
     other.join();
 }
 
-/// What is held to a time, and runs alone.
+/// What holds only if the server is in time, and so runs alone.
 class TimelyStreamTest : public PulseAudioStreamTest {
 protected:
     /// How often the thread that plays has waited for something.
@@ -264,7 +264,7 @@ TEST_P(PulseAudioStreamTest, PauseStopsAtOnceAndEndsEverythingSoonAfter) {
     EXPECT_EQ(played.changes, 0);
 }
 
-TEST_P(PulseAudioStreamTest, GoesOnWhereItWasPaused) {
+TEST_P(TimelyStreamTest, GoesOnWhereItWasPaused) {
     ASSERT_TRUE(_server.start());
     PulseAudioOutput output(AUDIO_PLUGIN, _scheduler);
     Recording recording;
@@ -286,7 +286,7 @@ TEST_P(PulseAudioStreamTest, GoesOnWhereItWasPaused) {
     EXPECT_TRUE(played.isAsked());
 }
 
-TEST_P(PulseAudioStreamTest, VolumeIsThatOfTheStreamAndChangesWithoutAClick) {
+TEST_P(TimelyStreamTest, VolumeIsThatOfTheStreamAndChangesWithoutAClick) {
     ASSERT_TRUE(_server.start());
     PulseAudioOutput output(AUDIO_PLUGIN, _scheduler);
     // A sine of 441 Hz moves by so much from one frame to the next, and no volume jumps on top of that.
@@ -316,7 +316,7 @@ TEST_P(PulseAudioStreamTest, VolumeIsThatOfTheStreamAndChangesWithoutAClick) {
     EXPECT_LE(step, 1.02 * steepest);
 }
 
-TEST_P(PulseAudioStreamTest, AnotherRateKeepsItsPitch) {
+TEST_P(TimelyStreamTest, AnotherRateKeepsItsPitch) {
     ASSERT_TRUE(_server.start());
     PulseAudioOutput output(AUDIO_PLUGIN, _scheduler);
     Recording recording;
@@ -334,7 +334,7 @@ TEST_P(PulseAudioStreamTest, AnotherRateKeepsItsPitch) {
     EXPECT_NEAR(turns, 441, 10);
 }
 
-TEST_P(PulseAudioStreamTest, TwoStreamsAndASoundAreHeardBesideEachOther) {
+TEST_P(TimelyStreamTest, TwoStreamsAndASoundAreHeardBesideEachOther) {
     ASSERT_TRUE(_server.start());
     PulseAudioOutput output(AUDIO_PLUGIN, _scheduler);
     Recording recording;
