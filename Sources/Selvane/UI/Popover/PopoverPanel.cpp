@@ -10,6 +10,7 @@
 #include "SelvaneCore/Log.h"
 
 #include <QGuiApplication>
+#include <QImage>
 #include <QQmlComponent>
 #include <QQmlError>
 #include <QQuickItem>
@@ -169,7 +170,15 @@ void PopoverPanel::show(const StatusItemAnchor& anchor) {
     _isShown = true;
     _window.show();
     _window.requestActivate();
+    drawAhead();
+}
+
+void PopoverPanel::drawAhead() {
+    if (_window.isExposed())
+        return;
     layOutLists();
+    // What is drawn now needs only be sent to the window once it is there.
+    [[maybe_unused]] const QImage frame = _window.grabWindow();
 }
 
 void PopoverPanel::layOutLists() {

@@ -63,8 +63,9 @@ private:
     void keepPlace();
     /// What bars leave of a screen, in units of windows.
     [[nodiscard]] ScreenRect available(const QScreen& screen) const;
-    /// Makes the rows that the first frame shows while the window system is busy with the window; it would
-    /// happen after that.
+    /// Draws the first frame while the window system is busy with the window; it would happen after that.
+    void drawAhead();
+    /// Makes the rows that the first frame shows.
     void layOutLists();
     void placeByDesktop();
     [[nodiscard]] ScreenPoint cornerOn(const WindowPlacer::Screen& screen) const;
