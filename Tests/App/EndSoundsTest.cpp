@@ -3,6 +3,8 @@
 #include "Selvane/App/EndSoundPlayer.h"
 #include "Support/FakeAudioOutput.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <array>
 #include <cmath>

@@ -3,6 +3,9 @@
 #include "Support/FakeAudioOutput.h"
 #include "Support/ManualScheduler.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <array>
 #include <bit>

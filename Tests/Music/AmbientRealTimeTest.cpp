@@ -3,6 +3,8 @@
 #include "Support/FakeAudioOutput.h"
 #include "Support/ManualScheduler.h"
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <cstddef>
 #include <span>

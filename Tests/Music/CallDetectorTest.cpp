@@ -1,5 +1,6 @@
 #include "Support/CallDetector.h"
 
+#include <gtest/gtest.h>
 #include <pthread.h>
 #include <semaphore.h>
 #include <unistd.h>

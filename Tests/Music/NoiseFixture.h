@@ -2,6 +2,8 @@
 
 #include "Selvane/Music/NoiseSynth.h"
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <bit>
 #include <cstddef>

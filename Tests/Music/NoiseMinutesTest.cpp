@@ -1,6 +1,8 @@
 #include "Music/GoldenNoise.h"
 #include "Music/NoiseFixture.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <string>
 

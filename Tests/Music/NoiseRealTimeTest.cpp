@@ -1,6 +1,8 @@
 #include "Selvane/Music/NoiseSynth.h"
 #include "Support/CallDetector.h"
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <bit>
 #include <cstddef>

@@ -1,5 +1,7 @@
 #include "Selvane/Music/NoiseSynth.h"
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <bit>
 #include <cmath>

@@ -1,6 +1,9 @@
 #include "Music/GoldenNoise.h"
 #include "Music/NoiseFixture.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <array>
 #include <atomic>

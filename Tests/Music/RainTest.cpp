@@ -1,5 +1,7 @@
 #include "Music/NoiseFixture.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>

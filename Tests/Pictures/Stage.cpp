@@ -7,6 +7,8 @@
 #include <QGuiApplication>
 #include <QTest>
 
+#include <gtest/gtest.h>
+
 namespace selvane::test {
 
 namespace {
