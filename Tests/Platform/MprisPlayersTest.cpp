@@ -526,6 +526,24 @@ TEST_F(MprisPlayersTest, APlayerThatWasStartedIsAskedUntilItPlays) {
     EXPECT_EQ(log.receiveLine(), std::nullopt);
 }
 
+TEST_F(MprisPlayersTest, APlayerThatPlaysWhenItComesAndThenStopsIsAskedToPlay) {
+    install("org.gnome.Rhythmbox3.desktop");
+    makePlayers();
+    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
+    rhythmbox.isPlaying = true;
+    players->play(music, "");
+    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
+    rhythmbox.run();
+    QTimer::singleShot(std::chrono::milliseconds{300}, &rhythmbox,
+                       [&rhythmbox] { rhythmbox.setPlaying(false); });
+    ASSERT_TRUE(waitForRest());
+    EXPECT_THAT(rhythmbox.journal.entries(), ElementsAre("Play"));
+    EXPECT_TRUE(rhythmbox.isPlaying);
+    players->pause(music);
+    ASSERT_TRUE(waitForRest());
+    EXPECT_FALSE(rhythmbox.isPlaying);
+}
+
 TEST_F(MprisPlayersTest, APlayerThatWasStartedAndHasNothingToPlayIsLeftInTheEnd) {
     patience.start = Seconds{2};
     install("org.gnome.Rhythmbox3.desktop");

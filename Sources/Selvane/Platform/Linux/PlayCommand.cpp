@@ -135,9 +135,12 @@ void PlayCommand::beginPlaylist(const QString& playlist) {
 }
 
 void PlayCommand::resume() {
-    if (_wasPlaying)
+    // One that was just started may still stop again, before it has been told anything.
+    if (_wasPlaying && now() >= _readyBy)
         return end();
     onOrder();
+    if (_wasPlaying)
+        return look();
     ask(Mpris::call(_busName, Mpris::player, "Play"), [this](const QDBusMessage&) { look(); });
 }
 
@@ -157,8 +160,10 @@ void PlayCommand::readStatus() {
         if (!_lookUntil)
             return;
         const bool isOver = now() >= *_lookUntil;
-        // What played before may be about to stop, so that only the last look counts.
-        if (Mpris::isPlaying(reply) && (isOver || !_wasPlaying))
+        // What played before may be about to stop, and so may one that was just started; then only the last
+        // look counts.
+        const bool mayStop = _wasPlaying || now() < _readyBy;
+        if (Mpris::isPlaying(reply) && (isOver || !mayStop))
             return end();
         if (isOver)
             return play();
