@@ -6,6 +6,8 @@
 #include "Support/FakeAppearance.h"
 #include "Support/ModelHarness.h"
 
+#include <QDir>
+#include <QFile>
 #include <QGuiApplication>
 #include <QProcess>
 #include <QRasterWindow>
@@ -35,6 +37,7 @@ protected:
         test::endWithTest(*manager);
         // The windows are to go by its own rules, not by a user's.
         static const QTemporaryDir home;
+        writeRules(home.path());
         auto environment = QProcessEnvironment::systemEnvironment();
         for (const char* const folder : {"HOME", "XDG_CONFIG_HOME"})
             environment.insert(QLatin1String(folder), home.path());
@@ -42,6 +45,21 @@ protected:
         manager->start(QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
         ASSERT_TRUE(test::waitUntil([] { return !property(root(), "_NET_SUPPORTING_WM_CHECK").empty(); }))
             << "these tests need openbox";
+    }
+
+    /// It puts windows like the panel where it likes.
+    static void writeRules(const QString& settings) {
+        const QDir folder(settings);
+        ASSERT_TRUE(folder.mkpath(QStringLiteral("openbox")));
+        QFile file(folder.filePath(QStringLiteral("openbox/rc.xml")));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(
+            QStringLiteral("<openbox_config xmlns='http://openbox.org/3.4/rc'><applications>"
+                           "<application type='utility'><position force='yes'><x>%1</x><y>%2</y></position>"
+                           "</application></applications></openbox_config>")
+                .arg(chosenByManager.x())
+                .arg(chosenByManager.y())
+                .toUtf8());
     }
 
     PanelOnScreenTest() : panel({&harness.launch(), &appearance, &harness.scheduler, nullptr}) {
@@ -79,6 +97,14 @@ protected:
         const XcbReply<xcb_get_geometry_reply_t> reply(
             xcb_get_geometry_reply(connection, xcb_get_geometry(connection, number(window)), nullptr));
         return reply ? QSize(reply->width, reply->height) : QSize();
+    }
+
+    /// On the screen.
+    static QPoint place(const QWindow& window) {
+        xcb_connection_t* const connection = X11Windows::connection();
+        const XcbReply<xcb_translate_coordinates_reply_t> reply(xcb_translate_coordinates_reply(
+            connection, xcb_translate_coordinates(connection, number(window), root(), 0, 0), nullptr));
+        return reply ? QPoint(reply->dst_x, reply->dst_y) : QPoint();
     }
 
     /// As window managers do when the user wants it.
@@ -120,6 +146,7 @@ protected:
         ASSERT_TRUE(test::waitUntil([this] { return isActive(mainWindow); }));
     }
 
+    static constexpr QPoint chosenByManager{33, 44};
     static inline QProcess* manager = nullptr;
     test::ModelHarness harness;
     test::FakeAppearance appearance;
@@ -173,6 +200,19 @@ TEST_F(PanelOnScreenTest, PanelThatTheWindowManagerClosesComesBackWithItsCorners
     EXPECT_EQ(panelWindow->mask(), corners);
     panel.hide();
     EXPECT_EQ(cancelled, 1) << "nobody else has closed it this time";
+}
+
+TEST_F(PanelOnScreenTest, PanelStandsAtItsPlaceWhateverTheWindowManagerChose) {
+    const auto standsThere = [this] {
+        const ScreenRect frame = panel.frame();
+        return place(*panelWindow) == QPoint(frame.x, frame.y) && place(*panelWindow) != chosenByManager;
+    };
+    EXPECT_TRUE(test::waitUntil(standsThere));
+    panel.hide();
+    ASSERT_TRUE(test::waitUntil([this] { return isActive(mainWindow); }));
+    panel.show({});
+    ASSERT_TRUE(test::waitUntil([this] { return isActive(*panelWindow); }));
+    EXPECT_TRUE(test::waitUntil(standsThere)) << "when it is opened again";
 }
 
 } // namespace

@@ -159,10 +159,6 @@ void PopoverPanel::show(const StatusItemAnchor& anchor) {
     _hadKeyboard = _window.isVisible() && _window.isActive();
     chooseScreen(anchor);
     fitWindow();
-    // What is told of a window before it appears may cross with what the window manager does to it, and some
-    // of that be lost.
-    QObject::connect(
-        &_window, &QQuickWindow::frameSwapped, &_window, [this] { keepPlace(); }, Qt::SingleShotConnection);
     // A window that appears comes on top by itself.
     if (_window.isVisible())
         _window.raise();
@@ -171,24 +167,17 @@ void PopoverPanel::show(const StatusItemAnchor& anchor) {
     _window.show();
     _window.requestActivate();
     drawAhead();
+    // What is told of a window before it appears may cross with what the window manager does to it, and some
+    // of that be lost. What is drawn ahead is no frame on the screen yet.
+    QObject::connect(
+        &_window, &QQuickWindow::frameSwapped, &_window, [this] { keepPlace(); }, Qt::SingleShotConnection);
 }
 
 void PopoverPanel::drawAhead() {
     if (_window.isExposed())
         return;
-    layOutLists();
-    // What is drawn now needs only be sent to the window once it is there.
+    // The frame that the window shows once it is there then finds all its nodes and pictures made.
     [[maybe_unused]] const QImage frame = _window.grabWindow();
-}
-
-void PopoverPanel::layOutLists() {
-    if (std::exchange(_listsAreLaidOut, true))
-        return;
-    for (QQuickItem* const item : _root->findChildren<QQuickItem*>()) {
-        // What all views of lists offer.
-        if (item->metaObject()->indexOfMethod("positionViewAtIndex(int,int)") >= 0)
-            item->ensurePolished();
-    }
 }
 
 void PopoverPanel::hide() {

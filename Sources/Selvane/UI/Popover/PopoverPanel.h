@@ -65,8 +65,6 @@ private:
     [[nodiscard]] ScreenRect available(const QScreen& screen) const;
     /// Draws the first frame while the window system is busy with the window; it would happen after that.
     void drawAhead();
-    /// Makes the rows that the first frame shows.
-    void layOutLists();
     void placeByDesktop();
     [[nodiscard]] ScreenPoint cornerOn(const WindowPlacer::Screen& screen) const;
     void keepKeyboard();
@@ -87,7 +85,6 @@ private:
     Fit _fit;
     bool _isShown = false;
     bool _hadKeyboard = false;
-    bool _listsAreLaidOut = false;
     /// Null where windows choose their own place.
     WindowPlacer* _placer;
     const ScreenSpace* _space;
