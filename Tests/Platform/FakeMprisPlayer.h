@@ -5,6 +5,7 @@
 
 #include <QtCore/QTimer>
 #include <QtDBus/QDBusArgument>
+#include <QtDBus/QDBusError>
 #include <QtDBus/QDBusMetaType>
 #include <QtDBus/QDBusObjectPath>
 #include <QtDBus/QDBusVariant>
@@ -78,8 +79,10 @@ public:
     Habit onLink = Habit::asToldByMpris;
     Habit onPlaylist = Habit::asToldByMpris;
     Habit onPlay = Habit::asToldByMpris;
-    /// How often it stays paused before it does that.
-    int deafToPlay = 0;
+    /// How often it refuses a Play before it does that.
+    int refusals = 0;
+    /// How many orders it forgets before it does any of that.
+    int forgets = 0;
     bool answers = true;
     bool tellsChanges = true;
     bool hasPlaylists = true;
@@ -88,6 +91,8 @@ public:
     bool pauses = true;
     /// Below the name there is nothing that could be asked for.
     bool isReady = true;
+    /// How often it was asked or told anything.
+    int messages = 0;
     bool isPlaying = false;
     std::vector<std::string> playlists{"Work", "Focus", "focus", "Caf\xc3\xa9"};
     /// The place of the active one in `playlists`; none below zero.
@@ -117,6 +122,7 @@ public:
     [[nodiscard]] QString introspect(const QString&) const override { return {}; }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+        ++messages;
         if (!answers) {
             message.setDelayedReply(true);
             return true;
@@ -147,7 +153,12 @@ public:
             entry += " " + arguments.value(0).toString().toStdString();
             obey(onLink);
         } else if (method == QLatin1String("Play")) {
-            obey(deafToPlay-- > 0 ? Habit::staysPaused : onPlay);
+            if (refusals-- > 0) {
+                journal.note(entry);
+                connection.send(message.createErrorReply(QDBusError::Failed, QStringLiteral("not yet")));
+                return true;
+            }
+            obey(onPlay);
         } else if (method == QLatin1String("Pause")) {
             setPlaying(isPlaying && !pauses);
         }
@@ -169,6 +180,8 @@ private:
     }
 
     void obey(Habit habit) {
+        if (forgets-- > 0)
+            return;
         switch (habit) {
         case Habit::asToldByMpris:
             return setPlaying(true);

@@ -516,7 +516,7 @@ TEST_F(MprisPlayersTest, APlayerThatWasStartedIsAskedUntilItPlays) {
     makePlayers();
     FakeMprisPlayer rhythmbox(bus, "rhythmbox");
     rhythmbox.hasPlaylists = false;
-    rhythmbox.deafToPlay = 3;
+    rhythmbox.forgets = 3;
     players->play(music, "Focus");
     ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
     rhythmbox.run();
@@ -554,7 +554,149 @@ TEST_F(MprisPlayersTest, APlayerThatWasStartedAndHasNothingToPlayIsLeftInTheEnd)
     ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
     rhythmbox.run();
     ASSERT_TRUE(waitForRest());
+    EXPECT_GE(rhythmbox.journal.count("Play"), 2);
+    EXPECT_EQ(log.receiveLine(), std::nullopt);
+}
+
+TEST_F(MprisPlayersTest, APlayerThatWasStartedAndRefusesAtFirstIsAskedAgain) {
+    install("org.gnome.Rhythmbox3.desktop");
+    makePlayers();
+    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
+    rhythmbox.refusals = 2;
+    players->play(music, "");
+    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
+    rhythmbox.run();
+    ASSERT_TRUE(waitForRest());
+    EXPECT_THAT(rhythmbox.journal.entries(), ElementsAre("Play", "Play", "Play"));
+    EXPECT_TRUE(rhythmbox.isPlaying);
+    EXPECT_EQ(log.receiveLine(), std::nullopt);
+}
+
+TEST_F(MprisPlayersTest, ALinkThatAPlayerForgetsWhileItStartsIsToldAgain) {
+    install("spotify.desktop");
+    makePlayers();
+    FakeMprisPlayer client(bus, "spotify");
+    client.forgets = 2;
+    players->play(spotify, link);
+    ASSERT_TRUE(waitForStart("spotify.desktop"));
+    client.run();
+    ASSERT_TRUE(waitForRest());
+    const std::string order = std::string("OpenUri ") + uri;
+    EXPECT_THAT(client.journal.entries(), ElementsAre(order, "Play", order, "Play"));
+    EXPECT_TRUE(client.isPlaying);
+}
+
+TEST_F(MprisPlayersTest, AListThatPlaysWhenItsPlayerComesAndThenStopsIsPlayed) {
+    install("org.gnome.Rhythmbox3.desktop");
+    makePlayers();
+    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
+    rhythmbox.active = 1;
+    rhythmbox.isPlaying = true;
+    players->play(music, "Focus");
+    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
+    rhythmbox.run();
+    QTimer::singleShot(std::chrono::milliseconds{300}, &rhythmbox,
+                       [&rhythmbox] { rhythmbox.setPlaying(false); });
+    ASSERT_TRUE(waitForRest());
+    EXPECT_THAT(rhythmbox.journal.entries(), ElementsAre("Play"));
+    players->pause(music);
+    ASSERT_TRUE(waitForRest());
+    players->play(music, "");
+    ASSERT_TRUE(waitForRest());
+    EXPECT_THAT(rhythmbox.journal.entries(), ElementsAre("Play", "Pause", "Play")) << "it keeps its place";
+}
+
+TEST_F(MprisPlayersTest, APlayerThatComesPlayingIsPausedBeforeItWasToldAnything) {
+    install("org.gnome.Rhythmbox3.desktop");
+    makePlayers();
+    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
+    rhythmbox.isPlaying = true;
+    rhythmbox.isReady = false;
+    players->play(music, "Focus");
+    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
+    rhythmbox.run();
+    ASSERT_TRUE(waitUntil([&] { return rhythmbox.messages > 0; }));
+    players->pause(music);
+    rhythmbox.isReady = true;
+    ASSERT_TRUE(waitForRest());
     EXPECT_FALSE(rhythmbox.isPlaying);
+    players->play(music, "");
+    ASSERT_TRUE(waitForRest());
+    EXPECT_TRUE(rhythmbox.journal.has("ActivatePlaylist Focus")) << "what was chosen isn't lost";
+}
+
+TEST_F(MprisPlayersTest, WhoPausesAPlayerThatHasJustBegunIsNotOverruled) {
+    patience.music = Seconds{4};
+    install("org.gnome.Rhythmbox3.desktop");
+    makePlayers();
+    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
+    players->play(music, "");
+    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
+    rhythmbox.run();
+    ASSERT_TRUE(waitUntil([&] { return rhythmbox.isPlaying; }));
+    QTimer::singleShot(std::chrono::seconds{2}, &rhythmbox, [&rhythmbox] { rhythmbox.setPlaying(false); });
+    ASSERT_TRUE(waitForRest());
+    EXPECT_FALSE(rhythmbox.isPlaying);
+    EXPECT_THAT(rhythmbox.journal.entries(), ElementsAre("Play"));
+}
+
+TEST_F(MprisPlayersTest, APauseWhileAPlayerThatWasStartedIsAskedEndsTheAsking) {
+    install("org.gnome.Rhythmbox3.desktop");
+    makePlayers();
+    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
+    rhythmbox.onPlay = Habit::staysPaused;
+    players->play(music, "");
+    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
+    rhythmbox.run();
+    ASSERT_TRUE(waitUntil([&] { return rhythmbox.journal.count("Play") == 2; }));
+    players->pause(music);
+    ASSERT_TRUE(waitForRest());
+    EXPECT_THAT(rhythmbox.journal.entries(), ElementsAre("Play", "Play", "Pause"));
+}
+
+TEST_F(MprisPlayersTest, APlayAfterAPauseStillKnowsThatThePlayerWasStarted) {
+    install("org.gnome.Rhythmbox3.desktop");
+    makePlayers();
+    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
+    rhythmbox.forgets = 4;
+    players->play(music, "");
+    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
+    rhythmbox.run();
+    ASSERT_TRUE(waitUntil([&] { return rhythmbox.journal.has("Play"); }));
+    players->pause(music);
+    players->play(music, "");
+    ASSERT_TRUE(waitForRest());
+    EXPECT_TRUE(rhythmbox.isPlaying);
+}
+
+TEST_F(MprisPlayersTest, APlayerThatWasStartedMayBeSilentForAWhile) {
+    patience.answer = Seconds{0.3};
+    install("org.gnome.Rhythmbox3.desktop");
+    makePlayers();
+    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
+    rhythmbox.answers = false;
+    players->play(music, "");
+    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
+    rhythmbox.run();
+    ASSERT_TRUE(waitUntil([&] { return rhythmbox.messages >= 2; })) << "it was asked once only";
+    rhythmbox.answers = true;
+    ASSERT_TRUE(waitForRest());
+    EXPECT_TRUE(rhythmbox.isPlaying);
+    EXPECT_EQ(log.receiveLine(), std::nullopt);
+}
+
+TEST_F(MprisPlayersTest, APlayerThatIsStartedAndStaysSilentIsToldInTheLog) {
+    patience.answer = Seconds{0.3};
+    patience.start = Seconds{4};
+    install("org.gnome.Rhythmbox3.desktop");
+    makePlayers();
+    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
+    rhythmbox.answers = false;
+    players->play(music, "");
+    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
+    rhythmbox.run();
+    ASSERT_TRUE(waitForRest());
+    EXPECT_EQ(log.receiveLine(), "org.mpris.MediaPlayer2.rhythmbox doesn't answer");
     EXPECT_EQ(log.receiveLine(), std::nullopt);
 }
 

@@ -1,5 +1,6 @@
 #include "Selvane/Platform/Linux/MprisPlayers.h"
 
+#include "Selvane/Platform/Linux/KnownPlayers.h"
 #include "Selvane/Platform/Linux/OpenCommand.h"
 #include "Selvane/Platform/Linux/PauseCommand.h"
 #include "Selvane/Platform/Linux/PlayCommand.h"
@@ -51,19 +52,30 @@ bool MprisPlayers::isAtRest() const {
 
 bool MprisPlayers::start(Driven& driven, const std::string& application) {
     // Started twice, some run twice.
-    const auto& coming = driven.coming;
-    if (coming && coming->application == application && _desk.scheduler.now() < coming->until)
-        return true;
-    const auto entry = _desk.applications.find(application);
-    if (!entry)
-        return false;
-    launch(driven, application, *entry);
+    const auto& started = driven.started;
+    const bool isComing = started && !started->hasCome && started->application == application &&
+                          _desk.scheduler.now() < started->until;
+    if (!isComing) {
+        const auto entry = _desk.applications.find(application);
+        if (!entry)
+            return false;
+        launch(driven, application, *entry);
+    }
+    driven.started->isToPlay = true;
     return true;
 }
 
 void MprisPlayers::launch(Driven& driven, const std::string& application, const DesktopEntry& entry) {
-    driven.coming = Coming{application, _desk.scheduler.now() + _desk.patience.start};
+    driven.started = Started{application, _desk.scheduler.now() + _desk.patience.start};
     _launcher.launch(application, entry);
+}
+
+Seconds MprisPlayers::readyBy(const Driven& driven, const std::string& busName) {
+    const auto& started = driven.started;
+    return started && started->isToPlay &&
+                   KnownPlayers::isNamed(busName, KnownPlayers::name(started->application))
+               ? started->until
+               : Seconds{0};
 }
 
 void MprisPlayers::play(ExternalPlayer player, std::string_view playlist) {
@@ -84,12 +96,16 @@ void MprisPlayers::play(ExternalPlayer player, std::string_view playlist) {
         if (driven.busName != busName)
             driven.isOurs = false;
         driven.busName = busName;
-        driven.coming.reset();
+        const Seconds by = readyBy(driven, busName);
+        if (by > Seconds{0})
+            driven.started->hasCome = true;
+        return by;
     };
     command->onOrder = [&driven] {
         driven.isOurs = true;
         driven.unsaid.clear();
     };
+    command->onPlaysAlready = [&driven] { driven.unsaid.clear(); };
     command->onEnd = [&driven] { drop(std::exchange(driven.play, nullptr)); };
     command->begin();
 }
@@ -99,14 +115,16 @@ void MprisPlayers::pause(ExternalPlayer player) {
     PlayCommand* const interrupted = std::exchange(driven.play, nullptr);
     const std::string awaited = interrupted ? interrupted->awaited() : std::string();
     drop(interrupted);
-    const bool isOurs = std::exchange(driven.isOurs, false);
+    // It may play by itself before it was told to.
+    const bool isComing = interrupted && _desk.scheduler.now() < readyBy(driven, driven.busName);
+    const bool isOurs = std::exchange(driven.isOurs, false) || isComing;
     if (!isOurs && awaited.empty())
         return;
     drop(std::exchange(driven.command, nullptr));
 
-    auto* const command =
-        new PauseCommand(_desk, {.busName = isOurs ? driven.busName : std::string(), .awaited = awaited},
-                         interrupted ? PauseCommand::Music::mayBegin : PauseCommand::Music::plays);
+    auto* const command = new PauseCommand(
+        _desk, {.busName = awaited.empty() ? driven.busName : std::string(), .awaited = awaited},
+        interrupted ? PauseCommand::Music::mayBegin : PauseCommand::Music::plays);
     command->setParent(this);
     driven.command = command;
     command->onEnd = [&driven] { drop(std::exchange(driven.command, nullptr)); };

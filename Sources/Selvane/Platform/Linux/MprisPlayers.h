@@ -27,8 +27,9 @@ class PlayerCommand;
 
 /// The players of a freedesktop desktop, driven over the session bus by MPRIS 2: Spotify's client, and as the
 /// other the user's own music player, as `PlayerSearch` finds it. Between two commands nothing is watched and
-/// nothing is remembered but the name of the player that was driven, whether it was told to play, and what it
-/// could not be told yet. A pause is for a player that plays because `play` told it to.
+/// nothing is remembered but the name of the player that was driven, whether it was told to play, what it
+/// could not be told yet, and for a while that it was started. A pause is for a player that plays because
+/// `play` told it to, or started it.
 class MprisPlayers final : public QObject, public ExternalPlayers {
     Q_OBJECT
 public:
@@ -57,10 +58,14 @@ public:
     [[nodiscard]] bool isAtRest() const;
 
 private:
-    /// A player that was started and has not come yet.
-    struct Coming {
+    /// A player that was started.
+    struct Started {
         std::string application;
+        /// It may not be ready.
         Seconds until;
+        bool hasCome = false;
+        /// Not only to be opened: what it plays may then be the user's own will.
+        bool isToPlay = false;
     };
     struct Driven {
         /// The play that is under way.
@@ -69,15 +74,18 @@ private:
         PlayerCommand* command = nullptr;
         /// On the bus; empty before the first play.
         std::string busName;
-        /// Whether our last command to it was to play.
+        /// Whether our last command to it was to play, or it was started for that and plays by itself.
         bool isOurs = false;
         /// What it was to play when it was paused before it could be told.
         std::string unsaid;
-        std::optional<Coming> coming;
+        std::optional<Started> started;
     };
 
     [[nodiscard]] Driven& driven(ExternalPlayer player);
     static void drop(PlayerCommand* command);
+    /// Until when the player of that name may not be ready; a moment that has passed unless it was started to
+    /// play.
+    [[nodiscard]] static Seconds readyBy(const Driven& driven, const std::string& busName);
     /// Starts the application unless it is coming already. False if it isn't there any more.
     [[nodiscard]] bool start(Driven& driven, const std::string& application);
     void launch(Driven& driven, const std::string& application, const DesktopEntry& entry);

@@ -20,6 +20,10 @@ constexpr std::size_t longestName = 300;
 /// Between two questions to a player that may not be ready, or may not tell of its changes.
 constexpr Seconds pulse{0.25};
 
+/// One that was just started may play for so long and stop by itself. Who stops what was heard for longer is
+/// the user.
+constexpr Seconds longestHiccup{1};
+
 } // namespace
 
 PlayCommand::PlayCommand(const MprisDesk& desk, ExternalPlayer player, std::string text, std::string last)
@@ -43,7 +47,6 @@ void PlayCommand::found(const std::optional<PlayerSearch::Found>& player) {
     if (!player->busName.empty())
         return address(player->busName);
     _awaited = player->name;
-    _readyBy = now() + desk().patience.start;
     if (!start(*player))
         return end();
     // Signals may overtake answers.
@@ -66,18 +69,22 @@ void PlayCommand::address(const std::string& busName) {
     _awaited.clear();
     stopWaiting();
     _busName = busName;
-    onAddress(busName);
+    _readyBy = onAddress(busName);
     waitUntilReady();
 }
 
 void PlayCommand::waitUntilReady() {
-    ask(Mpris::get(_busName, Mpris::player, "PlaybackStatus"), [this](const QDBusMessage& reply) {
-        // Some have their name before they have what it stands for.
-        if (Mpris::outcome(reply) == Mpris::Outcome::refused && now() < _readyBy)
+    const auto answered = [this](const QDBusMessage& reply) {
+        const Mpris::Outcome outcome = Mpris::outcome(reply);
+        // Some have their name before they have what it stands for, or before they have time to answer.
+        if (outcome != Mpris::Outcome::answered && mayNotBeReady())
             return after(pulse, [this] { waitUntilReady(); });
+        if (outcome == Mpris::Outcome::silent)
+            return failSilent(_busName);
         _wasPlaying = Mpris::isPlaying(reply);
         act();
-    });
+    };
+    ask(Mpris::get(_busName, Mpris::player, "PlaybackStatus"), answered, Silence::isAnAnswer);
 }
 
 void PlayCommand::act() {
@@ -88,15 +95,12 @@ void PlayCommand::act() {
             return openLink(*uri);
         return resume();
     case ExternalPlayer::appleMusic:
-        _listsBy = now() + desk().patience.music;
         return text.empty() ? resume() : findPlaylist();
     }
 }
 
 void PlayCommand::openLink(const std::string& uri) {
-    onOrder();
-    ask(Mpris::call(_busName, Mpris::player, "OpenUri", {QString::fromStdString(uri)}),
-        [this](const QDBusMessage&) { look(); });
+    tell(Mpris::call(_busName, Mpris::player, "OpenUri", {QString::fromStdString(uri)}));
 }
 
 void PlayCommand::findPlaylist() {
@@ -104,8 +108,10 @@ void PlayCommand::findPlaylist() {
         const std::string_view name = Text::prefix(Text::trimmed(_text), longestName);
         if (const auto playlist = Mpris::playlist(reply, name))
             return activate(*playlist);
+        if (!_listsBy)
+            _listsBy = std::min(_readyBy, now() + desk().patience.music);
         // One that was just started may still be reading its lists.
-        if (Mpris::outcome(reply) == Mpris::Outcome::answered && now() < std::min(_readyBy, _listsBy))
+        if (Mpris::outcome(reply) == Mpris::Outcome::answered && now() < *_listsBy)
             return after(pulse, [this] { findPlaylist(); });
         resume();
     });
@@ -118,7 +124,7 @@ void PlayCommand::activate(const QString& playlist) {
         [this, playlist](const QDBusMessage& reply) {
             // Activated again, it would begin anew in one player and stop in another.
             if (Mpris::activePlaylist(reply) == playlist)
-                return end();
+                return resume();
             // Rhythmbox stops what plays when it is given another list, and then plays nothing.
             ask(Mpris::call(_busName, Mpris::player, "Pause"), [this, playlist](const QDBusMessage&) {
                 _wasPlaying = false;
@@ -128,20 +134,26 @@ void PlayCommand::activate(const QString& playlist) {
 }
 
 void PlayCommand::beginPlaylist(const QString& playlist) {
-    onOrder();
-    ask(Mpris::call(_busName, Mpris::playlists, "ActivatePlaylist",
-                    {QVariant::fromValue(QDBusObjectPath(playlist))}),
-        [this](const QDBusMessage&) { look(); });
+    tell(Mpris::call(_busName, Mpris::playlists, "ActivatePlaylist",
+                     {QVariant::fromValue(QDBusObjectPath(playlist))}));
 }
 
 void PlayCommand::resume() {
-    // One that was just started may still stop again, before it has been told anything.
-    if (_wasPlaying && now() >= _readyBy)
+    if (_wasPlaying && !mayNotBeReady()) {
+        onPlaysAlready();
         return end();
+    }
     onOrder();
+    // One that was just started may still stop again, before it has been told anything.
     if (_wasPlaying)
         return look();
     ask(Mpris::call(_busName, Mpris::player, "Play"), [this](const QDBusMessage&) { look(); });
+}
+
+void PlayCommand::tell(const QDBusMessage& order) {
+    onOrder();
+    _order = order;
+    ask(order, [this](const QDBusMessage&) { look(); });
 }
 
 void PlayCommand::look() {
@@ -159,23 +171,46 @@ void PlayCommand::readStatus() {
     ask(Mpris::get(_busName, Mpris::player, "PlaybackStatus"), [this](const QDBusMessage& reply) {
         if (!_lookUntil)
             return;
+        const bool plays = Mpris::isPlaying(reply);
+        if (wasStopped(plays))
+            return end();
         const bool isOver = now() >= *_lookUntil;
         // What played before may be about to stop, and so may one that was just started; then only the last
         // look counts.
-        const bool mayStop = _wasPlaying || now() < _readyBy;
-        if (Mpris::isPlaying(reply) && (isOver || !mayStop))
+        const bool mayStop = _wasPlaying || mayNotBeReady();
+        if (plays && (isOver || !mayStop))
             return end();
         if (isOver)
-            return play();
+            return insist();
         after(std::min(pulse, std::max(Seconds{0}, *_lookUntil - now())), [this] { readStatus(); });
     });
 }
 
-void PlayCommand::play() {
+/// Whether somebody else has stopped what it was told to play.
+bool PlayCommand::wasStopped(bool plays) {
+    if (_wasPlaying)
+        return false;
+    const auto since = _playsSince;
+    if (!plays)
+        _playsSince.reset();
+    else if (!since)
+        _playsSince = now();
+    return !plays && since && now() - *since >= longestHiccup;
+}
+
+void PlayCommand::insist() {
     _lookUntil.reset();
+    // What it was told first it may have heeded but for playing; if that wasn't it, it may have forgotten.
+    if (std::exchange(_wasInsistedOn, true) && _order)
+        return ask(*_order, [this](const QDBusMessage&) { play(); });
+    play();
+}
+
+void PlayCommand::play() {
+    _wasPlaying = false;
     ask(Mpris::call(_busName, Mpris::player, "Play"), [this](const QDBusMessage& reply) {
         // One that was just started may not have found yet what it is to play.
-        if (now() < _readyBy)
+        if (mayNotBeReady())
             return look();
         if (Mpris::outcome(reply) == Mpris::Outcome::refused)
             return fail(_busName + " doesn't play: " + reply.errorMessage().toStdString());

@@ -25,14 +25,15 @@ PlayerCommand::~PlayerCommand() {
     ignoreSignals();
 }
 
-void PlayerCommand::ask(const QDBusMessage& message, std::function<void(const QDBusMessage&)> answered) {
+void PlayerCommand::ask(const QDBusMessage& message, std::function<void(const QDBusMessage&)> answered,
+                        Silence silence) {
     // Qt answers nothing then.
     if (!_desk.bus.isConnected())
         return end();
     callAsync(
         _desk.bus, message, this,
-        [this, name = message.service().toStdString(),
-         answered = std::move(answered)](const QDBusMessage& reply) {
+        [this, name = message.service().toStdString(), answered = std::move(answered),
+         silence](const QDBusMessage& reply) {
             if (_isOver)
                 return;
             switch (Mpris::outcome(reply)) {
@@ -40,7 +41,7 @@ void PlayerCommand::ask(const QDBusMessage& message, std::function<void(const QD
             case Mpris::Outcome::refused:
                 return answered(reply);
             case Mpris::Outcome::silent:
-                return fail(name + " doesn't answer");
+                return silence == Silence::isAnAnswer ? answered(reply) : failSilent(name);
             case Mpris::Outcome::gone:
                 return end();
             }
@@ -58,6 +59,8 @@ void PlayerCommand::watchNames() {
 void PlayerCommand::onName(const std::string&) {}
 
 void PlayerCommand::watchChanges() {
+    if (_watchesChanges)
+        return;
     QDBusConnection bus = _desk.bus;
     _watchesChanges = bus.connect(QString(), playerPath, propertiesInterface, changeSignal, this,
                                   SLOT(propertiesChanged()));
@@ -107,6 +110,10 @@ void PlayerCommand::fail(const std::string& line) {
         return;
     Log::line(line);
     end();
+}
+
+void PlayerCommand::failSilent(const std::string& busName) {
+    fail(busName + " doesn't answer");
 }
 
 void PlayerCommand::nameOwnerChanged(const QString& name, const QString&, const QString& owner) {

@@ -31,9 +31,15 @@ public:
     std::function<void()> onEnd;
 
 protected:
+    /// What it is if no answer comes in time.
+    enum class Silence { isTheEnd, isAnAnswer };
+
     /// Sends a message to the player. If it doesn't answer, or isn't there any more, the command is over;
     /// otherwise `answered` is called, also if the player refused.
-    void ask(const QDBusMessage& message, std::function<void(const QDBusMessage&)> answered);
+    void ask(const QDBusMessage& message, std::function<void(const QDBusMessage&)> answered,
+             Silence silence = Silence::isTheEnd);
+    /// Ends it since the player of that name is silent.
+    void failSilent(const std::string& busName);
 
     /// Calls `onName` with each name, but for the bus's own ones, that gets an owner from now on.
     void watchNames();
