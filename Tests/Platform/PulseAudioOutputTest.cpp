@@ -87,10 +87,12 @@ protected:
     }
 
     /// Whether a recording that begins before anything is connected has something in it. What a server does
-    /// is in time on a machine with time to spare only, so what was disturbed may be tried again.
+    /// is in time on a machine with time to spare only, so what was disturbed may be tried again. A machine
+    /// that is late just when a sound begins or ends spoils it too; three whole ones must speak against that.
     static testing::AssertionResult isRecorded(const PulseAudioOutput& output,
                                                const std::function<Arrival(Recording&)>& something) {
-        for (int attempt = 1; attempt <= 5; ++attempt) {
+        int needed = 1;
+        for (int attempt = 1; attempt <= 8; ++attempt) {
             if (!isAtRest(output))
                 return testing::AssertionFailure() << "still connected at attempt " << attempt;
             Recording recording;
@@ -98,14 +100,17 @@ protected:
                 return testing::AssertionFailure() << "nothing is recorded at attempt " << attempt;
             switch (something(recording)) {
             case Arrival::whole:
-                return testing::AssertionSuccess();
+                if (--needed == 0)
+                    return testing::AssertionSuccess();
+                break;
             case Arrival::disturbed:
                 break;
             case Arrival::spoiled:
-                return testing::AssertionFailure() << "spoiled at attempt " << attempt;
+                needed = 3;
+                break;
             }
         }
-        return testing::AssertionFailure() << "disturbed each time";
+        return testing::AssertionFailure() << "it was not heard whole often enough";
     }
 
     static testing::AssertionResult isHeardWhole(PulseAudioOutput& output) {
