@@ -17,10 +17,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace selvane::test {
@@ -121,6 +123,26 @@ protected:
     }
 
     FakeMprisPlayer client{bus, "spotify"};
+    FakeMprisPlayer rhythmbox{bus, "rhythmbox"};
+};
+
+/// A desktop where Rhythmbox is installed and doesn't run yet.
+class StartedMprisPlayersTest : public MprisPlayersTest {
+protected:
+    /// Has it play, and come to the bus once it was started for that.
+    [[nodiscard]] bool comesUpToPlay(std::string_view playlist = "") {
+        install("org.gnome.Rhythmbox3.desktop");
+        makePlayers();
+        players->play(music, playlist);
+        if (!waitForStart("org.gnome.Rhythmbox3.desktop"))
+            return false;
+        rhythmbox.run();
+        return true;
+    }
+    void stopAfter(std::chrono::milliseconds delay) {
+        QTimer::singleShot(delay, &rhythmbox, [this] { rhythmbox.setPlaying(false); });
+    }
+
     FakeMprisPlayer rhythmbox{bus, "rhythmbox"};
 };
 
@@ -511,31 +533,20 @@ TEST_F(MprisPlayersTest, APlayerThatHasItsNameBeforeItsObjectsIsWaitedFor) {
     EXPECT_THAT(rhythmbox.journal.entries(), ElementsAre("ActivatePlaylist Focus"));
 }
 
-TEST_F(MprisPlayersTest, APlayerThatWasStartedIsAskedUntilItPlays) {
-    install("org.gnome.Rhythmbox3.desktop");
-    makePlayers();
-    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
+TEST_F(StartedMprisPlayersTest, APlayerThatWasStartedIsAskedUntilItPlays) {
     rhythmbox.hasPlaylists = false;
     rhythmbox.forgets = 3;
-    players->play(music, "Focus");
-    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
-    rhythmbox.run();
+    ASSERT_TRUE(comesUpToPlay("Focus"));
     ASSERT_TRUE(waitForRest());
     EXPECT_THAT(rhythmbox.journal.entries(), ElementsAre("Play", "Play", "Play", "Play"));
     EXPECT_TRUE(rhythmbox.isPlaying);
     EXPECT_EQ(log.receiveLine(), std::nullopt);
 }
 
-TEST_F(MprisPlayersTest, APlayerThatPlaysWhenItComesAndThenStopsIsAskedToPlay) {
-    install("org.gnome.Rhythmbox3.desktop");
-    makePlayers();
-    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
+TEST_F(StartedMprisPlayersTest, APlayerThatPlaysWhenItComesAndThenStopsIsAskedToPlay) {
     rhythmbox.isPlaying = true;
-    players->play(music, "");
-    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
-    rhythmbox.run();
-    QTimer::singleShot(std::chrono::milliseconds{300}, &rhythmbox,
-                       [&rhythmbox] { rhythmbox.setPlaying(false); });
+    ASSERT_TRUE(comesUpToPlay());
+    stopAfter(std::chrono::milliseconds{300});
     ASSERT_TRUE(waitForRest());
     EXPECT_THAT(rhythmbox.journal.entries(), ElementsAre("Play"));
     EXPECT_TRUE(rhythmbox.isPlaying);
@@ -544,28 +555,18 @@ TEST_F(MprisPlayersTest, APlayerThatPlaysWhenItComesAndThenStopsIsAskedToPlay) {
     EXPECT_FALSE(rhythmbox.isPlaying);
 }
 
-TEST_F(MprisPlayersTest, APlayerThatWasStartedAndHasNothingToPlayIsLeftInTheEnd) {
+TEST_F(StartedMprisPlayersTest, APlayerThatWasStartedAndHasNothingToPlayIsLeftInTheEnd) {
     patience.start = Seconds{2};
-    install("org.gnome.Rhythmbox3.desktop");
-    makePlayers();
-    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
     rhythmbox.onPlay = Habit::staysPaused;
-    players->play(music, "");
-    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
-    rhythmbox.run();
+    ASSERT_TRUE(comesUpToPlay());
     ASSERT_TRUE(waitForRest());
     EXPECT_GE(rhythmbox.journal.count("Play"), 2);
     EXPECT_EQ(log.receiveLine(), std::nullopt);
 }
 
-TEST_F(MprisPlayersTest, APlayerThatWasStartedAndRefusesAtFirstIsAskedAgain) {
-    install("org.gnome.Rhythmbox3.desktop");
-    makePlayers();
-    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
+TEST_F(StartedMprisPlayersTest, APlayerThatWasStartedAndRefusesAtFirstIsAskedAgain) {
     rhythmbox.refusals = 2;
-    players->play(music, "");
-    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
-    rhythmbox.run();
+    ASSERT_TRUE(comesUpToPlay());
     ASSERT_TRUE(waitForRest());
     EXPECT_THAT(rhythmbox.journal.entries(), ElementsAre("Play", "Play", "Play"));
     EXPECT_TRUE(rhythmbox.isPlaying);
@@ -586,17 +587,11 @@ TEST_F(MprisPlayersTest, ALinkThatAPlayerForgetsWhileItStartsIsToldAgain) {
     EXPECT_TRUE(client.isPlaying);
 }
 
-TEST_F(MprisPlayersTest, AListThatPlaysWhenItsPlayerComesAndThenStopsIsPlayed) {
-    install("org.gnome.Rhythmbox3.desktop");
-    makePlayers();
-    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
+TEST_F(StartedMprisPlayersTest, AListThatPlaysWhenItsPlayerComesAndThenStopsIsPlayed) {
     rhythmbox.active = 1;
     rhythmbox.isPlaying = true;
-    players->play(music, "Focus");
-    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
-    rhythmbox.run();
-    QTimer::singleShot(std::chrono::milliseconds{300}, &rhythmbox,
-                       [&rhythmbox] { rhythmbox.setPlaying(false); });
+    ASSERT_TRUE(comesUpToPlay("Focus"));
+    stopAfter(std::chrono::milliseconds{300});
     ASSERT_TRUE(waitForRest());
     EXPECT_THAT(rhythmbox.journal.entries(), ElementsAre("Play"));
     players->pause(music);
@@ -606,15 +601,10 @@ TEST_F(MprisPlayersTest, AListThatPlaysWhenItsPlayerComesAndThenStopsIsPlayed) {
     EXPECT_THAT(rhythmbox.journal.entries(), ElementsAre("Play", "Pause", "Play")) << "it keeps its place";
 }
 
-TEST_F(MprisPlayersTest, APlayerThatComesPlayingIsPausedBeforeItWasToldAnything) {
-    install("org.gnome.Rhythmbox3.desktop");
-    makePlayers();
-    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
+TEST_F(StartedMprisPlayersTest, APlayerThatComesPlayingIsPausedBeforeItWasToldAnything) {
     rhythmbox.isPlaying = true;
     rhythmbox.isReady = false;
-    players->play(music, "Focus");
-    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
-    rhythmbox.run();
+    ASSERT_TRUE(comesUpToPlay("Focus"));
     ASSERT_TRUE(waitUntil([&] { return rhythmbox.messages > 0; }));
     players->pause(music);
     rhythmbox.isReady = true;
@@ -625,43 +615,28 @@ TEST_F(MprisPlayersTest, APlayerThatComesPlayingIsPausedBeforeItWasToldAnything)
     EXPECT_TRUE(rhythmbox.journal.has("ActivatePlaylist Focus")) << "what was chosen isn't lost";
 }
 
-TEST_F(MprisPlayersTest, WhoPausesAPlayerThatHasJustBegunIsNotOverruled) {
+TEST_F(StartedMprisPlayersTest, WhoPausesAPlayerThatHasJustBegunIsNotOverruled) {
     patience.music = Seconds{4};
-    install("org.gnome.Rhythmbox3.desktop");
-    makePlayers();
-    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
-    players->play(music, "");
-    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
-    rhythmbox.run();
+    ASSERT_TRUE(comesUpToPlay());
     ASSERT_TRUE(waitUntil([&] { return rhythmbox.isPlaying; }));
-    QTimer::singleShot(std::chrono::seconds{2}, &rhythmbox, [&rhythmbox] { rhythmbox.setPlaying(false); });
+    stopAfter(std::chrono::seconds{2});
     ASSERT_TRUE(waitForRest());
     EXPECT_FALSE(rhythmbox.isPlaying);
     EXPECT_THAT(rhythmbox.journal.entries(), ElementsAre("Play"));
 }
 
-TEST_F(MprisPlayersTest, APauseWhileAPlayerThatWasStartedIsAskedEndsTheAsking) {
-    install("org.gnome.Rhythmbox3.desktop");
-    makePlayers();
-    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
+TEST_F(StartedMprisPlayersTest, APauseWhileAPlayerThatWasStartedIsAskedEndsTheAsking) {
     rhythmbox.onPlay = Habit::staysPaused;
-    players->play(music, "");
-    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
-    rhythmbox.run();
+    ASSERT_TRUE(comesUpToPlay());
     ASSERT_TRUE(waitUntil([&] { return rhythmbox.journal.count("Play") == 2; }));
     players->pause(music);
     ASSERT_TRUE(waitForRest());
     EXPECT_THAT(rhythmbox.journal.entries(), ElementsAre("Play", "Play", "Pause"));
 }
 
-TEST_F(MprisPlayersTest, APlayAfterAPauseStillKnowsThatThePlayerWasStarted) {
-    install("org.gnome.Rhythmbox3.desktop");
-    makePlayers();
-    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
+TEST_F(StartedMprisPlayersTest, APlayAfterAPauseStillKnowsThatThePlayerWasStarted) {
     rhythmbox.forgets = 4;
-    players->play(music, "");
-    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
-    rhythmbox.run();
+    ASSERT_TRUE(comesUpToPlay());
     ASSERT_TRUE(waitUntil([&] { return rhythmbox.journal.has("Play"); }));
     players->pause(music);
     players->play(music, "");
@@ -669,15 +644,10 @@ TEST_F(MprisPlayersTest, APlayAfterAPauseStillKnowsThatThePlayerWasStarted) {
     EXPECT_TRUE(rhythmbox.isPlaying);
 }
 
-TEST_F(MprisPlayersTest, APlayerThatWasStartedMayBeSilentForAWhile) {
+TEST_F(StartedMprisPlayersTest, APlayerThatWasStartedMayBeSilentForAWhile) {
     patience.answer = Seconds{0.3};
-    install("org.gnome.Rhythmbox3.desktop");
-    makePlayers();
-    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
     rhythmbox.answers = false;
-    players->play(music, "");
-    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
-    rhythmbox.run();
+    ASSERT_TRUE(comesUpToPlay());
     ASSERT_TRUE(waitUntil([&] { return rhythmbox.messages >= 2; })) << "it was asked once only";
     rhythmbox.answers = true;
     ASSERT_TRUE(waitForRest());
@@ -685,16 +655,11 @@ TEST_F(MprisPlayersTest, APlayerThatWasStartedMayBeSilentForAWhile) {
     EXPECT_EQ(log.receiveLine(), std::nullopt);
 }
 
-TEST_F(MprisPlayersTest, APlayerThatIsStartedAndStaysSilentIsToldInTheLog) {
+TEST_F(StartedMprisPlayersTest, APlayerThatIsStartedAndStaysSilentIsToldInTheLog) {
     patience.answer = Seconds{0.3};
     patience.start = Seconds{4};
-    install("org.gnome.Rhythmbox3.desktop");
-    makePlayers();
-    FakeMprisPlayer rhythmbox(bus, "rhythmbox");
     rhythmbox.answers = false;
-    players->play(music, "");
-    ASSERT_TRUE(waitForStart("org.gnome.Rhythmbox3.desktop"));
-    rhythmbox.run();
+    ASSERT_TRUE(comesUpToPlay());
     ASSERT_TRUE(waitForRest());
     EXPECT_EQ(log.receiveLine(), "org.mpris.MediaPlayer2.rhythmbox doesn't answer");
     EXPECT_EQ(log.receiveLine(), std::nullopt);
