@@ -1,6 +1,7 @@
 #include "Selvane/UI/Timer/MinutesDraft.h"
 
 #include "Selvane/UI/Timer/MinutesValidator.h"
+#include "Support/ModelHarness.h"
 
 #include <QSignalSpy>
 
@@ -55,10 +56,17 @@ INSTANTIATE_TEST_SUITE_P(
 
 class MinutesDraftTest : public testing::Test {
 protected:
-    MinutesDraftTest() { draft.setCanEdit(true); }
+    MinutesDraftTest() : face(harness.launch()) { draft.setFace(&face); }
 
+    [[nodiscard]] int minutes() { return harness.model().settings().focusMinutes(); }
+    void type(const char* text) {
+        draft.startEditing(1500);
+        draft.setText(QString::fromUtf8(text));
+    }
+
+    test::ModelHarness harness;
+    TimerFaceModel face;
     MinutesDraft draft;
-    QSignalSpy committed{&draft, &MinutesDraft::committed};
 };
 
 TEST_F(MinutesDraftTest, BeginsWithWholeMinutesAndRoundsHalvesUp) {
@@ -71,43 +79,61 @@ TEST_F(MinutesDraftTest, BeginsWithWholeMinutesAndRoundsHalvesUp) {
 }
 
 TEST_F(MinutesDraftTest, SavingCommitsTheNumberOnce) {
-    draft.startEditing(1500);
-    draft.setText(QStringLiteral("40"));
+    type("40");
     draft.save();
     EXPECT_FALSE(draft.isEditing());
+    EXPECT_EQ(minutes(), 40);
+    harness.model().settings().focusMinutes.set(25);
     draft.save();
     draft.focusChanged(false);
-    ASSERT_EQ(committed.count(), 1);
-    EXPECT_EQ(committed.at(0).at(0).toInt(), 40);
+    EXPECT_EQ(minutes(), 25);
 }
 
 TEST_F(MinutesDraftTest, CancellingCommitsNothing) {
-    draft.startEditing(1500);
-    draft.setText(QStringLiteral("40"));
+    type("40");
     draft.cancel();
     EXPECT_FALSE(draft.isEditing());
     draft.focusChanged(false);
-    EXPECT_EQ(committed.count(), 0);
+    EXPECT_EQ(minutes(), 25);
 }
 
 TEST_F(MinutesDraftTest, LosingTheKeyboardSavesAndGettingItDoesNot) {
-    draft.startEditing(1500);
-    draft.setText(QStringLiteral("40"));
+    type("40");
     draft.focusChanged(true);
     EXPECT_TRUE(draft.isEditing());
+    EXPECT_EQ(minutes(), 25);
     draft.focusChanged(false);
     EXPECT_FALSE(draft.isEditing());
-    EXPECT_EQ(committed.count(), 1);
+    EXPECT_EQ(minutes(), 40);
+}
+
+TEST_F(MinutesDraftTest, UserWhoTurnsToSomethingElseSaves) {
+    type("40");
+    face.endTyping();
+    EXPECT_FALSE(draft.isEditing());
+    EXPECT_EQ(minutes(), 40);
+    harness.model().settings().focusMinutes.set(25);
+    face.endTyping();
+    EXPECT_EQ(minutes(), 25) << "nobody types";
+}
+
+TEST_F(MinutesDraftTest, WithoutAFaceNothingIsTyped) {
+    type("40");
+    draft.setFace(nullptr);
+    EXPECT_FALSE(draft.isEditing());
+    face.endTyping();
+    EXPECT_EQ(minutes(), 25);
+    draft.startEditing(1500);
+    EXPECT_FALSE(draft.isEditing());
 }
 
 TEST_F(MinutesDraftTest, NoNumberEndsTheTypingAndCommitsNothing) {
     for (const char* text : {"", "0", "٢٥"}) {
-        draft.startEditing(1500);
-        draft.setText(QString::fromUtf8(text));
+        type(text);
         draft.save();
         EXPECT_FALSE(draft.isEditing()) << text;
+        EXPECT_EQ(minutes(), 25) << text;
     }
-    EXPECT_EQ(committed.count(), 0);
 }
 
 TEST_F(MinutesDraftTest, ViewHearsThatLettersWereLeftOut) {
@@ -121,21 +147,20 @@ TEST_F(MinutesDraftTest, ViewHearsThatLettersWereLeftOut) {
 }
 
 TEST_F(MinutesDraftTest, TimerThatStartsCancelsTheTyping) {
-    draft.startEditing(1500);
-    draft.setText(QStringLiteral("40"));
-    draft.setCanEdit(false);
+    type("40");
+    harness.model().engine().start();
     EXPECT_FALSE(draft.isEditing());
-    EXPECT_EQ(committed.count(), 0);
+    EXPECT_EQ(minutes(), 25);
     draft.startEditing(1500);
     EXPECT_FALSE(draft.isEditing());
 }
 
 TEST_F(MinutesDraftTest, AnotherPhaseCancelsTheTyping) {
-    draft.startEditing(1500);
-    draft.setText(QStringLiteral("3"));
-    draft.setPhase(TimerFaceModel::ShortBreak);
+    type("3");
+    harness.model().engine().select(Phase::shortBreak);
     EXPECT_FALSE(draft.isEditing());
-    EXPECT_EQ(committed.count(), 0);
+    EXPECT_EQ(minutes(), 25);
+    EXPECT_EQ(harness.model().settings().shortBreakMinutes(), 5);
 }
 
 TEST_F(MinutesDraftTest, TypingThatEndsByAKeyFreesTheKeyboard) {

@@ -854,6 +854,23 @@ TEST_F(PopoverPanelTest, MinutesCountWhenThePanelIsHiddenWhileTheyAreTyped) {
     EXPECT_EQ(harness.model().settings().focusMinutes(), 40);
 }
 
+TEST_F(PopoverPanelTest, MinutesCountForThePhaseThatAClickStarts) {
+    typeMinutes();
+    click(QStringLiteral("Start"));
+    EXPECT_EQ(harness.model().settings().focusMinutes(), 40);
+    EXPECT_TRUE(engine().isRunning());
+    EXPECT_EQ(engine().currentDuration(), std::chrono::minutes{40});
+    EXPECT_TRUE(QTest::qWaitFor([this] { return focusedName() == "Pause"; })) << focusedName();
+}
+
+TEST_F(PopoverPanelTest, MinutesCountForThePhaseThatAClickSkips) {
+    typeMinutes();
+    click(QStringLiteral("Skip"));
+    EXPECT_EQ(harness.model().settings().focusMinutes(), 40);
+    EXPECT_EQ(harness.model().settings().shortBreakMinutes(), 5);
+    EXPECT_EQ(engine().phase(), Phase::shortBreak);
+}
+
 TEST_F(PopoverPanelTest, NoteThatGoesAwayLeavesTheKeyboardToTheMainButton) {
     harness.model().setRecoveryNotice("Selvane restored your tasks.", AppModel::Recovery::complete);
     tabTo("Selvane restored your tasks.");

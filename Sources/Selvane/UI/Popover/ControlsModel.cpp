@@ -39,14 +39,17 @@ QString ControlsModel::skipLabel() const {
 }
 
 void ControlsModel::reset() {
+    Q_EMIT aboutToCommand();
     Commands::resetFromPopover(_model);
 }
 
 void ControlsModel::toggle() {
+    Q_EMIT aboutToCommand();
     _model.engine().toggle();
 }
 
 void ControlsModel::skip() {
+    Q_EMIT aboutToCommand();
     _model.engine().skip();
 }
 

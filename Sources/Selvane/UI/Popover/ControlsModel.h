@@ -41,6 +41,8 @@ public:
 
 Q_SIGNALS:
     void changed();
+    /// The timer gets one of the commands next.
+    void aboutToCommand();
 
 private:
     void refresh();

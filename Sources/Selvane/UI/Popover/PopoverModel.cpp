@@ -31,6 +31,9 @@ PopoverModel::PopoverModel(AppModel& model, Appearance& appearance, Scheduler& s
     for (Signal<>* const signal : {&model.engine().changed, &model.settings().changed})
         _subscriptions.push_back(signal->subscribe([this] { refreshSessionStatus(); }));
     connect(&_header, &HeaderModel::quitRequested, this, &PopoverModel::quitRequested);
+    // A click leaves the keyboard where it is, so the minutes would be lost with the field that they are
+    // typed into.
+    connect(&_controls, &ControlsModel::aboutToCommand, &_face, &TimerFaceModel::endTyping);
     refreshSessionStatus();
 }
 

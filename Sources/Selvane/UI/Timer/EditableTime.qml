@@ -18,9 +18,7 @@ Item {
     MinutesDraft {
         id: minutes
 
-        canEdit: root.model.canEdit
-        phase: root.model.phase
-        onCommitted: minutes => root.model.setMinutes(minutes)
+        face: root.model
         onKeyboardFreed: keyboard.giveBack()
     }
 

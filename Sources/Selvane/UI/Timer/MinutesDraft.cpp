@@ -20,9 +20,10 @@ constexpr double cursorRoom = 2;
 } // namespace
 
 void MinutesDraft::startEditing(double remainingSeconds) {
-    if (!_canEdit || _isEditing)
+    if (!canEdit() || _isEditing)
         return;
     setText(QString::number(std::llround(remainingSeconds / 60)));
+    _phase = _face->phase();
     _isEditing = true;
     Q_EMIT isEditingChanged();
 }
@@ -35,8 +36,8 @@ void MinutesDraft::finish(Ending ending) {
     // Read first: the view that types goes away with the next line.
     const std::optional<int> typed = minutes(_text);
     Q_EMIT isEditingChanged();
-    if (ending == Ending::save && typed)
-        Q_EMIT committed(*typed);
+    if (ending == Ending::save && typed && _face)
+        _face->setMinutes(*typed);
     if (freesKeyboard)
         Q_EMIT keyboardFreed();
 }
@@ -47,19 +48,23 @@ void MinutesDraft::focusChanged(bool hasFocus) {
         save();
 }
 
-void MinutesDraft::setCanEdit(bool canEdit) {
-    if (std::exchange(_canEdit, canEdit) == canEdit)
-        return;
-    if (!canEdit)
-        cancel();
-    Q_EMIT canEditChanged();
-}
-
-void MinutesDraft::setPhase(TimerFaceModel::Phase phase) {
-    if (std::exchange(_phase, phase) == phase)
+void MinutesDraft::setFace(TimerFaceModel* face) {
+    if (face == _face)
         return;
     cancel();
-    Q_EMIT phaseChanged();
+    if (_face)
+        _face->disconnect(this);
+    _face = face;
+    if (_face) {
+        connect(_face, &TimerFaceModel::stateChanged, this, &MinutesDraft::follow);
+        connect(_face, &TimerFaceModel::typingEnded, this, &MinutesDraft::save);
+    }
+    Q_EMIT faceChanged();
+}
+
+void MinutesDraft::follow() {
+    if (!canEdit() || _face->phase() != _phase)
+        cancel();
 }
 
 double MinutesDraft::fieldWidth(double size, double contentWidth) {

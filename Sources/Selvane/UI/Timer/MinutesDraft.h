@@ -3,6 +3,7 @@
 #include "Selvane/UI/Timer/TimerFaceModel.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
@@ -10,17 +11,16 @@
 
 namespace selvane {
 
-/// A number of minutes that the user is typing. Main thread.
+/// A number of minutes that the user is typing. The typing is cancelled where the timer starts or goes to
+/// another phase by itself; a command that the user gives in the same window saves it first. Main thread.
 ///
 /// There is no upper bound besides three digits: the bounds of a length belong to the settings.
 class MinutesDraft : public QObject {
     Q_OBJECT
     QML_ELEMENT
 
-    /// Whether there may be typing at all; it is cancelled where that ends.
-    Q_PROPERTY(bool canEdit READ canEdit WRITE setCanEdit NOTIFY canEditChanged FINAL)
-    /// Whose length is typed; the typing is cancelled where another comes.
-    Q_PROPERTY(selvane::TimerFaceModel::Phase phase READ phase WRITE setPhase NOTIFY phaseChanged FINAL)
+    /// Whose length is typed. It is told the number, and must outlive the typing. Null for none.
+    Q_PROPERTY(selvane::TimerFaceModel* face READ face WRITE setFace NOTIFY faceChanged FINAL)
     Q_PROPERTY(bool isEditing READ isEditing NOTIFY isEditingChanged FINAL)
     /// What is typed so far. Whatever is written here, only the first three numbers of it stay.
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged FINAL)
@@ -32,7 +32,7 @@ public:
 
     /// Begins with what is left, in whole minutes; halves round up.
     Q_INVOKABLE void startEditing(double remainingSeconds);
-    /// Ends the typing and commits the number, unless it is none. Nothing if nobody is typing.
+    /// Ends the typing and takes the number as the length, unless it is none. Nothing if nobody is typing.
     Q_INVOKABLE void save() { finish(Ending::save); }
     /// Ends the typing; the length stays as it was.
     Q_INVOKABLE void cancel() { finish(Ending::cancel); }
@@ -44,10 +44,8 @@ public:
     /// digits of most fonts, and for whatever stands in it.
     Q_INVOKABLE [[nodiscard]] static double fieldWidth(double size, double contentWidth);
 
-    [[nodiscard]] bool canEdit() const { return _canEdit; }
-    void setCanEdit(bool canEdit);
-    [[nodiscard]] TimerFaceModel::Phase phase() const { return _phase; }
-    void setPhase(TimerFaceModel::Phase phase);
+    [[nodiscard]] TimerFaceModel* face() const { return _face; }
+    void setFace(TimerFaceModel* face);
     [[nodiscard]] bool isEditing() const { return _isEditing; }
     [[nodiscard]] const QString& text() const { return _text; }
     void setText(const QString& text);
@@ -59,20 +57,22 @@ public:
     [[nodiscard]] static std::optional<int> minutes(const QString& text);
 
 Q_SIGNALS:
-    void canEditChanged();
-    void phaseChanged();
+    void faceChanged();
     void isEditingChanged();
     /// Also when a text was written here of which something was left out.
     void textChanged();
-    void committed(int minutes);
     /// The typing ended while the field had the keyboard, which nothing has now.
     void keyboardFreed();
 
 private:
     enum class Ending { save, cancel };
     void finish(Ending ending);
+    /// The face has changed.
+    void follow();
+    [[nodiscard]] bool canEdit() const { return _face && _face->canEdit(); }
 
-    bool _canEdit = false;
+    QPointer<TimerFaceModel> _face;
+    /// What the length is of that is being typed.
     TimerFaceModel::Phase _phase = TimerFaceModel::Focus;
     bool _isEditing = false;
     bool _hasKeyboard = false;

@@ -102,6 +102,8 @@ public:
     Q_INVOKABLE void setMinutes(int minutes);
     /// Takes another symbol for the present phase, or none.
     Q_INVOKABLE void chooseSymbol(const QString& name);
+    /// The user turns to something else, so that what is being typed counts as it is.
+    void endTyping() { Q_EMIT typingEnded(); }
 
 Q_SIGNALS:
     void styleChanged();
@@ -110,6 +112,7 @@ Q_SIGNALS:
     void progressChanged();
     void timeChanged();
     void glyphChanged();
+    void typingEnded();
 
 private:
     TimerFaceModel(AppSettings& settings, std::function<TimerFaceState()> source, QObject* parent);
