@@ -627,6 +627,17 @@ TEST_F(PopoverPanelTest, KeyboardGoesBackToTheMainButtonAfterReset) {
     EXPECT_TRUE(engine().isRunning());
 }
 
+TEST_F(PopoverPanelTest, ClickOnResetLeavesTheKeyboardWhereSomethingIsTyped) {
+    engine().start();
+    tabTo("Add a task…");
+    QTest::keyClick(window, Qt::Key_A);
+    click(QStringLiteral("Reset"));
+    EXPECT_TRUE(engine().isIdle());
+    EXPECT_EQ(focusedName(), "Add a task…");
+    QTest::keyClick(window, Qt::Key_B);
+    EXPECT_EQ(focusedText(), QStringLiteral("ab"));
+}
+
 TEST_F(PopoverPanelTest, ClickOnAControlLeavesTheKeyboardWithTheMainButton) {
     click(QStringLiteral("Skip"));
     EXPECT_EQ(engine().phase(), Phase::shortBreak);

@@ -26,9 +26,10 @@ Row {
         tooltip: root.model.resetTooltip
         enabled: root.model.canReset
         onClicked: {
+            // This button goes out of use, and the keyboard would go with it.
+            if (activeFocus)
+                root.focusPrimaryButton();
             root.model.reset();
-            // This button is out of use now and would keep the keyboard.
-            root.focusPrimaryButton();
         }
     }
 
