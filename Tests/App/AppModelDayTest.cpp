@@ -46,6 +46,17 @@ TEST_F(AppModelDay, TaskDoneBeforeTheDayStartHourCountsAsYesterdays) {
     EXPECT_THAT(model.tasks().items, SizeIs(0));
 }
 
+TEST_F(AppModelDay, NextDayBeginsAtTheDayStartHour) {
+    harness.now = test::utc(2026, 3, 5, 22, 30);
+    AppModel& model = harness.launch();
+    model.settings().dayStartHour.set(4);
+    EXPECT_EQ(model.untilNextDay(), std::chrono::hours{5} + std::chrono::minutes{30});
+    harness.now = test::utc(2026, 3, 6, 3, 59);
+    EXPECT_EQ(model.untilNextDay(), Seconds{60});
+    harness.now = test::utc(2026, 3, 6, 4, 0);
+    EXPECT_EQ(model.untilNextDay(), std::chrono::hours{24});
+}
+
 TEST_F(AppModelDay, DoneTaskWithoutADateAlwaysGoes) {
     EXPECT_THAT(launchWith({{test::firstTask, true}}).tasks().items, SizeIs(0));
 }

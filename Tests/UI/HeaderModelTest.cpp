@@ -12,7 +12,7 @@ class HeaderModelTest : public testing::Test {
 protected:
     void launch(WindowCoordinator* coordinator) {
         harness.launch();
-        header = std::make_unique<HeaderModel>(harness.model(), coordinator);
+        header = std::make_unique<HeaderModel>(harness.model(), harness.scheduler, coordinator);
     }
     void launch() { launch(&windows); }
 
@@ -53,10 +53,51 @@ TEST_F(HeaderModelTest, StreakIsAtRiskOnTheNextDay) {
     harness.model().settings().dailyGoalMinutes.set(10);
     focusFor(Seconds{601});
     harness.now += std::chrono::days{1};
-    header->refresh();
+    header->willShow();
     EXPECT_EQ(header->streak(), QStringLiteral("1"));
     EXPECT_FALSE(header->isTodayMet());
     EXPECT_EQ(header->streakTooltip(), QStringLiteral("1-day streak. Hit today's goal to keep it going."));
+}
+
+TEST_F(HeaderModelTest, StreakHearsOfEachNewDayWhileItIsShown) {
+    launch();
+    harness.model().settings().dailyGoalMinutes.set(10);
+    harness.model().settings().streakFreezesEnabled.set(false);
+    focusFor(Seconds{601});
+    header->willShow();
+    EXPECT_TRUE(header->isTodayMet());
+    harness.pass(harness.model().untilNextDay() - Seconds{1});
+    EXPECT_TRUE(header->isTodayMet());
+    harness.pass(Seconds{2});
+    EXPECT_FALSE(header->isTodayMet());
+    EXPECT_EQ(header->streak(), QStringLiteral("1"));
+    harness.pass(std::chrono::hours{24});
+    EXPECT_EQ(header->streak(), QStringLiteral("0")) << "the goal was missed";
+    header->didHide();
+}
+
+TEST_F(HeaderModelTest, TickNoticesANewDayThatNoTimerTold) {
+    launch();
+    harness.model().settings().dailyGoalMinutes.set(10);
+    focusFor(Seconds{601});
+    harness.model().engine().start();
+    header->willShow();
+    harness.now += std::chrono::days{1};
+    harness.model().engine().changed.emit();
+    EXPECT_FALSE(header->isTodayMet());
+}
+
+TEST_F(HeaderModelTest, WaitsForNoDayWhileNobodyLooks) {
+    launch();
+    const auto before = harness.scheduler.waiting();
+    header->willShow();
+    EXPECT_EQ(harness.scheduler.waiting(), before + 1);
+    harness.model().settings().dailyGoalMinutes.set(90);
+    EXPECT_EQ(harness.scheduler.waiting(), before + 1);
+    header->didHide();
+    EXPECT_EQ(harness.scheduler.waiting(), before);
+    harness.model().settings().dailyGoalMinutes.set(80);
+    EXPECT_EQ(harness.scheduler.waiting(), before);
 }
 
 TEST_F(HeaderModelTest, StreakFollowsTheGoal) {

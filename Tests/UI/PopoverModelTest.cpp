@@ -88,11 +88,11 @@ TEST_F(PopoverModelTest, StreakIsCountedAnewWhenShown) {
     EXPECT_FALSE(popover.header()->isTodayMet());
 }
 
-TEST_F(PopoverModelTest, NoteKeepsUpWithTheClockOnlyWhileShown) {
+TEST_F(PopoverModelTest, NoteAndStreakKeepUpWithTheClockOnlyWhileShown) {
     harness.answers.nextEvent = CalendarEvent{"Design review", harness.now + std::chrono::minutes{40}};
     const auto waiting = harness.scheduler.waiting();
     popover.prepareToShow();
-    EXPECT_EQ(harness.scheduler.waiting(), waiting + 1);
+    EXPECT_EQ(harness.scheduler.waiting(), waiting + 2);
     popover.didHide();
     EXPECT_EQ(harness.scheduler.waiting(), waiting);
 }

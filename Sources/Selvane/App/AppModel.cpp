@@ -402,6 +402,12 @@ DayKey AppModel::today() const {
     return {_environment.clock(), _settings->dayStartHour(), localCalendar()};
 }
 
+Seconds AppModel::untilNextDay() const {
+    const Calendar calendar = localCalendar();
+    const Date start = today().adding(1, calendar).start(_settings->dayStartHour(), calendar);
+    return std::max(Seconds{1}, elapsed(now(), start));
+}
+
 const TaskItem* AppModel::currentTask() const {
     if (!_currentTaskID)
         return nullptr;

@@ -131,6 +131,9 @@ public:
 
     /// The user's present day.
     [[nodiscard]] DayKey today() const;
+    /// How long to wait for the next one: at least a second, since a clock that is set while someone waits
+    /// makes them wait again.
+    [[nodiscard]] Seconds untilNextDay() const;
     /// The task that sessions are credited to; absent if there is none, it is gone or it is done.
     [[nodiscard]] const TaskItem* currentTask() const;
     /// Whole minutes of focus on the user's present day.

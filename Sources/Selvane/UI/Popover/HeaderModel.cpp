@@ -1,21 +1,42 @@
 #include "Selvane/UI/Popover/HeaderModel.h"
 
 #include "Selvane/App/AppModel.h"
+#include "Selvane/Platform/Scheduler.h"
 #include "Selvane/UI/Commands.h"
 #include "Selvane/UI/QtText.h"
 #include "Selvane/UI/WindowCoordinator.h"
 
 namespace selvane {
 
-HeaderModel::HeaderModel(AppModel& model, WindowCoordinator* windows, QObject* parent)
-    : QObject(parent), _model(model), _windows(windows) {
+HeaderModel::HeaderModel(AppModel& model, Scheduler& scheduler, WindowCoordinator* windows, QObject* parent)
+    : QObject(parent), _model(model), _scheduler(scheduler), _windows(windows), _day(model.today()) {
     for (Signal<>* const signal : {&model.sessionsChanged, &model.settings().changed})
         _subscriptions.push_back(signal->subscribe([this] { refresh(); }));
+    // A day that begins while the timer runs is noticed by its tick.
+    _subscriptions.push_back(model.engine().changed.subscribe([this] { noticeDay(); }));
     _subscriptions.push_back(model.updater().changed.subscribe([this] { Q_EMIT updaterChanged(); }));
     refresh();
 }
 
+void HeaderModel::willShow() {
+    _isShown = true;
+    refresh();
+}
+
+void HeaderModel::didHide() {
+    _isShown = false;
+    _nextDay.end();
+}
+
+void HeaderModel::noticeDay() {
+    if (_isShown && _day != _model.today())
+        refresh();
+}
+
 void HeaderModel::refresh() {
+    _day = _model.today();
+    if (_isShown)
+        _nextDay = _scheduler.after(_model.untilNextDay(), [this] { refresh(); });
     const StreakResult result = _model.streak();
     if (result.current == _streak && result.todayMet == _isTodayMet)
         return;

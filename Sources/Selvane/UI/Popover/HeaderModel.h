@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SelvaneCore/DayKey.h"
 #include "SelvaneCore/Subscription.h"
 
 #include <QObject>
@@ -11,6 +12,7 @@
 namespace selvane {
 
 class AppModel;
+class Scheduler;
 class WindowCoordinator;
 
 /// The streak, and the menu of what the popover itself has no room for. Main thread.
@@ -39,10 +41,11 @@ class HeaderModel final : public QObject {
 
 public:
     /// What is given outlives the header; `windows` may be null.
-    HeaderModel(AppModel& model, WindowCoordinator* windows, QObject* parent = nullptr);
+    HeaderModel(AppModel& model, Scheduler& scheduler, WindowCoordinator* windows, QObject* parent = nullptr);
 
-    /// Counts the streak anew. Besides the history, the day counts for it.
-    void refresh();
+    /// Counts the streak anew, and keeps up with the days until `didHide`.
+    void willShow();
+    void didHide();
 
     [[nodiscard]] QString streak() const;
     [[nodiscard]] bool isTodayMet() const { return _isTodayMet; }
@@ -72,10 +75,19 @@ Q_SIGNALS:
     void quitRequested();
 
 private:
+    void refresh();
+    void noticeDay();
+
     AppModel& _model;
+    Scheduler& _scheduler;
     WindowCoordinator* _windows;
+    bool _isShown = false;
+    /// The day for which the streak was counted.
+    DayKey _day;
     int _streak = 0;
     bool _isTodayMet = false;
+    /// Only while the header is seen.
+    Subscription _nextDay;
     std::vector<Subscription> _subscriptions;
 };
 

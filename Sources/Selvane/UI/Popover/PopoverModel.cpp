@@ -19,7 +19,7 @@ PopoverModel::PopoverModel(AppModel& model, Appearance& appearance, Scheduler& s
       _model(model),
       _appearance(appearance),
       _look(model.settings(), appearance),
-      _header(model, windows),
+      _header(model, scheduler, windows),
       _phaseMenu(model),
       _face(model),
       _taskPicker(model),
@@ -45,7 +45,7 @@ void PopoverModel::refreshSessionStatus() {
 
 void PopoverModel::prepareToShow() {
     refreshSessionStatus();
-    _header.refresh();
+    _header.willShow();
     _note.willShow();
     _progress.refresh();
     const int margin = _appearance.isComposited() ? PanelPlacement::shadowMargin : 0;
@@ -55,6 +55,7 @@ void PopoverModel::prepareToShow() {
 }
 
 void PopoverModel::didHide() {
+    _header.didHide();
     _note.didHide();
     Q_EMIT mainButtonWanted();
 }

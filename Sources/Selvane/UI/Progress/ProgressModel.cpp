@@ -4,7 +4,6 @@
 #include "Selvane/UI/Progress/HeatmapDays.h"
 #include "Selvane/UI/Progress/ProgressText.h"
 
-#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -57,11 +56,7 @@ void ProgressModel::refresh() {
 }
 
 void ProgressModel::awaitNextDay() {
-    const Calendar calendar = _model.localCalendar();
-    const Date start = _model.today().adding(1, calendar).start(_model.settings().dayStartHour(), calendar);
-    // A clock that was set while we waited makes us wait again, but never without a pause.
-    const Seconds delay = std::max(Seconds{1}, elapsed(_model.now(), start));
-    _nextDay = _scheduler.after(delay, [this] { refresh(); });
+    _nextDay = _scheduler.after(_model.untilNextDay(), [this] { refresh(); });
 }
 
 bool ProgressModel::bringUpToDate() const {
