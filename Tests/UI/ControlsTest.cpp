@@ -74,8 +74,8 @@ TEST_P(ButtonTable, IsKnownToAssistiveTechnology) {
     ASSERT_NE(button, nullptr);
     EXPECT_EQ(button->role(), QAccessible::Button);
     EXPECT_TRUE(button->state().focusable);
-    EXPECT_EQ(button->text(QAccessible::Description),
-              isIcon() ? QStringLiteral("Add") : QStringLiteral("Adds one"));
+    EXPECT_EQ(button->text(QAccessible::Description), isIcon() ? QString() : QStringLiteral("Adds one"))
+        << "a tooltip that is the name isn't said twice";
 }
 
 TEST_P(ButtonTable, DoesNothingWhileDisabled) {

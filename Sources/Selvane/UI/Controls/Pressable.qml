@@ -14,7 +14,8 @@ PressArea {
 
     Accessible.role: Accessible.Button
     Accessible.name: accessibleName
-    Accessible.description: enabled ? tooltip : Theme.unavailable
+    // Where the tooltip is the name, it isn't said twice.
+    Accessible.description: !enabled ? Theme.unavailable : tooltip === accessibleName ? "" : tooltip
     Accessible.pressed: pressed
     Accessible.onPressAction: if (root.enabled) root.clicked()
 

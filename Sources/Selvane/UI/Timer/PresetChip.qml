@@ -14,7 +14,6 @@ Pressable {
     leftPadding: 10
     rightPadding: 10
     tooltip: accessibleName
-    Accessible.description: ""
     Accessible.selectable: true
     Accessible.selected: isActive
 

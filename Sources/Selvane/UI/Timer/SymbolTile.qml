@@ -13,7 +13,6 @@ Pressable {
     implicitWidth: 32
     implicitHeight: 32
     tooltip: accessibleName
-    Accessible.description: ""
     Accessible.selectable: true
     Accessible.selected: isSelected
 
