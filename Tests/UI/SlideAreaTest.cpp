@@ -11,7 +11,7 @@
 namespace selvane {
 namespace {
 
-/// A slider with steps of 0.1 whose handle's middle goes from 10 to 110.
+/// A slider with steps of 0.1 whose handle, of a width of 20, has its middle between 10 and 110.
 class SlideAreaTest : public test::ControlsFixture {
 protected:
     QQuickItem* slider = show(R"(SlideArea {
@@ -71,7 +71,7 @@ TEST_F(SlideAreaTest, AssistiveTechnologyIsToldOfEveryMove) {
 
 // The mouse
 
-TEST_F(SlideAreaTest, PressBringsTheHandleToTheNearestStep) {
+TEST_F(SlideAreaTest, PressBringsTheHandleToThePointer) {
     struct Row {
         const char* name;
         double x;
@@ -79,36 +79,48 @@ TEST_F(SlideAreaTest, PressBringsTheHandleToTheNearestStep) {
     };
     for (const Row& row :
          {Row{"the beginning", 0, 0}, Row{"the handle's middle at the beginning", 10, 0},
-          Row{"before the middle of two steps", 34, 0.2}, Row{"behind the middle of two steps", 36, 0.3},
-          Row{"a step", 80, 0.7}, Row{"the end", 119, 1}}) {
+          Row{"between two steps", 34, 0.24}, Row{"a step", 80, 0.7}, Row{"the end", 119, 1}}) {
         setPosition(0.5);
         press(row.x);
         EXPECT_DOUBLE_EQ(position(), row.position) << row.name;
         letGo(row.x);
         EXPECT_DOUBLE_EQ(position(), row.position) << row.name;
     }
-    EXPECT_EQ(moves.count(), 6);
+    EXPECT_EQ(moves.count(), 5);
 }
 
-TEST_F(SlideAreaTest, PressOnTheHandlesMiddleMovesNothing) {
-    press(60);
-    letGo(60);
-    EXPECT_EQ(moves.count(), 0);
+TEST_F(SlideAreaTest, PressOnTheHandleMovesNothing) {
+    for (const double x : {51.0, 60.0, 69.0}) {
+        press(x);
+        letGo(x);
+        EXPECT_EQ(moves.count(), 0) << x;
+    }
 }
 
-TEST_F(SlideAreaTest, DragGoesFromStepToStepAndEndsAtTheEnds) {
+TEST_F(SlideAreaTest, HandleIsHeldWhereItWasTaken) {
+    press(66);
+    drag(76);
+    EXPECT_DOUBLE_EQ(position(), 0.6);
+    letGo(71);
+    EXPECT_DOUBLE_EQ(position(), 0.55);
+    press(20);
+    EXPECT_DOUBLE_EQ(position(), 0.1) << "elsewhere the handle comes";
+    letGo(20);
+}
+
+TEST_F(SlideAreaTest, DragFollowsThePointerAndEndsAtTheEnds) {
     press(60);
     drag(63);
-    EXPECT_DOUBLE_EQ(position(), 0.5) << "still the nearest";
+    EXPECT_DOUBLE_EQ(position(), 0.53);
     drag(72);
-    EXPECT_DOUBLE_EQ(position(), 0.6);
+    EXPECT_DOUBLE_EQ(position(), 0.62);
     drag(300);
     EXPECT_DOUBLE_EQ(position(), 1);
     drag(-300);
     EXPECT_DOUBLE_EQ(position(), 0);
     letGo(20);
     EXPECT_DOUBLE_EQ(position(), 0.1) << "where it was let go";
-    EXPECT_EQ(moves.count(), 4);
+    EXPECT_EQ(moves.count(), 5);
 }
 
 TEST_F(SlideAreaTest, PointerMovesNothingByItself) {
@@ -165,17 +177,31 @@ TEST_F(SlideAreaTest, WheelIsForOthersOnceItIsAtItsEnd) {
 
 // The keyboard
 
-TEST_F(SlideAreaTest, LeftAndRightMoveItByAStep) {
+TEST_F(SlideAreaTest, KeysMoveItByStepsOrToTheEnds) {
     takeKeyboard();
     EXPECT_TRUE(slider->property("visualFocus").toBool());
-    key(Qt::Key_Right);
-    EXPECT_DOUBLE_EQ(position(), 0.6);
-    key(Qt::Key_Left);
-    key(Qt::Key_Left);
-    EXPECT_DOUBLE_EQ(position(), 0.4);
-    setPosition(1);
-    key(Qt::Key_Right);
-    EXPECT_EQ(moves.count(), 3) << "there is no further";
+    struct Row {
+        Qt::Key key;
+        double position;
+    };
+    for (const Row& row :
+         {Row{Qt::Key_Right, 0.6}, Row{Qt::Key_Up, 0.6}, Row{Qt::Key_Left, 0.4}, Row{Qt::Key_Down, 0.4},
+          Row{Qt::Key_PageUp, 0.9}, Row{Qt::Key_PageDown, 0.1}, Row{Qt::Key_Home, 0}, Row{Qt::Key_End, 1}}) {
+        setPosition(0.5);
+        key(row.key);
+        EXPECT_DOUBLE_EQ(position(), row.position) << row.key;
+    }
+    EXPECT_EQ(moves.count(), 8);
+}
+
+TEST_F(SlideAreaTest, KeysLeaveItAtItsEnds) {
+    takeKeyboard();
+    setPosition(0.9);
+    key(Qt::Key_PageUp);
+    EXPECT_DOUBLE_EQ(position(), 1);
+    for (const Qt::Key which : {Qt::Key_Right, Qt::Key_Up, Qt::Key_PageUp, Qt::Key_End})
+        key(which);
+    EXPECT_EQ(moves.count(), 1) << "there is no further";
 }
 
 TEST_F(SlideAreaTest, OtherKeysAreForOthers) {
@@ -186,10 +212,10 @@ TEST_F(SlideAreaTest, OtherKeysAreForOthers) {
         SlideArea { id: slider }
     })");
     around->property("slider").value<QQuickItem*>()->forceActiveFocus(Qt::TabFocusReason);
-    for (const Qt::Key which : {Qt::Key_Up, Qt::Key_Left, Qt::Key_Right, Qt::Key_Escape})
+    for (const Qt::Key which : {Qt::Key_Space, Qt::Key_Left, Qt::Key_End, Qt::Key_Escape})
         key(which);
     EXPECT_THAT(around->property("keys").value<QList<int>>(),
-                testing::ElementsAre(Qt::Key_Up, Qt::Key_Escape));
+                testing::ElementsAre(Qt::Key_Space, Qt::Key_Escape));
 }
 
 TEST_F(SlideAreaTest, NothingMovesItWhileItIsDisabled) {

@@ -10,6 +10,12 @@
 
 namespace selvane {
 
+namespace {
+
+constexpr int stepsOfAPage = 4;
+
+} // namespace
+
 SlideArea::SlideArea(QQuickItem* parent) : KeyboardStop(parent) {
     setAcceptedMouseButtons(Qt::LeftButton);
     setKeepMouseGrab(true);
@@ -42,24 +48,30 @@ void SlideArea::moveTo(double position) {
         Q_EMIT moved();
 }
 
-void SlideArea::moveTo(const QPointF& pointer) {
+double SlideArea::handle() const {
+    return _handleWidth / 2 + _position * (width() - _handleWidth);
+}
+
+void SlideArea::follow(const QPointF& pointer) {
     const double way = width() - _handleWidth;
-    if (way <= 0)
-        return;
-    const double steps = std::round((pointer.x() - _handleWidth / 2) / way / _stepSize);
-    moveTo(steps * _stepSize);
+    if (way > 0)
+        moveTo((pointer.x() - _grip - _handleWidth / 2) / way);
 }
 
 void SlideArea::mousePressEvent(QMouseEvent* event) {
-    moveTo(event->position());
+    const double distance = event->position().x() - handle();
+    const bool isOnHandle = std::abs(distance) <= _handleWidth / 2;
+    _grip = isOnHandle ? distance : 0;
+    if (!isOnHandle)
+        follow(event->position());
 }
 
 void SlideArea::mouseMoveEvent(QMouseEvent* event) {
-    moveTo(event->position());
+    follow(event->position());
 }
 
 void SlideArea::mouseReleaseEvent(QMouseEvent* event) {
-    moveTo(event->position());
+    follow(event->position());
 }
 
 void SlideArea::mouseDoubleClickEvent(QMouseEvent* /*event*/) {
@@ -76,12 +88,24 @@ void SlideArea::wheelEvent(QWheelEvent* event) {
 }
 
 void SlideArea::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Left)
-        decrease();
-    else if (event->key() == Qt::Key_Right)
-        increase();
-    else
+    switch (event->key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Down:
+        return decrease();
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+        return increase();
+    case Qt::Key_PageDown:
+        return moveTo(_position - stepsOfAPage * _stepSize);
+    case Qt::Key_PageUp:
+        return moveTo(_position + stepsOfAPage * _stepSize);
+    case Qt::Key_Home:
+        return moveTo(minimumValue());
+    case Qt::Key_End:
+        return moveTo(maximumValue());
+    default:
         KeyboardStop::keyPressEvent(event);
+    }
 }
 
 } // namespace selvane

@@ -7,8 +7,9 @@
 namespace selvane {
 
 /// What a slider from 0 to 1 does, whatever it looks like. The user moves it by a press or a drag of the
-/// mouse, by the wheel, by Left and Right, and through assistive technology; the mouse goes from step to
-/// step. Its owner sets `position` and follows `moved`, which tells of the user alone. Main thread.
+/// mouse, by the wheel, by the keys, and through assistive technology. The mouse brings it anywhere. The
+/// arrows go a step, Page Up and Page Down several; Home and End go to the ends. Its owner sets `position`
+/// and follows `moved`, which tells of the user alone. Main thread.
 class SlideArea : public selvane::KeyboardStop {
     Q_OBJECT
     QML_ELEMENT
@@ -61,12 +62,16 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    /// The step whose handle is nearest to the pointer.
-    void moveTo(const QPointF& pointer);
+    /// Where the handle's middle is.
+    [[nodiscard]] double handle() const;
+    /// Brings the handle to the pointer, held where it was taken.
+    void follow(const QPointF& pointer);
 
     double _position = 0;
     double _stepSize = 0.1;
     double _handleWidth = 0;
+    /// From the handle's middle to the pointer that holds it.
+    double _grip = 0;
 };
 
 } // namespace selvane
