@@ -1,6 +1,7 @@
 #include "Selvane/UI/Popover/MusicRowModel.h"
 
 #include "Selvane/App/PlatformText.h"
+#include "Selvane/UI/Symbols/Symbols.h"
 #include "Support/ModelHarness.h"
 
 #include <gmock/gmock.h>
@@ -59,6 +60,7 @@ TEST_F(MusicRowTest, EverySourceHasItsSymbolItsNameAndItsControl) {
         settings().ambientSound.set(expected.sound);
         settings().musicSource.set(expected.source);
         EXPECT_EQ(row.symbol().toStdString(), expected.symbol);
+        EXPECT_TRUE(Symbols::contains(expected.symbol)) << expected.symbol;
         EXPECT_EQ(row.title().toStdString(), expected.title);
         EXPECT_EQ(row.extra(), expected.extra) << expected.title;
         EXPECT_EQ(row.openTooltip().toStdString(), expected.openTooltip);
@@ -73,12 +75,14 @@ TEST(PlatformText, DesktopsPlayerHasAColumnPerPlatform) {
 
 TEST_F(MusicRowTest, SoundButtonIsNamedAfterWhatItDoes) {
     EXPECT_EQ(row.soundSymbol(), QStringLiteral("speaker.slash"));
+    EXPECT_TRUE(Symbols::contains(row.soundSymbol().toStdString()));
     EXPECT_EQ(row.soundTooltip(), QStringLiteral("Turn sound on"));
     row.toggleSound();
     EXPECT_EQ(harness.journal.count("music.play"), 1);
     setPlaying(true);
     EXPECT_TRUE(row.isPlaying());
     EXPECT_EQ(row.soundSymbol(), QStringLiteral("speaker.wave.2.fill"));
+    EXPECT_TRUE(Symbols::contains(row.soundSymbol().toStdString()));
     EXPECT_EQ(row.soundTooltip(), QStringLiteral("Turn sound off"));
     row.toggleSound();
     EXPECT_EQ(harness.journal.count("music.pause"), 1);

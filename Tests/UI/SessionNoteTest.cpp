@@ -1,6 +1,7 @@
 #include "Selvane/UI/Popover/SessionNote.h"
 
 #include "Selvane/UI/Popover/SessionNoteModel.h"
+#include "Selvane/UI/Symbols/Symbols.h"
 #include "Support/LocalTime.h"
 #include "Support/ModelHarness.h"
 #include "Support/RecordingWindows.h"
@@ -59,8 +60,14 @@ State withDistractions(State state, DistractingSet distracting) {
     return state;
 }
 
+/// The note, whose symbol has a drawing.
 std::optional<Note> noteOf(const State& state) {
-    return note(state, Calendar::utc(), QLocale(QLocale::English, QLocale::UnitedKingdom));
+    auto found = note(state, Calendar::utc(), QLocale(QLocale::English, QLocale::UnitedKingdom));
+    if (found) {
+        const std::string symbol = found->symbol.toStdString();
+        EXPECT_TRUE(symbol.empty() || Symbols::contains(symbol)) << symbol;
+    }
+    return found;
 }
 
 /// The note's words; "nothing" without a note.

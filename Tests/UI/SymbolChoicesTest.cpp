@@ -1,5 +1,6 @@
 #include "Selvane/UI/Timer/SymbolChoices.h"
 
+#include "Selvane/UI/Symbols/Symbols.h"
 #include "Selvane/UI/Timer/PresetChoices.h"
 
 #include <gtest/gtest.h>
@@ -13,6 +14,12 @@ TEST(SymbolChoices, OfferNoneFirstAndThenTheEighteenInOrder) {
               " eye brain.head.profile flame bolt target leaf book pencil laptopcomputer headphones "
               "paintbrush.pointed sparkles sun.max moon heart cup.and.saucer figure.walk music.note");
     EXPECT_EQ(choices.columns(), 6);
+}
+
+TEST(SymbolChoices, EachHasADrawing) {
+    const SymbolChoices choices;
+    for (const QString& name : choices.names())
+        EXPECT_TRUE(Symbols::contains(choices.symbol(name).toStdString())) << name.toStdString();
 }
 
 TEST(SymbolChoices, NoneHasAPictureAndAName) {

@@ -1,5 +1,6 @@
 #include "Selvane/UI/Timer/TimerFaceModel.h"
 
+#include "Selvane/UI/Symbols/Symbols.h"
 #include "Selvane/UI/Timer/TimerFaceState.h"
 #include "Support/ModelHarness.h"
 
@@ -183,6 +184,7 @@ TEST_F(TimerFaceModelTest, PauseHasItsGlyphWhateverWasChosen) {
     EXPECT_EQ(face.glyph(), QString());
     engine().pause();
     EXPECT_EQ(face.glyph(), QStringLiteral("pause.fill"));
+    EXPECT_TRUE(Symbols::contains(face.glyph().toStdString()));
     EXPECT_EQ(face.symbol(), QString()) << "the choice is still none";
 }
 
