@@ -158,6 +158,8 @@ TEST_F(PopoverLayoutTest, DotTellsOfAnUpdateAndOnlyThen) {
     model().updater().changed.emit();
     EXPECT_TRUE(dot->isVisible());
     EXPECT_EQ(dot->size(), QSizeF(6, 6));
+    const QRectF symbol = frame(parts(part("MoreMenu"), "Symbol").front());
+    EXPECT_EQ(frame(dot).topRight(), symbol.topRight() + QPointF(3, -2)) << "beyond the symbol's corner";
 }
 
 TEST_F(PopoverLayoutTest, UpdateEntryIsOutOfUseWhileNoneCanBeLookedFor) {

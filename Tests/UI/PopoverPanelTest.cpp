@@ -362,19 +362,48 @@ TEST_F(PopoverPanelTest, HidingIsNoTurningAway) {
 }
 
 TEST_F(PopoverPanelTest, ScreenReaderFindsEveryControlAndTheTimer) {
-    EXPECT_THAT(
-        accessibleItems(),
-        testing::IsSupersetOf({std::pair<std::string, QAccessible::Role>{"Start", QAccessible::Button},
-                               {"Reset", QAccessible::Button},
-                               {"Skip", QAccessible::Button},
-                               {"Phase: Focus", QAccessible::Button},
-                               {"More", QAccessible::Button},
-                               {"Choose a task…", QAccessible::Button},
-                               {"Rain", QAccessible::Button},
-                               {"Volume", QAccessible::Slider},
-                               {"Turn sound on", QAccessible::Button},
-                               {"0-day streak. Hit today's goal to keep it going.", QAccessible::StaticText},
-                               {"Session 1 of 4", QAccessible::StaticText}}));
+    EXPECT_THAT(accessibleItems(),
+                testing::IsSupersetOf(
+                    {std::pair<std::string, QAccessible::Role>{"Start", QAccessible::Button},
+                     {"Reset", QAccessible::Button},
+                     {"Skip", QAccessible::Button},
+                     {"Phase: Focus", QAccessible::Button},
+                     {"More", QAccessible::Button},
+                     {"Focus icon", QAccessible::Button},
+                     {"25:00 remaining", QAccessible::Button},
+                     {"Choose a task…", QAccessible::Button},
+                     {"Rain", QAccessible::Button},
+                     {"Volume", QAccessible::Slider},
+                     {"Turn sound on", QAccessible::Button},
+                     {"Progress", QAccessible::PageTab},
+                     {"Add a task…", QAccessible::EditableText},
+                     {"0-day streak. Hit today's goal to keep it going.", QAccessible::StaticText}}));
+}
+
+TEST_F(PopoverPanelTest, ScreenReaderFollowsTheTimer) {
+    engine().start();
+    harness.pass(Seconds{61});
+    EXPECT_THAT(accessibleItems(), Contains(std::pair<std::string, QAccessible::Role>(
+                                       "23:59 remaining", QAccessible::StaticText)));
+    engine().pause();
+    EXPECT_TRUE(shows(QStringLiteral("Session 1 of 4 · paused")));
+}
+
+TEST_F(PopoverPanelTest, ScreenReaderFindsTheCycleInWordsAndInDashes) {
+    const auto descriptions = [this] {
+        std::vector<std::string> found;
+        std::vector<QAccessibleInterface*> left{QAccessible::queryAccessibleInterface(window)};
+        while (!left.empty()) {
+            QAccessibleInterface* const item = left.back();
+            left.pop_back();
+            if (item->text(QAccessible::Name) == QStringLiteral("Session 1 of 4"))
+                found.push_back(item->text(QAccessible::Description).toStdString());
+            for (int index = 0; index < item->childCount(); ++index)
+                left.push_back(item->child(index));
+        }
+        return found;
+    };
+    EXPECT_THAT(descriptions(), testing::UnorderedElementsAre("", "Session 1 of 4 before a long break"));
 }
 
 TEST_F(PopoverPanelTest, ScreenReaderPressesTheControls) {

@@ -150,7 +150,7 @@ INSTANTIATE_TEST_SUITE_P(All, ThemeAppearances,
 
 class ThemeTest : public test::ControlsFixture {};
 
-TEST_F(ThemeTest, LightPaletteIsTheSpecifiedOne) {
+TEST_F(ThemeTest, LightPaletteIsDarkInkOnNearlyWhite) {
     EXPECT_EQ(theme().solidPrimary(), QColor::fromRgbF(0.11F, 0.11F, 0.12F));
     EXPECT_EQ(theme().textOnSolidPrimary(), QColor(Qt::white));
     EXPECT_EQ(theme().card(), QColor::fromRgbF(0, 0, 0, 0.045F));
@@ -161,7 +161,7 @@ TEST_F(ThemeTest, LightPaletteIsTheSpecifiedOne) {
     EXPECT_EQ(theme().segmentShadow(), QColor::fromRgbF(0, 0, 0, 0.12F));
 }
 
-TEST_F(ThemeTest, DarkPaletteIsTheSpecifiedOne) {
+TEST_F(ThemeTest, DarkPaletteIsWhiteInkOnNearlyBlack) {
     appearance.setDark(true);
     EXPECT_EQ(theme().solidPrimary(), QColor(Qt::white));
     EXPECT_EQ(theme().textOnSolidPrimary(), QColor::fromRgbF(0.06F, 0.06F, 0.07F));
