@@ -1,39 +1,19 @@
+#include "ContrastRatio.h"
 #include "ControlsFixture.h"
 #include "Selvane/UI/Controls/Glass.h"
 #include "Selvane/UI/Controls/Ink.h"
 
 #include <QSignalSpy>
 
-#include <cmath>
 #include <vector>
 
 namespace selvane {
 namespace {
 
+using test::contrast;
+using test::on;
+
 constexpr Look::Glass levels[] = {Look::Flat, Look::Clear, Look::Regular, Look::Tinted};
-
-/// An opaque colour as the eye gets it: `upper`, perhaps translucent, on an opaque `lower`.
-QColor on(const QColor& lower, const QColor& upper) {
-    const float a = upper.alphaF();
-    const auto mix = [a](float up, float down) { return up * a + down * (1 - a); };
-    return QColor::fromRgbF(mix(upper.redF(), lower.redF()), mix(upper.greenF(), lower.greenF()),
-                            mix(upper.blueF(), lower.blueF()));
-}
-
-/// Relative luminance of an opaque colour as the Web Content Accessibility Guidelines define it.
-double luminance(const QColor& color) {
-    const auto linear = [](float channel) {
-        return channel <= 0.04045F ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
-
-/// Contrast ratio, from 1 to 21, of ink on an opaque ground.
-double contrast(const QColor& ink, const QColor& ground) {
-    const double a = luminance(on(ground, ink)) + 0.05;
-    const double b = luminance(ground) + 0.05;
-    return std::max(a, b) / std::min(a, b);
-}
 
 TEST(ContrastRatio, IsTheGuidelines) {
     EXPECT_NEAR(contrast(Qt::black, Qt::white), 21, 1e-9);
@@ -111,16 +91,43 @@ TEST_P(ThemeAppearances, TextIsReadableOnWhatIsFilledWithInk) {
     expectReadable(theme().inverse(), theme().primary(), "checkmark");
 }
 
-TEST_P(ThemeAppearances, FaintInkOfSmallTextIsReadable) {
-    EXPECT_GE(contrast(ink(0.6), theme().surface()), 4.5);
-    EXPECT_GE(contrast(ink(0.85), theme().surface()), 4.5);
+TEST_P(ThemeAppearances, TaskAndThePromptInItsPlaceAreReadable) {
+    for (const double pointed : {0.0, 0.07, 0.12}) {
+        const QColor ground = on(theme().surface(), ink(pointed));
+        expectReadable(theme().promptText(), ground, "prompt");
+        expectReadable(ink(0.85), ground, "task");
+    }
 }
 
-TEST_P(ThemeAppearances, LargeQuietTextAndTheRingStandOut) {
-    const double large = GetParam().isHighContrast ? 4.5 : 3;
-    EXPECT_GE(contrast(theme().tertiaryText(), theme().surface()), large);
-    EXPECT_GE(contrast(theme().focusRing(), theme().surface()), large);
-    EXPECT_GE(contrast(theme().focusRing(), theme().popup()), large);
+TEST_P(ThemeAppearances, QuietestTextStandsOut) {
+    const QColor surface = theme().surface();
+    const double least = GetParam().isHighContrast ? demanded() : 3;
+    for (const QColor& ground : {surface, theme().popup(), on(surface, theme().card())})
+        EXPECT_GE(contrast(theme().tertiaryText(), ground), least) << ground.name().toStdString();
+}
+
+TEST_P(ThemeAppearances, RingStandsOut) {
+    const double least = GetParam().isHighContrast ? 4.5 : 3;
+    EXPECT_GE(contrast(theme().focusRing(), theme().surface()), least);
+    EXPECT_GE(contrast(theme().focusRing(), theme().popup()), least);
+}
+
+TEST_P(ThemeAppearances, MarksAreLiftedWhereContrastIsWanted) {
+    const QColor surface = theme().surface();
+    if (!GetParam().isHighContrast) {
+        EXPECT_EQ(theme().markLift(), 0);
+        EXPECT_EQ(theme().trackLift(), 0);
+        return;
+    }
+    for (const QColor& ground : {surface, theme().popup(), on(surface, theme().card())}) {
+        EXPECT_GE(contrast(ink(lifted(0, theme().markLift())), ground), 3) << ground.name().toStdString();
+        EXPECT_GE(contrast(ink(lifted(0.07, theme().trackLift())), ground), 1.6)
+            << ground.name().toStdString();
+    }
+    const QColor emptyDay = on(surface, ink(lifted(0.07, theme().trackLift())));
+    EXPECT_GE(contrast(theme().solidPrimary(), emptyDay), 7) << "a full one stands out from it";
+    EXPECT_GE(contrast(on(surface, ink(lifted(0.25, theme().trackLift()))), emptyDay), 1.4)
+        << "and so does the least";
 }
 
 TEST_P(ThemeAppearances, QuieterTextIsFainter) {
@@ -290,6 +297,13 @@ TEST(Glass, TintIsWhiteOverTheRegularGlass) {
 TEST(Ink, FadesByAPartOfItsOwnOpacity) {
     EXPECT_EQ(faded(QColor::fromRgbF(1, 0, 0, 0.5F), 0.5), QColor::fromRgbF(1, 0, 0, 0.25F));
     EXPECT_EQ(faded(Qt::red, 1), QColor(Qt::red));
+}
+
+TEST(Ink, LiftMovesTheFaintestMostAndTheFullNotAtAll) {
+    EXPECT_EQ(lifted(0.15, 0), 0.15);
+    EXPECT_EQ(lifted(0, 0.4), 0.4);
+    EXPECT_DOUBLE_EQ(lifted(0.5, 0.4), 0.7);
+    EXPECT_EQ(lifted(1, 0.4), 1);
 }
 
 TEST(Ink, BlendsBetweenTwoColorsAndNoFurther) {

@@ -11,6 +11,10 @@ QColor faded(const QColor& color, double opacity) {
     return result;
 }
 
+double lifted(double opacity, double lift) {
+    return std::lerp(lift, 1.0, opacity);
+}
+
 QColor blended(const QColor& from, const QColor& to, double part) {
     const auto at = static_cast<float>(std::clamp(part, 0.0, 1.0));
     return QColor::fromRgbF(std::lerp(from.redF(), to.redF(), at), std::lerp(from.greenF(), to.greenF(), at),

@@ -7,6 +7,9 @@ namespace selvane {
 /// The color with its own opacity times another.
 [[nodiscard]] QColor faded(const QColor& color, double opacity);
 
+/// An opacity on a scale that begins at the lift instead of at 0.
+[[nodiscard]] double lifted(double opacity, double lift);
+
 /// The color on the way from one to another, at 0 the first, at 1 the second and beyond that no further.
 [[nodiscard]] QColor blended(const QColor& from, const QColor& to, double part);
 

@@ -11,6 +11,6 @@ T.ScrollIndicator {
     contentItem: Rectangle {
         visible: root.size < 1
         radius: 1.5
-        color: Theme.ink(0.3)
+        color: Theme.mark(0.3)
     }
 }

@@ -9,8 +9,9 @@ QColor grey(double white, double alpha = 1) {
                             static_cast<float>(alpha));
 }
 
-QColor rgb(double red, double green, double blue) {
-    return QColor::fromRgbF(static_cast<float>(red), static_cast<float>(green), static_cast<float>(blue));
+QColor rgb(double red, double green, double blue, double alpha = 1) {
+    return QColor::fromRgbF(static_cast<float>(red), static_cast<float>(green), static_cast<float>(blue),
+                            static_cast<float>(alpha));
 }
 
 Palette light() {
@@ -32,6 +33,7 @@ Palette light() {
         .onSolidPrimary = grey(1),
         .primaryText = rgb(0.11, 0.11, 0.12),
         .secondaryText = grey(0, 0.6),
+        .promptText = rgb(0.05, 0.05, 0.06, 0.6),
         .tertiaryText = grey(0, 0.43),
     };
 }
@@ -55,6 +57,7 @@ Palette dark() {
         .onSolidPrimary = rgb(0.06, 0.06, 0.07),
         .primaryText = grey(1, 0.95),
         .secondaryText = grey(1, 0.67),
+        .promptText = grey(1, 0.6),
         .tertiaryText = grey(1, 0.38),
     };
 }
@@ -74,7 +77,10 @@ Palette strong(Palette palette, bool isDark) {
     palette.onSolidPrimary = grey(1 - full);
     palette.primaryText = grey(full);
     palette.secondaryText = grey(full, 0.88);
-    palette.tertiaryText = grey(full, 0.62);
+    palette.promptText = grey(full, 0.8);
+    palette.tertiaryText = grey(full, 0.7);
+    palette.markLift = 0.45;
+    palette.trackLift = 0.16;
     return palette;
 }
 

@@ -5,8 +5,9 @@
 namespace selvane {
 
 /// The colours of the windows under one appearance: one ink on one ground. There is no accent colour;
-/// emphasis is opacity and weight. Where the desktop asks for strong contrast, edges are drawn in full ink
-/// and every text has at least seven times the luminance of its ground, else four and a half times. A value.
+/// emphasis is opacity and weight. Where the desktop asks for strong contrast, edges are drawn in full ink,
+/// every text has at least seven times the luminance of its ground, else four and a half times, and faint
+/// marks are lifted. A value.
 struct Palette {
     /// What the colours follow.
     struct Scheme {
@@ -55,9 +56,19 @@ struct Palette {
     QColor onSolidPrimary;
     QColor primaryText;
     QColor secondaryText;
-    /// Only what is disabled, and large text that matters little: it has three times the luminance of its
-    /// ground.
+    /// Words in the place of something that is still to be chosen.
+    QColor promptText;
+    /// Only what is disabled, and large text that matters little. Without strong contrast it has no more than
+    /// three times the luminance of its ground.
     QColor tertiaryText;
+
+    // Lifts of the ink's opacity: what is drawn at 0 is drawn at the lift, what is drawn at 1 stays.
+
+    /// Of what a mark says without words: a dash to come, an edge. The faintest has three times the luminance
+    /// of its ground where strong contrast is asked for.
+    double markLift = 0;
+    /// Of what others fill, which stand out from it: a track, a day without focus.
+    double trackLift = 0;
 };
 
 } // namespace selvane

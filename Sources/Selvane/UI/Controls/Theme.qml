@@ -15,4 +15,14 @@ ThemeValues {
     function ink(opacity: real): color {
         return Qt.rgba(root.primary.r, root.primary.g, root.primary.b, opacity);
     }
+
+    /// The ink of a mark that says something without words.
+    function mark(opacity: real): color {
+        return ink(root.lifted(opacity, root.markLift));
+    }
+
+    /// The ink of what others fill.
+    function track(opacity: real): color {
+        return ink(root.lifted(opacity, root.trackLift));
+    }
 }

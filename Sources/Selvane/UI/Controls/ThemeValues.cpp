@@ -43,6 +43,10 @@ QColor ThemeValues::blended(const QColor& from, const QColor& to, double part) {
     return selvane::blended(from, to, part);
 }
 
+double ThemeValues::lifted(double opacity, double lift) {
+    return selvane::lifted(opacity, lift);
+}
+
 void ThemeValues::lookChanged() {
     _palette = Palette::of({.isDark = dark(), .isHighContrast = highContrast()});
     Q_EMIT changed();

@@ -49,7 +49,11 @@ class ThemeValues : public QObject {
     Q_PROPERTY(QColor textOnSolidPrimary READ textOnSolidPrimary NOTIFY changed FINAL)
     Q_PROPERTY(QColor primaryText READ primaryText NOTIFY changed FINAL)
     Q_PROPERTY(QColor secondaryText READ secondaryText NOTIFY changed FINAL)
+    Q_PROPERTY(QColor promptText READ promptText NOTIFY changed FINAL)
     Q_PROPERTY(QColor tertiaryText READ tertiaryText NOTIFY changed FINAL)
+
+    Q_PROPERTY(double markLift READ markLift NOTIFY changed FINAL)
+    Q_PROPERTY(double trackLift READ trackLift NOTIFY changed FINAL)
 
 public:
     explicit ThemeValues(QObject* parent = nullptr);
@@ -65,6 +69,9 @@ public:
 
     /// The color on the way from one to another, at 0 the first, at 1 the second and beyond that no further.
     [[nodiscard]] Q_INVOKABLE static QColor blended(const QColor& from, const QColor& to, double part);
+
+    /// An opacity on a scale that begins at the lift instead of at 0.
+    [[nodiscard]] Q_INVOKABLE static double lifted(double opacity, double lift);
 
     [[nodiscard]] const QColor& surface() const { return _palette.surface; }
     [[nodiscard]] const QColor& backdrop() const { return _palette.backdrop; }
@@ -83,7 +90,10 @@ public:
     [[nodiscard]] const QColor& textOnSolidPrimary() const { return _palette.onSolidPrimary; }
     [[nodiscard]] const QColor& primaryText() const { return _palette.primaryText; }
     [[nodiscard]] const QColor& secondaryText() const { return _palette.secondaryText; }
+    [[nodiscard]] const QColor& promptText() const { return _palette.promptText; }
     [[nodiscard]] const QColor& tertiaryText() const { return _palette.tertiaryText; }
+    [[nodiscard]] double markLift() const { return _palette.markLift; }
+    [[nodiscard]] double trackLift() const { return _palette.trackLift; }
 
 Q_SIGNALS:
     void changed();

@@ -26,7 +26,7 @@ Pressable {
     contentItem: Text {
         text: root.model.title
         textFormat: Text.PlainText
-        color: Theme.ink(root.model.hasTask ? 0.85 : 0.6)
+        color: root.model.hasTask ? Theme.ink(0.85) : Theme.promptText
         font.pixelSize: Theme.callout
         maximumLineCount: 1
         elide: Text.ElideRight

@@ -38,7 +38,7 @@ SlideArea {
             width: parent.width
             height: 3
             radius: 1.5
-            color: Theme.ink(0.16)
+            color: Theme.mark(0.16)
         }
 
         Rectangle {

@@ -8,6 +8,7 @@ GoalRingCanvas {
 
     fraction: reached
     ink: Theme.solidPrimary
+    lift: Theme.trackLift
     textInk: Theme.primaryText
     captionInk: Theme.secondaryText
 

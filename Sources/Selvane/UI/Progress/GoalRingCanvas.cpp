@@ -1,5 +1,6 @@
 #include "Selvane/UI/Progress/GoalRingCanvas.h"
 
+#include "Selvane/UI/Controls/Ink.h"
 #include "Selvane/UI/Progress/HeatmapPainting.h"
 #include "Selvane/UI/Progress/ProgressText.h"
 
@@ -89,6 +90,13 @@ void GoalRingCanvas::setInk(const QColor& ink) {
     Q_EMIT inkChanged();
 }
 
+void GoalRingCanvas::setLift(double lift) {
+    if (std::exchange(_lift, lift) == lift)
+        return;
+    update();
+    Q_EMIT liftChanged();
+}
+
 void GoalRingCanvas::setTextInk(const QColor& ink) {
     if (std::exchange(_textInk, ink) == ink)
         return;
@@ -113,7 +121,7 @@ void GoalRingCanvas::paint(QPainter* painter, const QSizeF& /*size*/) {
 void GoalRingCanvas::paintRing(QPainter& painter) const {
     const QRectF circle =
         QRectF(0, 0, side, side).marginsRemoved({lineWidth / 2, lineWidth / 2, lineWidth / 2, lineWidth / 2});
-    painter.setPen(QPen(HeatmapPainting::faded(_ink, trackOpacity), lineWidth));
+    painter.setPen(QPen(HeatmapPainting::faded(_ink, lifted(trackOpacity, _lift)), lineWidth));
     painter.drawEllipse(circle);
 
     // In sixteenths of a degree, which are finer than any screen.

@@ -24,6 +24,8 @@ class GoalRingCanvas : public selvane::StillItem {
     Q_PROPERTY(QString tooltip READ tooltip NOTIFY minutesChanged FINAL)
     /// The ring's, weaker where the goal is not reached.
     Q_PROPERTY(QColor ink READ ink WRITE setInk NOTIFY inkChanged FINAL)
+    /// Of the ink's opacity; 0 in the beginning.
+    Q_PROPERTY(double lift READ lift WRITE setLift NOTIFY liftChanged FINAL)
     Q_PROPERTY(QColor textInk READ textInk WRITE setTextInk NOTIFY textInkChanged FINAL)
     Q_PROPERTY(QColor captionInk READ captionInk WRITE setCaptionInk NOTIFY captionInkChanged FINAL)
 
@@ -43,6 +45,8 @@ public:
     [[nodiscard]] QString tooltip() const;
     [[nodiscard]] const QColor& ink() const { return _ink; }
     void setInk(const QColor& ink);
+    [[nodiscard]] double lift() const { return _lift; }
+    void setLift(double lift);
     [[nodiscard]] const QColor& textInk() const { return _textInk; }
     void setTextInk(const QColor& ink);
     [[nodiscard]] const QColor& captionInk() const { return _captionInk; }
@@ -54,6 +58,7 @@ Q_SIGNALS:
     void minutesChanged();
     void fractionChanged();
     void inkChanged();
+    void liftChanged();
     void textInkChanged();
     void captionInkChanged();
 
@@ -66,6 +71,7 @@ private:
     int _goal = 0;
     double _fraction = 0;
     QColor _ink = Qt::black;
+    double _lift = 0;
     QColor _textInk = Qt::black;
     QColor _captionInk = Qt::black;
 };

@@ -1,5 +1,6 @@
 #include "Selvane/UI/Progress/HeatmapCanvas.h"
 
+#include "Selvane/UI/Controls/Ink.h"
 #include "Selvane/UI/Controls/ShapePainting.h"
 #include "Selvane/UI/Progress/HeatmapDays.h"
 #include "Selvane/UI/Progress/HeatmapGrid.h"
@@ -135,6 +136,13 @@ void HeatmapCanvas::setInk(const QColor& ink) {
     Q_EMIT inkChanged();
 }
 
+void HeatmapCanvas::setLift(double lift) {
+    if (std::exchange(_lift, lift) == lift)
+        return;
+    update();
+    Q_EMIT liftChanged();
+}
+
 void HeatmapCanvas::setLabelInk(const QColor& ink) {
     if (std::exchange(_labelInk, ink) == ink)
         return;
@@ -268,8 +276,9 @@ void HeatmapCanvas::paintSquares(QPainter& painter, double scale) const {
     for (int offset = 0; const HeatmapGrid::Square& day : _grid->squares()) {
         const QPointF place = square(offset++).topLeft();
         const QPointF corner(crispPlace(place.x(), scale), crispPlace(place.y(), scale));
-        HeatmapPainting::fillSquare(painter, corner, side, side * roundness,
-                                    HeatmapPainting::faded(_ink, HeatmapPainting::opacityOfLevel(day.level)));
+        HeatmapPainting::fillSquare(
+            painter, corner, side, side * roundness,
+            HeatmapPainting::faded(_ink, lifted(HeatmapPainting::opacityOfLevel(day.level), _lift)));
         if (day.outline != HeatmapGrid::Outline::none)
             HeatmapPainting::outlineSquare(painter, corner, side, side * roundness,
                                            HeatmapPainting::faded(_ink, outlineOpacity(day.outline)));

@@ -33,6 +33,8 @@ class HeatmapCanvas : public selvane::StillItem {
     Q_PROPERTY(double labelSpacing READ labelSpacing WRITE setLabelSpacing NOTIFY layoutChanged FINAL)
     /// What squares are filled with, weaker or stronger.
     Q_PROPERTY(QColor ink READ ink WRITE setInk NOTIFY inkChanged FINAL)
+    /// Of the ink's opacity; 0 in the beginning.
+    Q_PROPERTY(double lift READ lift WRITE setLift NOTIFY liftChanged FINAL)
     Q_PROPERTY(QColor labelInk READ labelInk WRITE setLabelInk NOTIFY labelInkChanged FINAL)
 
     /// The chosen day in words, the pointer's before the keyboard's; empty without one.
@@ -67,6 +69,8 @@ public:
     void setLabelSpacing(double spacing);
     [[nodiscard]] const QColor& ink() const { return _ink; }
     void setInk(const QColor& ink);
+    [[nodiscard]] double lift() const { return _lift; }
+    void setLift(double lift);
     [[nodiscard]] const QColor& labelInk() const { return _labelInk; }
     void setLabelInk(const QColor& ink);
 
@@ -83,6 +87,7 @@ Q_SIGNALS:
     void daysChanged();
     void layoutChanged();
     void inkChanged();
+    void liftChanged();
     void labelInkChanged();
     /// Always before `tipChanged`, so that words come up where they belong.
     void tipSquareChanged();
@@ -114,6 +119,7 @@ private:
     std::unique_ptr<HeatmapLayout> _layout;
     std::unique_ptr<HeatmapGrid> _grid;
     QColor _ink = Qt::black;
+    double _lift = 0;
     QColor _labelInk = Qt::black;
     /// Days by their offset; -1 for none.
     int _hovered = -1;

@@ -7,6 +7,7 @@ HeatmapLegendCanvas {
     id: root
 
     ink: Theme.solidPrimary
+    lift: Theme.trackLift
     labelInk: Theme.secondaryText
     Accessible.ignored: true
 }

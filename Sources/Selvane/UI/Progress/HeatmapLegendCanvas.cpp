@@ -1,5 +1,6 @@
 #include "Selvane/UI/Progress/HeatmapLegendCanvas.h"
 
+#include "Selvane/UI/Controls/Ink.h"
 #include "Selvane/UI/Controls/ShapePainting.h"
 #include "Selvane/UI/Progress/HeatmapPainting.h"
 
@@ -49,6 +50,13 @@ void HeatmapLegendCanvas::setInk(const QColor& ink) {
     Q_EMIT inkChanged();
 }
 
+void HeatmapLegendCanvas::setLift(double lift) {
+    if (std::exchange(_lift, lift) == lift)
+        return;
+    update();
+    Q_EMIT liftChanged();
+}
+
 void HeatmapLegendCanvas::setLabelInk(const QColor& ink) {
     if (std::exchange(_labelInk, ink) == ink)
         return;
@@ -69,8 +77,9 @@ void HeatmapLegendCanvas::paint(QPainter* painter, const QSizeF& /*size*/) {
     for (int level = 0; level < levels; ++level) {
         const double left = crispPlace(firstSquare() + level * (side + gap), scale);
         const double top = crispPlace((lineHeight - side) / 2, scale);
-        HeatmapPainting::fillSquare(*painter, {left, top}, drawnSide, radius,
-                                    HeatmapPainting::faded(_ink, HeatmapPainting::opacityOfLevel(level)));
+        HeatmapPainting::fillSquare(
+            *painter, {left, top}, drawnSide, radius,
+            HeatmapPainting::faded(_ink, lifted(HeatmapPainting::opacityOfLevel(level), _lift)));
     }
 }
 

@@ -14,6 +14,8 @@ class HeatmapLegendCanvas : public selvane::StillItem {
 
     /// What squares are filled with, weaker or stronger.
     Q_PROPERTY(QColor ink READ ink WRITE setInk NOTIFY inkChanged FINAL)
+    /// Of the ink's opacity; 0 in the beginning.
+    Q_PROPERTY(double lift READ lift WRITE setLift NOTIFY liftChanged FINAL)
     Q_PROPERTY(QColor labelInk READ labelInk WRITE setLabelInk NOTIFY labelInkChanged FINAL)
 
 public:
@@ -21,6 +23,8 @@ public:
 
     [[nodiscard]] const QColor& ink() const { return _ink; }
     void setInk(const QColor& ink);
+    [[nodiscard]] double lift() const { return _lift; }
+    void setLift(double lift);
     [[nodiscard]] const QColor& labelInk() const { return _labelInk; }
     void setLabelInk(const QColor& ink);
 
@@ -28,10 +32,12 @@ public:
 
 Q_SIGNALS:
     void inkChanged();
+    void liftChanged();
     void labelInkChanged();
 
 private:
     QColor _ink = Qt::black;
+    double _lift = 0;
     QColor _labelInk = Qt::black;
 };
 

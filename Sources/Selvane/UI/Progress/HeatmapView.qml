@@ -7,6 +7,7 @@ HeatmapCanvas {
     id: root
 
     ink: Theme.solidPrimary
+    lift: Theme.trackLift
     labelInk: Theme.secondaryText
 
     Accessible.role: Accessible.Chart

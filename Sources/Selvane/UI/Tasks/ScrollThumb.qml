@@ -28,7 +28,7 @@ ScrollTrack {
         width: 4
         height: root.thumbHeight
         radius: 2
-        color: Theme.ink(root.pressed ? 0.5 : root.hovered ? 0.4 : 0.25)
+        color: Theme.mark(root.pressed ? 0.5 : root.hovered ? 0.4 : 0.25)
         opacity: presence.value
     }
 }

@@ -8,8 +8,8 @@ SessionDots {
 
     required property string tooltip
 
-    doneColor: Theme.ink(0.8)
-    openColor: Theme.ink(Theme.highContrast ? 0.4 : 0.18)
+    doneColor: Theme.mark(0.8)
+    openColor: Theme.mark(0.18)
 
     HoverHandler {
         id: hover

@@ -45,7 +45,7 @@ Column {
             width: 220
             height: 8
             radius: 4
-            color: Theme.ink(0.08)
+            color: Theme.track(0.08)
         }
 
         SpringValue {

@@ -110,7 +110,7 @@ void CycleDashes::draw(QPainter& painter) {
         ++index;
         if (!dash(index).intersects(wanted))
             continue;
-        painter.setBrush(faded(_ink, CycleDash::opacity(look, sinceStart)));
+        painter.setBrush(faded(_ink, lifted(CycleDash::opacity(look, sinceStart), _lift)));
         painter.drawRoundedRect(dash(index), dashHeight / 2, dashHeight / 2);
     }
 }

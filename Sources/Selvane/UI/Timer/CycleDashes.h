@@ -25,6 +25,8 @@ class CycleDashes : public selvane::SteppedItem {
     /// asks for fewer of its own.
     Q_PROPERTY(QString time READ time WRITE setTime NOTIFY timeChanged FINAL)
     Q_PROPERTY(QColor ink READ ink WRITE setInk NOTIFY changed FINAL)
+    /// Of the ink's opacity; 0 in the beginning.
+    Q_PROPERTY(double lift READ lift WRITE setLift NOTIFY changed FINAL)
 
     /// "Session 2 of 4"
     Q_PROPERTY(QString label READ label NOTIFY changed FINAL)
@@ -48,6 +50,8 @@ public:
     void setTime(const QString& time);
     [[nodiscard]] const QColor& ink() const { return _ink; }
     void setInk(const QColor& ink) { change(_ink, ink); }
+    [[nodiscard]] double lift() const { return _lift; }
+    void setLift(double lift) { change(_lift, lift); }
 
     [[nodiscard]] QString label() const;
     [[nodiscard]] QString tooltip() const;
@@ -82,6 +86,7 @@ private:
     bool _reducesMotion = false;
     QString _time;
     QColor _ink = Qt::black;
+    double _lift = 0;
     Seconds _pulseStart{0};
     bool _follows = false;
 };

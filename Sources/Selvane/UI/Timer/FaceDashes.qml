@@ -27,6 +27,7 @@ Item {
         time: root.model.time
         reducesMotion: Theme.reducesMotion
         ink: Theme.solidPrimary
+        lift: Theme.markLift
 
         HoverHandler {
             id: hover

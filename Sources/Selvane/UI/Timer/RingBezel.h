@@ -13,20 +13,26 @@ class RingBezel : public selvane::StillItem {
     QML_ELEMENT
 
     Q_PROPERTY(QColor ink READ ink WRITE setInk NOTIFY inkChanged FINAL)
+    /// Of the ink's opacity; 0 in the beginning.
+    Q_PROPERTY(double lift READ lift WRITE setLift NOTIFY liftChanged FINAL)
 
 public:
     explicit RingBezel(QQuickItem* parent = nullptr);
 
     [[nodiscard]] const QColor& ink() const { return _ink; }
     void setInk(const QColor& ink);
+    [[nodiscard]] double lift() const { return _lift; }
+    void setLift(double lift);
 
     void paint(QPainter* painter, const QSizeF& size) override;
 
 Q_SIGNALS:
     void inkChanged();
+    void liftChanged();
 
 private:
     QColor _ink = Qt::black;
+    double _lift = 0;
 };
 
 } // namespace selvane

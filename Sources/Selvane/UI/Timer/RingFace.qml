@@ -14,6 +14,7 @@ Item {
     RingBezel {
         anchors.fill: parent
         ink: Theme.solidPrimary
+        lift: Theme.trackLift
     }
 
     SpringValue {

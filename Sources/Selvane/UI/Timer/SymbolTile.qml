@@ -35,7 +35,7 @@ Pressable {
         spread: 4
         radius: 8
         color: Theme.ink(root.isSelected ? 0.14 : root.hovered ? 0.09 : 0.05)
-        edgeColor: Theme.ink(root.isSelected ? 0.35 : 0)
+        edgeColor: Theme.mark(root.isSelected ? 0.35 : 0)
         edgeWidth: 1
         ringed: root.visualFocus
         ringColor: Theme.focusRing
