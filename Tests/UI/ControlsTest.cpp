@@ -660,6 +660,29 @@ TEST_F(Controls, FieldTakesTextAndShowsItsPlaceholderWhenEmpty) {
     EXPECT_TRUE(known->state().focusable);
 }
 
+// Stops of the keyboard
+
+TEST_F(Controls, StopHasARingOnlyWhileTheKeyboardIsSeenThere) {
+    QQuickItem* const stop =
+        show(R"(KeyboardStop { width: 40; height: 20; ringTop: 10; ringColor: "black" })");
+    const auto isRinged = [&](QPoint place) { return lightness(stop->position().toPoint() + place) < 60; };
+    EXPECT_TRUE(stop->childItems().empty());
+    stop->forceActiveFocus(Qt::MouseFocusReason);
+    EXPECT_TRUE(stop->childItems().empty()) << "brought here by the mouse";
+    stop->setFocus(false);
+    key(Qt::Key_Tab);
+    ASSERT_TRUE(stop->hasActiveFocus());
+    EXPECT_TRUE(isRinged({20, 7})) << "above what it is around";
+    EXPECT_TRUE(isRinged({-3, 15}));
+    EXPECT_TRUE(isRinged({20, 22}));
+    EXPECT_FALSE(isRinged({20, -3}));
+    EXPECT_FALSE(isRinged({20, 15})) << "it is hollow";
+    stop->setSize({60, 20});
+    EXPECT_TRUE(isRinged({62, 15})) << "it goes along";
+    stop->setFocus(false);
+    EXPECT_TRUE(stop->childItems().empty());
+}
+
 // Tooltips
 
 class TipTest : public Controls {

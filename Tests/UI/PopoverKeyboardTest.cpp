@@ -1,4 +1,5 @@
 #include "PopoverFixture.h"
+#include "Selvane/UI/Controls/HoverTip.h"
 
 #include <gmock/gmock.h>
 
@@ -9,6 +10,8 @@ namespace {
 
 using testing::ElementsAre;
 using testing::ElementsAreArray;
+
+const std::string streak = "0-day streak. Hit today's goal to keep it going.";
 
 class PopoverKeyboardTest : public test::PopoverFixture {
 protected:
@@ -26,6 +29,12 @@ protected:
         return names;
     }
 
+    void tabTo(const std::string& name) const {
+        for (int stop = 0; stop < 40 && focused() != name; ++stop)
+            key(Qt::Key_Tab);
+        ASSERT_EQ(focused(), name);
+    }
+
     void addTasks() {
         for (const char* const title : {"Write", "Read"})
             model().addTask(title);
@@ -34,51 +43,75 @@ protected:
 };
 
 TEST_F(PopoverKeyboardTest, TabGoesFromTopToBottomWhileIdle) {
-    EXPECT_THAT(stops(),
-                ElementsAre("Phase: Focus", "More", "Focus icon", "25:00 remaining", "Choose a task…",
-                            "Start", "Skip", "Rain", "Volume", "Turn sound on", "Tasks", "Add a task…"));
+    EXPECT_THAT(stops(), ElementsAre("Phase: Focus", streak, "More", "Focus icon", "25:00 remaining",
+                                     "Session 1 of 4", "Choose a task…", "Start", "Skip", "Rain", "Volume",
+                                     "Turn sound on", "Tasks", "Add a task…"));
 }
 
 TEST_F(PopoverKeyboardTest, TabGoesFromTopToBottomWhileRunning) {
     engine().start();
     settle();
-    EXPECT_THAT(stops(), ElementsAre("Phase: Focus", "More", "Focus icon", "Choose a task…", "Reset", "Pause",
-                                     "Skip", "Rain", "Volume", "Turn sound on", "Tasks", "Add a task…"));
+    EXPECT_THAT(stops(), ElementsAre("Phase: Focus", streak, "More", "Focus icon", "Session 1 of 4",
+                                     "Choose a task…", "Reset", "Pause", "Skip", "Rain", "Volume",
+                                     "Turn sound on", "Tasks", "Add a task…"));
+}
+
+TEST_F(PopoverKeyboardTest, TabStopsAtTheCycleOfEveryStyle) {
+    for (const TimerStyle style : {TimerStyle::bar, TimerStyle::minimal}) {
+        model().settings().timerStyle.set(style);
+        settle();
+        EXPECT_THAT(stops(), testing::Contains("Session 1 of 4").Times(1)) << rawValue(style);
+    }
 }
 
 TEST_F(PopoverKeyboardTest, TabStopsOnceAtTheListOfTasks) {
     addTasks();
-    EXPECT_THAT(stops(), ElementsAre("Phase: Focus", "More", "Focus icon", "25:00 remaining",
-                                     "Choose a task…", "Start", "Skip", "Rain", "Volume", "Turn sound on",
-                                     "Tasks", "Write", "Add a task…"));
+    EXPECT_THAT(stops(), ElementsAre("Phase: Focus", streak, "More", "Focus icon", "25:00 remaining",
+                                     "Session 1 of 4", "Choose a task…", "Start", "Skip", "Rain", "Volume",
+                                     "Turn sound on", "Tasks", "Write", "Add a task…"));
 }
 
 TEST_F(PopoverKeyboardTest, TabStopsAtClearDoneOnceATaskIsDone) {
     addTasks();
     model().toggleTask(model().tasks().items.at(0).id);
     settle();
-    EXPECT_THAT(stops(), ElementsAre("Phase: Focus", "More", "Focus icon", "25:00 remaining",
-                                     "Choose a task…", "Start", "Skip", "Rain", "Volume", "Turn sound on",
-                                     "Tasks", "Clear done", "Write", "Add a task…"));
+    EXPECT_THAT(stops(), ElementsAre("Phase: Focus", streak, "More", "Focus icon", "25:00 remaining",
+                                     "Session 1 of 4", "Choose a task…", "Start", "Skip", "Rain", "Volume",
+                                     "Turn sound on", "Tasks", "Clear done", "Write", "Add a task…"));
 }
 
 TEST_F(PopoverKeyboardTest, TabGoesFromTopToBottomOfTheProgress) {
     addTasks();
     key(Qt::Key_2, Qt::ControlModifier);
-    EXPECT_THAT(stops(), ElementsAre("Phase: Focus", "More", "Focus icon", "25:00 remaining",
-                                     "Choose a task…", "Start", "Skip", "Rain", "Volume", "Turn sound on",
-                                     "Progress", "0 day streak", "Today: 0m of your 50m goal", "0 freezes",
-                                     "Last 18 weeks: focus on 0 days, goal met on 0"));
+    EXPECT_THAT(stops(),
+                ElementsAre("Phase: Focus", streak, "More", "Focus icon", "25:00 remaining", "Session 1 of 4",
+                            "Choose a task…", "Start", "Skip", "Rain", "Volume", "Turn sound on", "Progress",
+                            "0 day streak", "Today: 0m of your 50m goal", "0 freezes",
+                            "Last 18 weeks: focus on 0 days, goal met on 0"));
 }
 
 TEST_F(PopoverKeyboardTest, TabGoesFromTopToBottomOfTheProgressWhileRunning) {
     key(Qt::Key_2, Qt::ControlModifier);
     engine().start();
     settle();
-    EXPECT_THAT(stops(), ElementsAre("Phase: Focus", "More", "Focus icon", "Choose a task…", "Reset", "Pause",
-                                     "Skip", "Rain", "Volume", "Turn sound on", "Progress", "0 day streak",
-                                     "Today: 0m of your 50m goal", "0 freezes",
-                                     "Last 18 weeks: focus on 0 days, goal met on 0"));
+    EXPECT_THAT(stops(),
+                ElementsAre("Phase: Focus", streak, "More", "Focus icon", "Session 1 of 4", "Choose a task…",
+                            "Reset", "Pause", "Skip", "Rain", "Volume", "Turn sound on", "Progress",
+                            "0 day streak", "Today: 0m of your 50m goal", "0 freezes",
+                            "Last 18 weeks: focus on 0 days, goal met on 0"));
+}
+
+TEST_F(PopoverKeyboardTest, KeyboardBringsUpTheWordsOfTheStreakAndOfTheCycle) {
+    const auto words = [this] {
+        const auto* const tip = window->activeFocusItem()->findChild<HoverTip*>();
+        return tip && tip->isVisible() ? tip->text().toStdString() : std::string();
+    };
+    tabTo(streak);
+    EXPECT_EQ(words(), streak);
+    const auto* const tip = window->activeFocusItem()->findChild<HoverTip*>();
+    tabTo("Session 1 of 4");
+    EXPECT_EQ(words(), "Session 1 of 4 before a long break");
+    EXPECT_FALSE(tip->isVisible()) << "the words go with the keyboard";
 }
 
 TEST_F(PopoverKeyboardTest, BacktabGoesTheSameWayBack) {
@@ -93,7 +126,7 @@ TEST_F(PopoverKeyboardTest, MinutesBeingTypedAreAStopInPlaceOfTheTime) {
     press(QStringLiteral("25:00 remaining"));
     EXPECT_EQ(focused(), "Minutes");
     key(Qt::Key_Tab);
-    EXPECT_EQ(focused(), "Choose a task…");
+    EXPECT_EQ(focused(), "Session 1 of 4");
 }
 
 } // namespace

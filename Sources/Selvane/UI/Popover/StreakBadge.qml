@@ -2,21 +2,25 @@ import QtQuick
 import Selvane.Controls
 import Selvane.Popover
 
-/// How many days in a row have reached their goal.
-Row {
+/// How many days in a row have reached their goal. The pointer and the keyboard bring up what that means for today.
+KeyboardStop {
     id: root
 
     required property HeaderModel model
 
     readonly property color ink: model.isTodayMet ? Theme.primaryText : Theme.secondaryText
 
-    width: Math.ceil(implicitWidth)
-    spacing: 3
+    implicitWidth: Math.ceil(number.x + number.implicitWidth)
+    implicitHeight: Math.max(flame.height, number.height)
+    ringColor: Theme.focusRing
 
     Accessible.role: Accessible.StaticText
     Accessible.name: model.streakTooltip
+    Accessible.focusable: true
 
     Symbol {
+        id: flame
+
         anchors.verticalCenter: parent.verticalCenter
         name: "flame.fill"
         size: 13
@@ -25,6 +29,10 @@ Row {
     }
 
     Text {
+        id: number
+
+        anchors.left: flame.right
+        anchors.leftMargin: 3
         anchors.verticalCenter: parent.verticalCenter
         text: root.model.streak
         color: root.ink
@@ -39,6 +47,6 @@ Row {
 
     HoverTip {
         text: root.model.streakTooltip
-        visible: hover.hovered
+        visible: hover.hovered || root.visualFocus
     }
 }

@@ -10,21 +10,12 @@ KeyboardStop {
     property string tip: ""
 
     activeFocusOnTab: tip !== ""
+    ringColor: Theme.focusRing
 
     Accessible.role: Accessible.StaticText
     Accessible.name: name
     Accessible.description: tip
     Accessible.focusable: activeFocusOnTab
-
-    Rectangle {
-        anchors.fill: parent
-        anchors.margins: -4
-        visible: root.visualFocus
-        radius: 6
-        color: "transparent"
-        border.width: 2
-        border.color: Theme.focusRing
-    }
 
     HoverHandler {
         id: hover

@@ -2,8 +2,8 @@ import QtQuick
 import Selvane.Controls
 import Selvane.Timer
 
-/// The dashes of the cycle, for the eye, the pointer and the screen reader.
-Item {
+/// The dashes of the cycle, for the eye, the pointer, the keyboard and the screen reader.
+KeyboardStop {
     id: root
 
     required property TimerFaceModel model
@@ -11,10 +11,13 @@ Item {
 
     implicitWidth: dashes.implicitWidth
     implicitHeight: topPadding + dashes.implicitHeight
+    ringColor: Theme.focusRing
+    ringTop: topPadding
 
     Accessible.role: Accessible.StaticText
     Accessible.name: dashes.label
     Accessible.description: dashes.tooltip
+    Accessible.focusable: true
 
     CycleDashes {
         id: dashes
@@ -38,7 +41,7 @@ Item {
 
         HoverTip {
             text: dashes.tooltip
-            visible: hover.hovered
+            visible: hover.hovered || root.visualFocus
         }
     }
 }
