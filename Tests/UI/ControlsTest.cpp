@@ -819,5 +819,15 @@ TEST_F(TipTest, ButtonShowsItUnderThePointerAndUnderTheKeyboard) {
     EXPECT_TRUE(tip->isVisible());
 }
 
+TEST_F(TipTest, ButtonThatCantBeUsedShowsItToo) {
+    QQuickItem* const button = show(R"(PillButton { text: "Reset"; tooltip: "Reset this"; enabled: false })");
+    HoverTip* const tip = button->findChild<HoverTip*>();
+    QTest::mouseMove(&window, {5, 5});
+    EXPECT_FALSE(tip->isVisible());
+    QTest::mouseMove(&window, middle(button));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return tip->isVisible(); }));
+    EXPECT_FALSE(button->property("hovered").toBool());
+}
+
 } // namespace
 } // namespace selvane

@@ -177,6 +177,22 @@ TEST_F(PressAreaTest, NeitherHoveredNorPressedOnceItIsOutOfUse) {
     }
 }
 
+TEST_F(PressAreaTest, PointerIsKnownOfButHoversNothingWhileItIsOutOfUse) {
+    button->setEnabled(false);
+    moveOnto();
+    EXPECT_TRUE(comesToBe("pointed"));
+    EXPECT_FALSE(is("hovered"));
+    const QSignalSpy hovers(button, SIGNAL(hoveredChanged()));
+    button->setEnabled(true);
+    EXPECT_TRUE(is("hovered"));
+    button->setEnabled(false);
+    EXPECT_FALSE(is("hovered"));
+    EXPECT_EQ(hovers.count(), 2);
+    move(outside());
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !is("pointed"); }));
+    EXPECT_EQ(hovers.count(), 2);
+}
+
 TEST_F(PressAreaTest, KeyHeldWhileItGoesOutOfUseIsNoClick) {
     takeKeyboard();
     sendKey(QEvent::KeyPress, Qt::Key_Space, false);

@@ -27,8 +27,11 @@ void PressArea::setDown(bool down) {
         Q_EMIT downChanged();
 }
 
-void PressArea::setHovered(bool hovered) {
-    if (std::exchange(_hovered, hovered) != hovered)
+void PressArea::setPointed(bool pointed) {
+    if (std::exchange(_pointed, pointed) == pointed)
+        return;
+    Q_EMIT pointedChanged();
+    if (isEnabled())
         Q_EMIT hoveredChanged();
 }
 
@@ -50,17 +53,17 @@ void PressArea::release() {
 // The pointer
 
 void PressArea::hoverEnterEvent(QHoverEvent* event) {
-    setHovered(true);
+    setPointed(true);
     event->ignore();
 }
 
 void PressArea::hoverMoveEvent(QHoverEvent* event) {
-    setHovered(contains(event->position()));
+    setPointed(contains(event->position()));
     event->ignore();
 }
 
 void PressArea::hoverLeaveEvent(QHoverEvent* event) {
-    setHovered(false);
+    setPointed(false);
     event->ignore();
 }
 
@@ -115,10 +118,14 @@ void PressArea::focusOutEvent(QFocusEvent* event) {
 
 void PressArea::itemChange(ItemChange change, const ItemChangeData& data) {
     KeyboardStop::itemChange(change, data);
-    if ((change == ItemEnabledHasChanged || change == ItemVisibleHasChanged) && !data.boolValue) {
-        setHovered(false);
+    if (change != ItemEnabledHasChanged && change != ItemVisibleHasChanged)
+        return;
+    if (change == ItemVisibleHasChanged && !data.boolValue)
+        setPointed(false);
+    if (change == ItemEnabledHasChanged && _pointed)
+        Q_EMIT hoveredChanged();
+    if (!data.boolValue)
         setPressed(false);
-    }
 }
 
 // What it holds

@@ -22,6 +22,8 @@ class PressArea : public selvane::KeyboardStop {
     QML_ELEMENT
 
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged FINAL)
+    /// The pointer is on it, also where it can't be used.
+    Q_PROPERTY(bool pointed READ isPointed NOTIFY pointedChanged FINAL)
     /// The pointer is on it, and it is in use.
     Q_PROPERTY(bool hovered READ isHovered NOTIFY hoveredChanged FINAL)
     /// The mouse, which is on it, or Space holds it.
@@ -52,7 +54,8 @@ public:
 
     [[nodiscard]] const QString& text() const { return _text; }
     void setText(const QString& text);
-    [[nodiscard]] bool isHovered() const { return _hovered; }
+    [[nodiscard]] bool isPointed() const { return _pointed; }
+    [[nodiscard]] bool isHovered() const { return _pointed && isEnabled(); }
     [[nodiscard]] bool isPressed() const { return _pressed; }
     [[nodiscard]] bool isDown() const { return _pressed || _down; }
     void setDown(bool down);
@@ -87,6 +90,7 @@ Q_SIGNALS:
     void clicked();
 
     void textChanged();
+    void pointedChanged();
     void hoveredChanged();
     void pressedChanged();
     void downChanged();
@@ -118,7 +122,7 @@ protected:
 private:
     using SetSide = void (QMarginsF::*)(qreal);
 
-    void setHovered(bool hovered);
+    void setPointed(bool pointed);
     void setPressed(bool pressed);
     /// The press is over and was a click if the button is still pressed.
     void release();
@@ -131,7 +135,7 @@ private:
     void placeBackground();
 
     QString _text;
-    bool _hovered = false;
+    bool _pointed = false;
     bool _pressed = false;
     bool _down = false;
     QPointer<QQuickItem> _content;

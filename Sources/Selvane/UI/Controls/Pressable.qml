@@ -21,6 +21,6 @@ PressArea {
 
     HoverTip {
         text: root.tooltip
-        visible: root.enabled && !root.pressed && (root.hovered || root.visualFocus)
+        visible: !root.pressed && (root.pointed || root.visualFocus)
     }
 }
