@@ -1,5 +1,7 @@
 #include "Selvane/UI/Controls/Glass.h"
 
+#include "Selvane/UI/Controls/Ink.h"
+
 namespace selvane {
 
 namespace {
@@ -10,17 +12,6 @@ QColor white(double alpha) {
 
 QColor black(double alpha) {
     return QColor::fromRgbF(0, 0, 0, static_cast<float>(alpha));
-}
-
-/// One translucent colour for two that lie on each other.
-QColor over(const QColor& upper, const QColor& lower) {
-    const float below = lower.alphaF() * (1 - upper.alphaF());
-    const float alpha = upper.alphaF() + below;
-    if (alpha <= 0)
-        return lower;
-    const auto mix = [&](float up, float down) { return (up * upper.alphaF() + down * below) / alpha; };
-    return QColor::fromRgbF(mix(upper.redF(), lower.redF()), mix(upper.greenF(), lower.greenF()),
-                            mix(upper.blueF(), lower.blueF()), alpha);
 }
 
 void coat(CapsuleColors& colors, const QColor& color) {

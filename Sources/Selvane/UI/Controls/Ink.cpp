@@ -11,6 +11,16 @@ QColor faded(const QColor& color, double opacity) {
     return result;
 }
 
+QColor over(const QColor& upper, const QColor& lower) {
+    if (upper.alpha() == 0)
+        return lower;
+    const float below = lower.alphaF() * (1 - upper.alphaF());
+    const float alpha = upper.alphaF() + below;
+    const auto mix = [&](float up, float down) { return (up * upper.alphaF() + down * below) / alpha; };
+    return QColor::fromRgbF(mix(upper.redF(), lower.redF()), mix(upper.greenF(), lower.greenF()),
+                            mix(upper.blueF(), lower.blueF()), alpha);
+}
+
 double lifted(double opacity, double lift) {
     return std::lerp(lift, 1.0, opacity);
 }

@@ -7,6 +7,9 @@ namespace selvane {
 /// The color with its own opacity times another.
 [[nodiscard]] QColor faded(const QColor& color, double opacity);
 
+/// One color for two that lie on each other.
+[[nodiscard]] QColor over(const QColor& upper, const QColor& lower);
+
 /// An opacity on a scale that begins at the lift instead of at 0.
 [[nodiscard]] double lifted(double opacity, double lift);
 

@@ -1,5 +1,7 @@
 #include "Selvane/UI/Controls/RoundedShape.h"
 
+#include "Selvane/UI/Controls/Ink.h"
+
 #include <QDataStream>
 #include <QPainter>
 #include <QQuickWindow>
@@ -25,19 +27,6 @@ bool isSeen(const QBrush& brush) {
 
 QRectF within(const QRectF& outer, double width) {
     return outer.adjusted(width, width, -width, -width);
-}
-
-/// What is seen where one color lies over another.
-QColor over(const QColor& lower, const QColor& upper) {
-    const float share = upper.alphaF();
-    if (share <= 0)
-        return lower;
-    const float opacity = share + lower.alphaF() * (1 - share);
-    const auto mixed = [&](float below, float above) {
-        return (above * share + below * lower.alphaF() * (1 - share)) / opacity;
-    };
-    return QColor::fromRgbF(mixed(lower.redF(), upper.redF()), mixed(lower.greenF(), upper.greenF()),
-                            mixed(lower.blueF(), upper.blueF()), opacity);
 }
 
 /// What lies within a shape but not within the same shape drawn smaller by a width.
@@ -111,7 +100,7 @@ void RoundedShape::paint(QPainter* painter, const QSizeF& size) {
     if (isEven(inside) && isEven(outline) && !isSeen(_shadow)) {
         painter->setCompositionMode(paintsOnEmptyGround);
         painter->fillPath(roundedRectangle(shape, radius, Corners::continuous),
-                          over(inside.color(), outline.color()));
+                          over(outline.color(), inside.color()));
         if (isSeen(outline))
             painter->fillPath(
                 roundedRectangle(within(shape, width), std::max(radius - width, 0.0), Corners::continuous),

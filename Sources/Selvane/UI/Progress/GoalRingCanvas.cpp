@@ -1,5 +1,6 @@
 #include "Selvane/UI/Progress/GoalRingCanvas.h"
 
+#include "Selvane/UI/Controls/Digits.h"
 #include "Selvane/UI/Controls/Ink.h"
 #include "Selvane/UI/Progress/HeatmapPainting.h"
 #include "Selvane/UI/Progress/ProgressText.h"
@@ -8,7 +9,6 @@
 #include <QGuiApplication>
 #include <QPainter>
 
-#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -39,13 +39,6 @@ QFont fitting(int size, QFont::Weight weight, double room, Width widthOf) {
     while (size > smallestSize && widthOf(QFontMetricsF(font)) > room)
         font.setPixelSize(--size);
     return font;
-}
-
-double digitWidth(const QFontMetricsF& metrics) {
-    double widest = 0;
-    for (char16_t digit = u'0'; digit <= u'9'; ++digit)
-        widest = std::max(widest, metrics.horizontalAdvance(QChar(digit)));
-    return widest;
 }
 
 } // namespace
@@ -121,7 +114,7 @@ void GoalRingCanvas::paint(QPainter* painter, const QSizeF& /*size*/) {
 void GoalRingCanvas::paintRing(QPainter& painter) const {
     const QRectF circle =
         QRectF(0, 0, side, side).marginsRemoved({lineWidth / 2, lineWidth / 2, lineWidth / 2, lineWidth / 2});
-    painter.setPen(QPen(HeatmapPainting::faded(_ink, lifted(trackOpacity, _lift)), lineWidth));
+    painter.setPen(QPen(faded(_ink, lifted(trackOpacity, _lift)), lineWidth));
     painter.drawEllipse(circle);
 
     // In sixteenths of a degree, which are finer than any screen.
@@ -134,10 +127,10 @@ void GoalRingCanvas::paintNumber(QPainter& painter) const {
     const QString number = QString::number(_minutes);
     const auto count = static_cast<double>(number.size());
     painter.setFont(fitting(numberSize, QFont::DemiBold, numberRoom,
-                            [&](const QFontMetricsF& metrics) { return count * digitWidth(metrics); }));
+                            [&](const QFontMetricsF& metrics) { return count * widestDigit(metrics); }));
     painter.setPen(_textInk);
     const QFontMetricsF metrics(painter.font());
-    const double cell = digitWidth(metrics);
+    const double cell = widestDigit(metrics);
     double left = (side - count * cell) / 2;
     for (const QChar digit : number) {
         painter.drawText(QPointF(left + (cell - metrics.horizontalAdvance(digit)) / 2, numberLine),

@@ -276,12 +276,11 @@ void HeatmapCanvas::paintSquares(QPainter& painter, double scale) const {
     for (int offset = 0; const HeatmapGrid::Square& day : _grid->squares()) {
         const QPointF place = square(offset++).topLeft();
         const QPointF corner(crispPlace(place.x(), scale), crispPlace(place.y(), scale));
-        HeatmapPainting::fillSquare(
-            painter, corner, side, side * roundness,
-            HeatmapPainting::faded(_ink, lifted(HeatmapPainting::opacityOfLevel(day.level), _lift)));
+        HeatmapPainting::fillSquare(painter, corner, side, side * roundness,
+                                    faded(_ink, lifted(HeatmapPainting::opacityOfLevel(day.level), _lift)));
         if (day.outline != HeatmapGrid::Outline::none)
             HeatmapPainting::outlineSquare(painter, corner, side, side * roundness,
-                                           HeatmapPainting::faded(_ink, outlineOpacity(day.outline)));
+                                           faded(_ink, outlineOpacity(day.outline)));
     }
 }
 

@@ -77,9 +77,8 @@ void HeatmapLegendCanvas::paint(QPainter* painter, const QSizeF& /*size*/) {
     for (int level = 0; level < levels; ++level) {
         const double left = crispPlace(firstSquare() + level * (side + gap), scale);
         const double top = crispPlace((lineHeight - side) / 2, scale);
-        HeatmapPainting::fillSquare(
-            *painter, {left, top}, drawnSide, radius,
-            HeatmapPainting::faded(_ink, lifted(HeatmapPainting::opacityOfLevel(level), _lift)));
+        HeatmapPainting::fillSquare(*painter, {left, top}, drawnSide, radius,
+                                    faded(_ink, lifted(HeatmapPainting::opacityOfLevel(level), _lift)));
     }
 }
 

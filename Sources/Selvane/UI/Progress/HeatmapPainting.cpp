@@ -32,12 +32,6 @@ double scaleOf(const QPainter& painter) {
     return painter.deviceTransform().m11();
 }
 
-QColor faded(const QColor& color, double opacity) {
-    QColor result = color;
-    result.setAlphaF(static_cast<float>(color.alphaF() * opacity));
-    return result;
-}
-
 void fillSquare(QPainter& painter, QPointF corner, double side, double radius, const QColor& color) {
     painter.fillPath(squarePath(corner, side, radius), color);
 }

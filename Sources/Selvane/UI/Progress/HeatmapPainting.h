@@ -15,8 +15,6 @@ namespace selvane::HeatmapPainting {
 /// How many pixels of the screen there are to one of the window.
 [[nodiscard]] double scaleOf(const QPainter& painter);
 
-[[nodiscard]] QColor faded(const QColor& color, double opacity);
-
 /// Fills a square whose corners bend continuously.
 void fillSquare(QPainter& painter, QPointF corner, double side, double radius, const QColor& color);
 /// Draws a line of width 1 along the inside of such a square.

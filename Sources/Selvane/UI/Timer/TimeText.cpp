@@ -1,5 +1,7 @@
 #include "Selvane/UI/Timer/TimeText.h"
 
+#include "Selvane/UI/Controls/Digits.h"
+
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QPainter>
@@ -37,10 +39,8 @@ QFont timeFont(int pixelSize) {
 Measures measure(const QFont& font) {
     const QFontMetricsF metrics(font);
     const double tracking = trackingOfSize * font.pixelSize();
-    double widest = 0;
-    for (char16_t digit = u'0'; digit <= u'9'; ++digit)
-        widest = std::max(widest, metrics.horizontalAdvance(QChar(digit)));
-    return {std::round(widest + tracking), std::round(metrics.horizontalAdvance(QChar(u':')) + tracking)};
+    return {std::round(widestDigit(metrics) + tracking),
+            std::round(metrics.horizontalAdvance(QChar(u':')) + tracking)};
 }
 
 /// Times of one shape lie in the same cells.
