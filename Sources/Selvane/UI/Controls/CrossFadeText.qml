@@ -1,8 +1,8 @@
 import QtQuick
 import Selvane.Controls
 
-/// Words that fade into other words, as fast as a spring of that response settles. Assistive technology hears of the
-/// new ones at once.
+/// Words that fade into other words within that response, as on a spring. Assistive technology hears of the new ones at
+/// once.
 Text {
     id: root
 

@@ -7,7 +7,7 @@
 namespace selvane {
 
 /// The motion of a mass on a damped spring that is released at rest at 0 and settles at 1, as a duration and
-/// an easing curve for an animation. The one place where motion gets its shape.
+/// an easing curve for an animation. All that moves gets its shape here.
 ///
 /// The angular frequency is 2π ÷ response; a damping fraction of 1 settles fastest without passing the
 /// target, below 1 the motion passes it and swings back. Main thread.
