@@ -484,6 +484,20 @@ TEST_F(PopoverPanelTest, MusicMenuChoosesSoundsAndSources) {
     EXPECT_EQ(harness.journal.count("music.play"), 1);
 }
 
+TEST_F(PopoverPanelTest, SoundsSymbolGivesWayToTheOther) {
+    const auto* const button = qobject_cast<QQuickItem*>(
+        find(QAccessible::queryAccessibleInterface(window), QStringLiteral("Turn sound on"))->object());
+    std::vector<const QQuickItem*> symbols;
+    collectItems(button, "selvane::Symbol", symbols);
+    ASSERT_EQ(symbols.size(), 1U);
+    harness.answers.isMusicPlaying = true;
+    harness.model().music().changed.emit();
+    EXPECT_EQ(symbols.front()->property("shown").toString(), QStringLiteral("speaker.slash"));
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return symbols.front()->property("shown").toString() == QStringLiteral("speaker.wave.2.fill");
+    }));
+}
+
 TEST_F(PopoverPanelTest, VolumeSliderIsThereForAmbientSoundAlone) {
     EXPECT_TRUE(shows(QStringLiteral("Volume")));
     for (const MusicSource source : {MusicSource::appleMusic, MusicSource::spotify, MusicSource::none}) {

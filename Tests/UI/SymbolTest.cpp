@@ -8,6 +8,7 @@
 #include <QQuickWindow>
 #include <QSGImageNode>
 #include <QSignalSpy>
+#include <QTest>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -146,6 +147,30 @@ TEST_F(SymbolItem, ShowsNothingWithoutANameAndSomethingAgain) {
     EXPECT_EQ(shown(), empty());
     symbol.setName(QStringLiteral("flame"));
     EXPECT_EQ(shown(), before);
+}
+
+TEST_F(SymbolItem, ReplacedSymbolShrinksAndGrowsAgainAsTheOther) {
+    const QSignalSpy shownNames(&symbol, &Symbol::shownChanged);
+    symbol.setReplacing(true);
+    symbol.setName(QStringLiteral("leaf"));
+    EXPECT_EQ(symbol.shown(), QStringLiteral("flame"));
+    symbol.setName(QStringLiteral("waveform"));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return symbol.scale() < 0.5; }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return symbol.shown() == QStringLiteral("waveform"); }));
+    EXPECT_LT(symbol.scale(), 0.5);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return symbol.scale() == 1; }));
+    EXPECT_EQ(shownNames.count(), 1) << "what came between was never seen";
+    EXPECT_EQ(shown(), window(QStringLiteral("waveform"), {16, SymbolWeight::medium}, Qt::black, middle));
+}
+
+TEST_F(SymbolItem, WithoutReplacingTheOtherIsThereAtOnce) {
+    symbol.setName(QStringLiteral("leaf"));
+    EXPECT_EQ(symbol.shown(), QStringLiteral("leaf"));
+    symbol.setReplacing(true);
+    symbol.setName(QStringLiteral("waveform"));
+    symbol.setReplacing(false);
+    EXPECT_EQ(symbol.shown(), QStringLiteral("waveform")) << "also in the middle of it";
+    EXPECT_EQ(symbol.scale(), 1);
 }
 
 TEST_F(SymbolItem, TellsOfChangesOnce) {

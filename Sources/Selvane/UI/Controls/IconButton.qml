@@ -8,6 +8,8 @@ Pressable {
     required property string symbol
     property real symbolSize: 13
     property int symbolWeight: Symbol.Medium
+    /// Whether another symbol takes the place of this one softly.
+    property bool replaces: false
     property color symbolColor: enabled ? Theme.primaryText : Theme.tertiaryText
 
     implicitWidth: 26
@@ -18,6 +20,7 @@ Pressable {
         Symbol {
             anchors.centerIn: parent
             name: root.symbol
+            replaces: root.replaces && !Theme.reducesMotion
             size: root.symbolSize
             weight: root.symbolWeight
             color: root.symbolColor

@@ -1,9 +1,12 @@
 #include "Selvane/UI/Controls/Symbol.h"
 
+#include "Selvane/UI/Controls/Spring.h"
 #include "Selvane/UI/Symbols/SymbolImages.h"
 
 #include <QQuickWindow>
 #include <QSGImageNode>
+#include <QSignalBlocker>
+#include <QVariantAnimation>
 
 #include <cmath>
 #include <utility>
@@ -56,8 +59,58 @@ void Symbol::setName(const QString& name) {
     if (_name == name)
         return;
     _name = name;
-    update();
+    if (_replaces && isComponentComplete())
+        scaleTo(0, 0.15, 1);
+    else
+        show();
     Q_EMIT nameChanged();
+}
+
+void Symbol::setReplacing(bool replaces) {
+    if (std::exchange(_replaces, replaces) == replaces)
+        return;
+    if (_motion && !replaces) {
+        _motion->stop();
+        setScale(1);
+        show();
+    }
+    Q_EMIT replacesChanged();
+}
+
+void Symbol::show() {
+    if (std::exchange(_shown, _name) == _name)
+        return;
+    update();
+    Q_EMIT shownChanged();
+}
+
+void Symbol::scaleTo(double scale, double response, double dampingFraction) {
+    if (!_motion) {
+        _motion = new QVariantAnimation(this);
+        connect(_motion, &QVariantAnimation::valueChanged, this,
+                [this](const QVariant& value) { setScale(value.toDouble()); });
+        connect(_motion, &QVariantAnimation::finished, this, [this] {
+            if (_motion->endValue().toDouble() > 0) {
+                update();
+                return;
+            }
+            show();
+            scaleTo(1, 0.2, 0.85);
+        });
+    }
+    Spring spring;
+    spring.setResponse(response);
+    spring.setDampingFraction(dampingFraction);
+    {
+        // What is set tells at once where the motion would be by now, one that has ended too.
+        const QSignalBlocker quiet(_motion);
+        _motion->stop();
+        _motion->setStartValue(this->scale());
+        _motion->setEndValue(scale);
+        _motion->setDuration(spring.duration());
+        _motion->setEasingCurve(spring.curve());
+    }
+    _motion->start();
 }
 
 void Symbol::setSize(double size) {
@@ -90,12 +143,12 @@ void Symbol::setLevel(int level) {
 }
 
 int Symbol::parts() const {
-    return _images->parts(_name);
+    return _images->parts(_shown);
 }
 
 QSGNode* Symbol::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
     const double ratio = window()->effectiveDevicePixelRatio();
-    const QImage image = _images->tinted(_name, {_size, symbolWeight(_weight), ratio, _level}, _color);
+    const QImage image = _images->tinted(_shown, {_size, symbolWeight(_weight), ratio, _level}, _color);
     if (image.isNull()) {
         delete node;
         return nullptr;
@@ -109,9 +162,13 @@ QSGNode* Symbol::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
     picture->setTexture(window()->createTextureFromImage(image, QQuickWindow::TextureHasAlphaChannel));
     picture->setFiltering(smooth() ? QSGTexture::Linear : QSGTexture::Nearest);
 
-    // The middle of the item may lie between pixels; the picture may not, or it would be blurred.
     const QSizeF side = image.deviceIndependentSize();
     const QPointF wanted((width() - side.width()) / 2, (height() - side.height()) / 2);
+    if (scale() != 1) {
+        picture->setRect(QRectF(wanted, side));
+        return picture;
+    }
+    // The middle of the item may lie between pixels; the picture may not, or it would be blurred.
     const QPointF inWindow = mapToScene(wanted);
     const auto onPixel = [ratio](double value) { return std::round(value * ratio) / ratio; };
     const QPointF corner = mapFromScene(QPointF(onPixel(inWindow.x()), onPixel(inWindow.y())));

@@ -7,6 +7,8 @@
 
 #include <memory>
 
+class QVariantAnimation;
+
 namespace selvane {
 
 class SymbolImages;
@@ -19,6 +21,10 @@ class Symbol : public QQuickItem {
     QML_ELEMENT
 
     Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged FINAL)
+    /// What is drawn: the name, or the former one as long as that goes.
+    Q_PROPERTY(QString shown READ shown NOTIFY shownChanged FINAL)
+    /// Whether another name makes the symbol shrink and grow again as the other. False in the beginning.
+    Q_PROPERTY(bool replaces READ isReplacing WRITE setReplacing NOTIFY replacesChanged FINAL)
     /// Drawn to stand beside text of this size, in pixels of the window. The item wants to be a square
     /// of 1.25 times that, to the next whole pixel.
     Q_PROPERTY(double size READ size WRITE setSize NOTIFY sizeChanged FINAL)
@@ -27,7 +33,7 @@ class Symbol : public QQuickItem {
     /// The last of the symbol's parts that is fully lit; those after it are faint. Negative: all are lit.
     Q_PROPERTY(int level READ level WRITE setLevel NOTIFY levelChanged FINAL)
     /// How many parts can light up one after another; 0 for most symbols.
-    Q_PROPERTY(int parts READ parts NOTIFY nameChanged FINAL)
+    Q_PROPERTY(int parts READ parts NOTIFY shownChanged FINAL)
 
 public:
     /// As heavy as text of the weight of that name.
@@ -39,6 +45,9 @@ public:
 
     [[nodiscard]] const QString& name() const { return _name; }
     void setName(const QString& name);
+    [[nodiscard]] const QString& shown() const { return _shown; }
+    [[nodiscard]] bool isReplacing() const { return _replaces; }
+    void setReplacing(bool replaces);
     [[nodiscard]] double size() const { return _size; }
     void setSize(double size);
     [[nodiscard]] Weight weight() const { return _weight; }
@@ -51,6 +60,8 @@ public:
 
 Q_SIGNALS:
     void nameChanged();
+    void shownChanged();
+    void replacesChanged();
     void sizeChanged();
     void weightChanged();
     void colorChanged();
@@ -62,8 +73,16 @@ protected:
     void itemChange(ItemChange change, const ItemChangeData& data) override;
 
 private:
+    void show();
+    /// Moves the scale there, as a spring does.
+    void scaleTo(double scale, double response, double dampingFraction);
+
     std::shared_ptr<SymbolImages> _images;
     QString _name;
+    QString _shown;
+    bool _replaces = false;
+    /// A child, made for the first replacement.
+    QVariantAnimation* _motion = nullptr;
     double _size = 13;
     Weight _weight = Medium;
     QColor _color = Qt::black;

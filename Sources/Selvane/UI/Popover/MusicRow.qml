@@ -68,6 +68,7 @@ Item {
         anchors.rightMargin: 6
         anchors.verticalCenter: parent.verticalCenter
         symbol: root.model.soundSymbol
+        replaces: true
         tooltip: root.model.soundTooltip
         enabled: root.model.canPlay
         onClicked: root.model.toggleSound()

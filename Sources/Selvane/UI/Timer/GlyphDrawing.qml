@@ -12,38 +12,17 @@ Item {
         id: symbol
 
         anchors.centerIn: parent
-        visible: name !== ""
+        visible: shown !== ""
         name: root.name
+        replaces: !Theme.reducesMotion
         size: 13
         weight: Symbol.Medium
         color: root.hovering ? Theme.primaryText : Theme.secondaryText
-
-        Behavior on name {
-            enabled: !Theme.reducesMotion
-
-            SequentialAnimation {
-                SpringMotion {
-                    target: symbol
-                    property: "scale"
-                    to: 0
-                    response: 0.15
-                    dampingFraction: 1
-                }
-                PropertyAction {}
-                SpringMotion {
-                    target: symbol
-                    property: "scale"
-                    to: 1
-                    response: 0.2
-                    dampingFraction: 0.85
-                }
-            }
-        }
     }
 
     Rectangle {
         anchors.centerIn: parent
-        visible: symbol.name === ""
+        visible: symbol.shown === ""
         width: 3
         height: 3
         radius: 1.5
