@@ -10,6 +10,7 @@
 #include "Selvane/Platform/Linux/DesktopAppearance.h"
 #include "Selvane/Platform/Linux/FileDefaultsStore.h"
 #include "Selvane/Platform/Linux/FreedesktopNotifications.h"
+#include "Selvane/Platform/Linux/HeapRoom.h"
 #include "Selvane/Platform/Linux/LinuxAttentionSignal.h"
 #include "Selvane/Platform/Linux/LinuxProcessActivity.h"
 #include "Selvane/Platform/Linux/LinuxScheduler.h"
@@ -42,6 +43,7 @@
 #include <malloc.h>
 
 #include <array>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -107,6 +109,9 @@ std::vector<std::string> preferFramesOfFewWakeUps() {
     }
     return chosen;
 }
+
+/// About what the panel has on the heap when its first frame is drawn, in bytes.
+constexpr std::size_t panelHeap = 4U << 20U;
 
 constexpr auto usage = R"(Usage: selvane [--service | --help | --version]
 
@@ -256,7 +261,11 @@ int run(QGuiApplication& application, const std::string& startName, SingleInstan
         .presses = &presses,
         .activations = &activations,
         .programWindows = &programWindows,
-        .makePanel = PanelLoader::load,
+        .makePanel =
+            [](const PanelContext& context) {
+                HeapRoom::make(panelHeap);
+                return PanelLoader::load(context);
+            },
         .prepareToMakePanel = PanelLoader::prepare,
         .giveBackMemory = giveBackMemory,
         .placer = placer.get(),

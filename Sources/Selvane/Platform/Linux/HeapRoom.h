@@ -1,0 +1,12 @@
+#pragma once
+
+#include <cstddef>
+
+namespace selvane::HeapRoom {
+
+/// Lets the heap grow by so many bytes at once, with the memory in place: got page by page, as it is first
+/// used, it costs several times the time. What isn't used goes back with the next `malloc_trim`. Takes about
+/// half a millisecond for a megabyte. Main thread, whose heap it is.
+void make(std::size_t bytes);
+
+} // namespace selvane::HeapRoom
