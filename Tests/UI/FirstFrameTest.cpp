@@ -12,6 +12,8 @@
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QSignalSpy>
+#include <QTest>
 #include <QUrl>
 
 #include <gmock/gmock.h>
@@ -72,6 +74,8 @@ protected:
     void make() {
         engine.addUrlInterceptor(&reading);
         model = std::make_unique<PopoverModel>(harness.model(), appearance, harness.scheduler, nullptr);
+        if (isBegun)
+            model->begin();
         QQmlComponent component(
             &engine, QUrl(QStringLiteral("qrc:/qt-project.org/imports/Selvane/Popover/Popover.qml")));
         popover.reset(qobject_cast<QQuickItem*>(component.createWithInitialProperties(
@@ -99,6 +103,8 @@ protected:
     test::ModelHarness harness;
     test::FakeAppearance appearance;
     Reading reading;
+    /// Whether it is that of a panel that has just been made.
+    bool isBegun = false;
     std::unique_ptr<PopoverModel> model;
     QQmlEngine engine;
     std::unique_ptr<QQuickItem> popover;
@@ -109,6 +115,16 @@ TEST_F(FirstFrameTest, ReadsWhatItDraws) {
     for (const char* const file :
          {"Popover.qml", "TimerFace.qml", "RingFace.qml", "PhaseMenu.qml", "TaskListView.qml", "TaskRow.qml"})
         EXPECT_THAT(reading.names(), Contains(file));
+}
+
+TEST_F(FirstFrameTest, ReadsNothingOfThePageThatComesAfterIt) {
+    harness.model().addTask("Write");
+    isBegun = true;
+    make();
+    expectUnread({"TaskListView.qml", "TaskRow.qml", "TaskTitle.qml", "AddTaskField.qml",
+                  "PlainTextField.qml", "CheckCircle.qml", "ScrollThumb.qml", "EdgeFade.qml"});
+    model->complete();
+    EXPECT_THAT(reading.names(), Contains("TaskListView.qml"));
 }
 
 TEST_F(FirstFrameTest, ReadsNoMenuEditorOrPageThatIsNotSeen) {
@@ -160,16 +176,37 @@ int rowsIn(const QQuickItem& item) {
     return rows;
 }
 
-TEST_F(FirstFrameTest, RowsAreMadeWhileTheWindowSystemIsBusyWithTheWindow) {
+TEST_F(FirstFrameTest, PageComesWithTheFrameAfterIt) {
     for (const char* const title : {"Write", "Read", "Rest"})
         harness.model().addTask(title);
     PopoverPanel panel({&harness.model(), &appearance, &harness.scheduler, nullptr});
     ASSERT_TRUE(panel.isReady());
-    const auto* const window = qobject_cast<QQuickWindow*>(QGuiApplication::topLevelWindows().constFirst());
+    auto* const window = qobject_cast<QQuickWindow*>(QGuiApplication::topLevelWindows().constFirst());
     ASSERT_NE(window, nullptr);
     panel.show({});
-    // Nothing has come from the window system since.
+    const QSize size = window->size();
+    EXPECT_EQ(rowsIn(*window->contentItem()), 0);
+    QSignalSpy frames(window, &QQuickWindow::frameSwapped);
+    ASSERT_TRUE(frames.wait());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return rowsIn(*window->contentItem()) == 3; }));
+    EXPECT_EQ(window->size(), size);
+
+    // It stays.
+    panel.hide();
+    panel.show({});
     EXPECT_EQ(rowsIn(*window->contentItem()), 3);
+}
+
+TEST_F(FirstFrameTest, PanelThatIsHiddenBeforeItHasItsPageGetsItLater) {
+    harness.model().addTask("Write");
+    PopoverPanel panel({&harness.model(), &appearance, &harness.scheduler, nullptr});
+    auto* const window = qobject_cast<QQuickWindow*>(QGuiApplication::topLevelWindows().constFirst());
+    ASSERT_NE(window, nullptr);
+    panel.show({});
+    panel.hide();
+    EXPECT_EQ(rowsIn(*window->contentItem()), 0);
+    panel.show({});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return rowsIn(*window->contentItem()) == 1; }));
 }
 
 } // namespace

@@ -258,11 +258,12 @@ TEST_F(PopoverLayoutTest, NoteWithoutWordsIsNotAnnounced) {
 }
 
 TEST_F(PopoverLayoutTest, FontsOfTheHeadStartAreThoseThatAreRead) {
-    model().addTask("Write");
-    model().addTask("Read");
-    settle();
     std::set<HeadStart::UsedFont> read;
+    const QQuickItem* const page = part("TaskListView");
     for (const QQuickItem* const item : window->contentItem()->findChildren<QQuickItem*>()) {
+        // It comes after the first frame.
+        if (page->isAncestorOf(item))
+            continue;
         const QVariant font = item->property("font");
         if (item->isVisible() && font.typeId() == QMetaType::QFont &&
             !item->property("text").toString().isEmpty())

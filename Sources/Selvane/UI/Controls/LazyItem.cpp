@@ -52,15 +52,17 @@ void LazyItem::follow() {
     if (!isComponentComplete())
         return;
     if (!_wanted) {
-        if (!_kept) {
+        if (!_kept && made()) {
             _part.dismiss();
             takeMeasure();
+            Q_EMIT madeChanged();
         }
         return;
     }
-    if (made())
+    if (made() || !_part.make(*this))
         return;
-    auto* const item = qobject_cast<QQuickItem*>(_part.make(*this));
+    Q_EMIT madeChanged();
+    auto* const item = qobject_cast<QQuickItem*>(made());
     if (!item)
         return;
     connect(item, &QQuickItem::implicitWidthChanged, this, &LazyItem::takeMeasure);

@@ -30,6 +30,8 @@ class LazyItem : public QQuickItem {
     Q_PROPERTY(bool wanted READ isWanted WRITE setWanted NOTIFY wantedChanged FINAL)
     /// Whether the part stays when it isn't wanted any more. In the beginning it doesn't.
     Q_PROPERTY(bool kept READ isKept WRITE setKept NOTIFY keptChanged FINAL)
+    /// The part while it is there, for those who listen to it.
+    Q_PROPERTY(QObject* made READ made NOTIFY madeChanged FINAL)
 
 public:
     explicit LazyItem(QQuickItem* parent = nullptr) : QQuickItem(parent) {}
@@ -52,6 +54,7 @@ Q_SIGNALS:
     void propertiesChanged();
     void wantedChanged();
     void keptChanged();
+    void madeChanged();
 
 protected:
     void componentComplete() override;

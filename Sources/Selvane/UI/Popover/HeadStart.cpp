@@ -31,9 +31,25 @@ QUrl faceFile(TimerStyle style) {
 
 } // namespace
 
-HeadStart::HeadStart(QQmlEngine& engine, const AppSettings& settings)
-    : _popover(&engine, popoverFile(), QQmlComponent::Asynchronous),
-      _face(&engine, faceFile(settings.timerStyle()), QQmlComponent::Asynchronous) {}
+HeadStart::HeadStart(QQmlEngine& engine, const AppSettings& settings) : _engine(engine), _settings(settings) {
+    read(popoverFile());
+}
+
+void HeadStart::goOn() {
+    read(viewFile("Popover", "TabSwitcher"));
+    read(viewFile("Popover", "MusicRow"));
+    read(viewFile("Popover", "TimerSection"));
+    read(faceFile(_settings.timerStyle()));
+    read(viewFile("Popover", "HeaderView"));
+}
+
+void HeadStart::readPage() {
+    read(viewFile("Tasks", "TaskListView"));
+}
+
+void HeadStart::read(const QUrl& file) {
+    _files.push_back(std::make_unique<QQmlComponent>(&_engine, file, QQmlComponent::Asynchronous));
+}
 
 QUrl HeadStart::popoverFile() {
     return viewFile("Popover", "Popover");
@@ -41,9 +57,9 @@ QUrl HeadStart::popoverFile() {
 
 std::span<const HeadStart::UsedFont> HeadStart::usedFonts() {
     static constexpr std::array fonts{
-        UsedFont{QFont::Normal, 11},   UsedFont{QFont::Normal, 13},   UsedFont{QFont::Normal, 14},
-        UsedFont{QFont::Medium, 12},   UsedFont{QFont::Medium, 13},   UsedFont{QFont::DemiBold, 11},
-        UsedFont{QFont::DemiBold, 12}, UsedFont{QFont::DemiBold, 13}, UsedFont{QFont::DemiBold, 14},
+        UsedFont{QFont::Normal, 13},   UsedFont{QFont::Medium, 12},   UsedFont{QFont::Medium, 13},
+        UsedFont{QFont::DemiBold, 11}, UsedFont{QFont::DemiBold, 12}, UsedFont{QFont::DemiBold, 13},
+        UsedFont{QFont::DemiBold, 14},
     };
     return fonts;
 }

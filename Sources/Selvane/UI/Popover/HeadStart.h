@@ -4,7 +4,9 @@
 #include <QQmlComponent>
 #include <QUrl>
 
+#include <memory>
 #include <span>
+#include <vector>
 
 class QQmlEngine;
 
@@ -17,6 +19,11 @@ class AppSettings;
 class HeadStart {
 public:
     HeadStart(QQmlEngine& engine, const AppSettings& settings);
+
+    /// The rest of the files, in the order in which they are needed.
+    void goOn();
+    /// Those of the page that comes after the first frame.
+    void readPage();
 
     [[nodiscard]] static QUrl popoverFile();
 
@@ -35,8 +42,11 @@ public:
     static void findFonts();
 
 private:
-    QQmlComponent _popover;
-    QQmlComponent _face;
+    void read(const QUrl& file);
+
+    QQmlEngine& _engine;
+    const AppSettings& _settings;
+    std::vector<std::unique_ptr<QQmlComponent>> _files;
 };
 
 } // namespace selvane

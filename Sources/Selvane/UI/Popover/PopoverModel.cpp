@@ -43,6 +43,11 @@ void PopoverModel::refreshSessionStatus() {
         Q_EMIT sessionStatusChanged();
 }
 
+void PopoverModel::setWhole(bool isWhole) {
+    if (std::exchange(_isWhole, isWhole) != isWhole)
+        Q_EMIT isWholeChanged();
+}
+
 void PopoverModel::prepareToShow() {
     refreshSessionStatus();
     _header.willShow();

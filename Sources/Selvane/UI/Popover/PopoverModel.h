@@ -38,6 +38,9 @@ class PopoverModel final : public QObject {
 
     Q_PROPERTY(int cornerRadius READ cornerRadius CONSTANT FINAL)
 
+    /// Whether the page below the tabs is there; see `begin`.
+    Q_PROPERTY(bool isWhole READ isWhole NOTIFY isWholeChanged FINAL)
+
     Q_PROPERTY(selvane::HeaderModel* header READ header CONSTANT FINAL)
     Q_PROPERTY(selvane::PhaseMenuModel* phaseMenu READ phaseMenu CONSTANT FINAL)
     Q_PROPERTY(QString sessionStatus READ sessionStatus NOTIFY sessionStatusChanged FINAL)
@@ -64,6 +67,12 @@ public:
     /// What is given outlives the popover's model; `windows` may be null.
     PopoverModel(AppModel& model, Appearance& appearance, Scheduler& scheduler, WindowCoordinator* windows,
                  QObject* parent = nullptr);
+
+    /// The popover is made for the first time: its page can wait until the rest is on the screen.
+    void begin() { setWhole(false); }
+    /// What was asked for first is on the screen.
+    void complete() { setWhole(true); }
+    [[nodiscard]] bool isWhole() const { return _isWhole; }
 
     /// Takes over what may have changed unheard since the popover was last seen: the day, the zone, the
     /// desktop.
@@ -101,6 +110,7 @@ public:
 Q_SIGNALS:
     void shadowMarginChanged();
     void sessionStatusChanged();
+    void isWholeChanged();
     /// The keyboard belongs to the main button now.
     void mainButtonWanted();
     void cancelled();
@@ -109,6 +119,7 @@ Q_SIGNALS:
 
 private:
     void refreshSessionStatus();
+    void setWhole(bool isWhole);
 
     AppModel& _model;
     Appearance& _appearance;
@@ -124,6 +135,7 @@ private:
     ProgressModel _progress;
     QString _sessionStatus;
     int _shadowMargin = 0;
+    bool _isWhole = true;
     std::vector<Subscription> _subscriptions;
 };
 

@@ -98,9 +98,11 @@ PopoverPanel::PopoverPanel(const PanelContext& context)
     _engine.setIncubationController(_window.incubationController());
     // What can be had before the files of the views are read.
     _window.create();
+    // Not before: until the engine's thread is under way, asking it for more means waiting for it.
+    _headStart->goOn();
     HeadStart::findFonts();
+    _model.begin();
     makeRoot();
-    _headStart.reset();
     // The timer's face may be given another style, and with it another height.
     if (_root)
         QObject::connect(_root, &QQuickItem::heightChanged, &_window, [this] { heightChanged(); });
@@ -171,6 +173,19 @@ void PopoverPanel::show(const StatusItemAnchor& anchor) {
     // of that be lost. What is drawn ahead is no frame on the screen yet.
     QObject::connect(
         &_window, &QQuickWindow::frameSwapped, &_window, [this] { keepPlace(); }, Qt::SingleShotConnection);
+    if (_headStart)
+        completeAfterFrame();
+}
+
+void PopoverPanel::completeAfterFrame() {
+    _headStart->readPage();
+    QObject::connect(
+        &_window, &QQuickWindow::frameSwapped, &_window,
+        [this] {
+            _model.complete();
+            _headStart.reset();
+        },
+        Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
 void PopoverPanel::drawAhead() {

@@ -65,13 +65,15 @@ private:
     [[nodiscard]] ScreenRect available(const QScreen& screen) const;
     /// Draws the first frame while the window system is busy with the window; it would happen after that.
     void drawAhead();
+    /// Has the page of the tasks made when the first frame is on the screen.
+    void completeAfterFrame();
     void placeByDesktop();
     [[nodiscard]] ScreenPoint cornerOn(const WindowPlacer::Screen& screen) const;
     void keepKeyboard();
     void keyboardMoved(QWindow* window);
 
     QQmlEngine _engine;
-    /// Until the view is made.
+    /// Until the view is whole.
     std::unique_ptr<HeadStart> _headStart;
     PopoverModel _model;
     QQuickWindow _window;

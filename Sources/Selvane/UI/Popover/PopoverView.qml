@@ -1,10 +1,9 @@
 import QtQuick
 import Selvane.Controls
 import Selvane.Popover
-import Selvane.Tasks
 
 /// What opens from the status area: a column that holds everything needed during a working day. Its height is always
-/// the same.
+/// the same. Its parts are made one by one, from the lowest to the highest, while the engine reads the next one's files.
 Item {
     id: root
 
@@ -45,6 +44,30 @@ Item {
         onActivated: root.model.header.quit()
     }
 
+    Connections {
+        target: timer.made
+
+        function onReleased() {
+            controls.focusPrimaryButton();
+        }
+    }
+
+    Connections {
+        target: tasks.made
+
+        function onReleased() {
+            controls.focusPrimaryButton();
+        }
+    }
+
+    Connections {
+        target: tabs.made
+
+        function onChosen(tab: int) {
+            root.tab = tab;
+        }
+    }
+
     // A press beside the controls ends what is being typed.
     MouseArea {
         anchors.fill: parent
@@ -52,7 +75,7 @@ Item {
         onPressed: controls.focusPrimaryButton()
     }
 
-    HeaderView {
+    LazyItem {
         id: header
 
         anchors.left: parent.left
@@ -61,8 +84,9 @@ Item {
         anchors.leftMargin: 16
         anchors.rightMargin: 16
         anchors.topMargin: 20
-        model: root.model.header
-        phaseMenu: root.model.phaseMenu
+        source: Qt.resolvedUrl("HeaderView.qml")
+        properties: ({ model: root.model.header, phaseMenu: root.model.phaseMenu })
+        wanted: true
     }
 
     SessionStatusRow {
@@ -74,14 +98,15 @@ Item {
         words: root.model.sessionStatus
     }
 
-    TimerSection {
+    LazyItem {
         id: timer
 
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.top: status.bottom
         anchors.topMargin: 12
-        model: root.model
-        onReleased: controls.focusPrimaryButton()
+        source: Qt.resolvedUrl("TimerSection.qml")
+        properties: ({ model: root.model })
+        wanted: true
     }
 
     ControlsView {
@@ -93,27 +118,28 @@ Item {
         model: root.model.controls
     }
 
-    MusicRow {
+    LazyItem {
         id: music
 
         anchors.left: header.left
         anchors.right: header.right
         anchors.top: controls.bottom
         anchors.topMargin: 20
-        model: root.model.music
+        source: Qt.resolvedUrl("MusicRow.qml")
+        properties: ({ model: root.model.music })
+        wanted: true
     }
 
-    TabSwitcher {
+    LazyItem {
         id: tabs
 
         anchors.left: header.left
         anchors.right: header.right
         anchors.top: music.bottom
         anchors.topMargin: 12
-        items: [root.model.tasksTitle, root.model.progressTitle]
-        currentIndex: root.tab
-        tooltip: root.model.tabTooltip
-        onChosen: tab => root.tab = tab
+        source: Qt.resolvedUrl("TabSwitcher.qml")
+        properties: ({ model: root.model, currentIndex: root.tab })
+        wanted: true
     }
 
     Item {
@@ -127,10 +153,13 @@ Item {
         TabPage {
             selected: root.tab === PopoverModel.Tasks
 
-            TaskListView {
+            LazyItem {
+                id: tasks
+
                 anchors.fill: parent
-                tasks: root.model.tasks
-                onReleased: controls.focusPrimaryButton()
+                source: Qt.resolvedUrl("../Tasks/TaskListView.qml")
+                properties: ({ tasks: root.model.tasks })
+                wanted: root.model.isWhole
             }
         }
 
