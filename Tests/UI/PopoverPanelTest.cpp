@@ -54,6 +54,8 @@ protected:
         panel.onTurnedAway = [this] { ++turnedAway; };
         panel.show({});
         EXPECT_TRUE(QTest::qWaitForWindowActive(window));
+        // The page comes with the second frame.
+        EXPECT_TRUE(QTest::qWaitFor([this] { return shows(QStringLiteral("Add a task…")); }));
     }
 
     TimerEngine& engine() { return harness.model().engine(); }
