@@ -31,7 +31,7 @@ Item {
         id: more
 
         anchors.right: parent.right
-        anchors.rightMargin: -5
+        anchors.rightMargin: -6
         anchors.verticalCenter: parent.verticalCenter
         model: root.model
     }

@@ -36,16 +36,16 @@ SlideArea {
         Rectangle {
             y: (parent.height - height) / 2
             width: parent.width
-            height: 3
-            radius: 1.5
+            height: 4
+            radius: 2
             color: Theme.mark(0.16)
         }
 
         Rectangle {
             y: (parent.height - height) / 2
             width: handle.x + handle.width / 2
-            height: 3
-            radius: 1.5
+            height: 4
+            radius: 2
             color: Theme.solidPrimary
         }
 

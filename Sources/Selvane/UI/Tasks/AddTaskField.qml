@@ -27,7 +27,7 @@ Item {
     Symbol {
         id: plus
 
-        x: Math.round((18 - width) / 2)
+        x: (18 - width) / 2
         anchors.verticalCenter: parent.verticalCenter
         name: "plus"
         size: 12

@@ -146,6 +146,8 @@ FocusScope {
 
             SessionCount {
                 anchors.verticalCenter: parent.verticalCenter
+                // An odd height: at scale 2 half a unit is a pixel.
+                anchors.alignWhenCentered: false
                 visible: root.estimatedPomodoros > 0
                 done: root.completedPomodoros
                 total: root.estimatedPomodoros

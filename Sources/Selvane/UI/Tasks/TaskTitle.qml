@@ -24,6 +24,7 @@ Text {
         width: root.contentWidth * root.doneness
         height: 1
         visible: root.doneness > 0
-        color: root.color
+        // What the words' ink makes of the card's ground: the ink itself would be darker where the line crosses them.
+        color: Qt.tint(Theme.surface, root.color)
     }
 }
