@@ -53,6 +53,13 @@ void Stage::open() {
     _window->setColor(appearance.isDark() ? QColor(0x40, 0x40, 0x40) : QColor(0xca, 0xca, 0xca));
     _panel->show({});
     ASSERT_TRUE(QTest::qWaitForWindowActive(_window, patience));
+    // The page comes with the second frame.
+    const auto isWhole = [this] {
+        return find(QAccessible::queryAccessibleInterface(_window), QStringLiteral("Add a task…")) != nullptr;
+    };
+    ASSERT_TRUE(QTest::qWaitFor(isWhole, patience));
+    // Drawing it makes the rows of its list.
+    [[maybe_unused]] const QImage frame = _window->grabWindow();
 }
 
 void Stage::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {

@@ -1,4 +1,5 @@
 #include "Selvane/UI/Controls/LazyPopup.h"
+#include "Selvane/UI/Popover/HeadStart.h"
 #include "Selvane/UI/Popover/PopoverModel.h"
 #include "Selvane/UI/Popover/PopoverPanel.h"
 #include "Support/FakeAppearance.h"
@@ -19,11 +20,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <initializer_list>
 #include <memory>
 #include <mutex>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace selvane {
 namespace {
@@ -36,8 +39,8 @@ class Reading final : public QQmlAbstractUrlInterceptor {
 public:
     QUrl intercept(const QUrl& url, DataType type) override {
         const std::scoped_lock lock(_mutex);
-        if (type == QmlFile)
-            _names.insert(url.fileName().toStdString());
+        if (type == QmlFile && _names.insert(url.fileName().toStdString()).second)
+            _order.push_back(url.fileName().toStdString());
         if (type == QmldirFile)
             _modules.insert(url.path().section(u'/', -2, -2).toStdString());
         return url;
@@ -46,6 +49,12 @@ public:
     [[nodiscard]] std::set<std::string> names() const {
         const std::scoped_lock lock(_mutex);
         return _names;
+    }
+
+    /// The names as they were first asked for.
+    [[nodiscard]] std::vector<std::string> order() const {
+        const std::scoped_lock lock(_mutex);
+        return _order;
     }
 
     /// The last part of the names of the modules.
@@ -57,6 +66,7 @@ public:
 private:
     mutable std::mutex _mutex;
     std::set<std::string> _names;
+    std::vector<std::string> _order;
     std::set<std::string> _modules;
 };
 
@@ -74,8 +84,7 @@ protected:
     void make() {
         engine.addUrlInterceptor(&reading);
         model = std::make_unique<PopoverModel>(harness.model(), appearance, harness.scheduler, nullptr);
-        if (isBegun)
-            model->begin();
+        model->begin();
         QQmlComponent component(
             &engine, QUrl(QStringLiteral("qrc:/qt-project.org/imports/Selvane/Popover/Popover.qml")));
         popover.reset(qobject_cast<QQuickItem*>(component.createWithInitialProperties(
@@ -103,8 +112,6 @@ protected:
     test::ModelHarness harness;
     test::FakeAppearance appearance;
     Reading reading;
-    /// Whether it is that of a panel that has just been made.
-    bool isBegun = false;
     std::unique_ptr<PopoverModel> model;
     QQmlEngine engine;
     std::unique_ptr<QQuickItem> popover;
@@ -113,18 +120,31 @@ protected:
 TEST_F(FirstFrameTest, ReadsWhatItDraws) {
     make();
     for (const char* const file :
-         {"Popover.qml", "TimerFace.qml", "RingFace.qml", "PhaseMenu.qml", "TaskListView.qml", "TaskRow.qml"})
+         {"Popover.qml", "TimerFace.qml", "RingFace.qml", "PhaseMenu.qml", "MusicRow.qml", "TabSwitcher.qml"})
         EXPECT_THAT(reading.names(), Contains(file));
 }
 
 TEST_F(FirstFrameTest, ReadsNothingOfThePageThatComesAfterIt) {
     harness.model().addTask("Write");
-    isBegun = true;
     make();
     expectUnread({"TaskListView.qml", "TaskRow.qml", "TaskTitle.qml", "AddTaskField.qml",
                   "PlainTextField.qml", "CheckCircle.qml", "ScrollThumb.qml", "EdgeFade.qml"});
     model->complete();
     EXPECT_THAT(reading.names(), Contains("TaskListView.qml"));
+    EXPECT_THAT(reading.names(), Contains("TaskRow.qml"));
+}
+
+TEST_F(FirstFrameTest, NeedsItsPartsInTheOrderOfTheHeadStart) {
+    make();
+    std::vector<std::string> parts;
+    for (const QUrl& file : HeadStart::partFiles(TimerStyle::ring))
+        parts.push_back(file.fileName().toStdString());
+    std::vector<std::string> needed;
+    for (const std::string& name : reading.order()) {
+        if (std::find(parts.begin(), parts.end(), name) != parts.end())
+            needed.push_back(name);
+    }
+    EXPECT_EQ(needed, parts);
 }
 
 TEST_F(FirstFrameTest, ReadsNoMenuEditorOrPageThatIsNotSeen) {

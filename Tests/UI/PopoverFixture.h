@@ -27,6 +27,9 @@ protected:
         window = qobject_cast<QQuickWindow*>(QGuiApplication::topLevelWindows().constFirst());
         panel.show({});
         EXPECT_TRUE(QTest::qWaitForWindowActive(window));
+        // The page comes with the second frame.
+        EXPECT_TRUE(
+            QTest::qWaitFor([this] { return !parts(window->contentItem(), "TaskListView").empty(); }));
         settle();
     }
 

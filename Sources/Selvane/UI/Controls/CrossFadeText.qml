@@ -1,7 +1,7 @@
 import QtQuick
 import Selvane.Controls
 
-/// Words that fade into other words within that response, as on a spring. Assistive technology hears of the new ones at
+/// Words that fade into other words within the response of a spring. Assistive technology hears of the new ones at
 /// once.
 Text {
     id: root

@@ -35,16 +35,18 @@ HeadStart::HeadStart(QQmlEngine& engine, const AppSettings& settings) : _engine(
     read(popoverFile());
 }
 
-void HeadStart::goOn() {
-    read(viewFile("Popover", "TabSwitcher"));
-    read(viewFile("Popover", "MusicRow"));
-    read(viewFile("Popover", "TimerSection"));
-    read(faceFile(_settings.timerStyle()));
-    read(viewFile("Popover", "HeaderView"));
+void HeadStart::readParts() {
+    for (const QUrl& file : partFiles(_settings.timerStyle()))
+        read(file);
 }
 
 void HeadStart::readPage() {
     read(viewFile("Tasks", "TaskListView"));
+}
+
+std::vector<QUrl> HeadStart::partFiles(TimerStyle style) {
+    return {viewFile("Popover", "TabSwitcher"), viewFile("Popover", "MusicRow"),
+            viewFile("Popover", "TimerSection"), faceFile(style), viewFile("Popover", "HeaderView")};
 }
 
 void HeadStart::read(const QUrl& file) {

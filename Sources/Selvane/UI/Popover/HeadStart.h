@@ -13,17 +13,22 @@ class QQmlEngine;
 namespace selvane {
 
 class AppSettings;
+enum class TimerStyle;
 
-/// What the popover's first frame needs and another thread can get while the main thread makes the rest: as
-/// long as this exists, the engine's own thread reads the files of the views. Main thread.
+/// What the popover's first frame needs and another thread can get while the main thread makes the rest: the
+/// engine's own thread reads the files of the views, and has them as long as this exists. Main thread.
 class HeadStart {
 public:
     HeadStart(QQmlEngine& engine, const AppSettings& settings);
 
-    /// The rest of the files, in the order in which they are needed.
-    void goOn();
-    /// Those of the page that comes after the first frame.
+    /// Has the files of the popover's parts read.
+    void readParts();
+    /// Has those of the page read that comes after the first frame.
     void readPage();
+
+    /// The files of the parts in the order in which they are needed: Qt completes the last item of a file
+    /// first.
+    [[nodiscard]] static std::vector<QUrl> partFiles(TimerStyle style);
 
     [[nodiscard]] static QUrl popoverFile();
 

@@ -99,7 +99,7 @@ PopoverPanel::PopoverPanel(const PanelContext& context)
     // What can be had before the files of the views are read.
     _window.create();
     // Not before: until the engine's thread is under way, asking it for more means waiting for it.
-    _headStart->goOn();
+    _headStart->readParts();
     HeadStart::findFonts();
     _model.begin();
     makeRoot();
