@@ -72,6 +72,7 @@ void CycleDashes::followPulse() {
     const bool follows = isPulsing() && isShown();
     if (std::exchange(_follows, follows) == follows)
         return;
+    repaint(dash(_position - 1));
     if (!follows) {
         stopSteps();
         return;

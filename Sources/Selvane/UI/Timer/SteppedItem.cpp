@@ -69,9 +69,13 @@ void SteppedItem::itemChange(ItemChange change, const ItemChangeData& data) {
     QQuickPaintedItem::itemChange(change, data);
     if (change == ItemSceneChange) {
         disconnect(_windowVisibility);
-        if (data.window)
+        disconnect(_windowContents);
+        if (data.window) {
             _windowVisibility =
                 connect(data.window, &QWindow::visibleChanged, this, [this] { noticeShown(); });
+            _windowContents =
+                connect(data.window, &QQuickWindow::sceneGraphInvalidated, this, [this] { repaint(); });
+        }
         noticeShown();
     } else if (change == ItemVisibleHasChanged) {
         noticeShown();
@@ -82,8 +86,6 @@ void SteppedItem::noticeShown() {
     const bool shown = isShown();
     if (std::exchange(_wasShown, shown) == shown)
         return;
-    // A window that was hidden may have let go of what was painted.
-    repaint();
     shownChanged();
 }
 

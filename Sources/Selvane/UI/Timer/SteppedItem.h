@@ -43,7 +43,7 @@ protected:
     virtual void decide() {}
 
     virtual void step() = 0;
-    /// The item came before the user, or went.
+    /// The item came before the user, or went. What was painted is still there.
     virtual void shownChanged() = 0;
 
     void paint(QPainter* painter) final;
@@ -57,6 +57,7 @@ private:
 
     QTimer _timer;
     QMetaObject::Connection _windowVisibility;
+    QMetaObject::Connection _windowContents;
     bool _wasShown = false;
     bool _isDeciding = false;
     /// A part asked for after the whole would take the place of the whole.

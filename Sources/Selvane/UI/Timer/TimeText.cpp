@@ -156,8 +156,13 @@ void TimeText::decide() {
 }
 
 void TimeText::shownChanged() {
+    const QRectF rolling = rollingArea();
     _roll.settle();
-    repaint();
+    // Until the roll learns of another time, it is drawn without it.
+    if (_roll.time() != _time)
+        repaint();
+    else
+        repaint(rolling);
 }
 
 void TimeText::step() {
