@@ -17,9 +17,9 @@ namespace {
 
 class Watch final : public QAbstractNativeEventFilter {
 public:
-    Watch(xcb_connection_t* connection, std::function<void()> onOtherApplication)
+    Watch(xcb_connection_t* connection, xcb_atom_t activeWindow, std::function<void()> onOtherApplication)
         : _connection(connection),
-          _activeWindow(X11Windows::atom(connection, "_NET_ACTIVE_WINDOW")),
+          _activeWindow(activeWindow),
           _onOtherApplication(std::move(onOtherApplication)) {
         qGuiApp->installNativeEventFilter(this);
     }
@@ -77,7 +77,10 @@ Subscription X11ActivationMonitor::watch(std::function<void()> onOtherApplicatio
     xcb_connection_t* const connection = X11Windows::connection();
     if (!connection)
         return {};
-    auto watch = std::make_shared<Watch>(connection, std::move(onOtherApplication));
+    // The answer to this question would be waited for whenever the panel opens.
+    if (_activeWindow == XCB_ATOM_NONE)
+        _activeWindow = X11Windows::atom(connection, "_NET_ACTIVE_WINDOW");
+    auto watch = std::make_shared<Watch>(connection, _activeWindow, std::move(onOtherApplication));
     return Subscription([watch = std::move(watch)]() mutable { watch.reset(); });
 }
 

@@ -2,6 +2,8 @@
 
 #include "Selvane/Platform/ActivationMonitor.h"
 
+#include <cstdint>
+
 namespace selvane {
 
 /// Follows the property _NET_ACTIVE_WINDOW, in which the window manager of an X11 screen names the active
@@ -11,6 +13,10 @@ namespace selvane {
 class X11ActivationMonitor final : public ActivationMonitor {
 public:
     Subscription watch(std::function<void()> onOtherApplication) override;
+
+private:
+    /// An atom of the X server, 0 until it was asked.
+    std::uint32_t _activeWindow = 0;
 };
 
 } // namespace selvane
