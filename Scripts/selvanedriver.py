@@ -184,6 +184,11 @@ class Selvane:
     # The panel
 
     @property
+    def is_managed(self):
+        """Whether the open panel is a window of the window manager's."""
+        return self.desktop.is_managed(TITLE)
+
+    @property
     def panel(self):
         """Where the panel is, None while it is closed."""
         return self.desktop.window(TITLE)

@@ -52,6 +52,12 @@ NOTIFICATION_SERVERS = {
     "mako": "/usr/bin/mako",
 }
 
+WINDOW_MANAGERS = {
+    "openbox": ["openbox", "--sm-disable"],
+    # One that lets programs keep the keyboard in windows that aren't its own.
+    "xfwm4": ["xfwm4", "--sm-client-disable", "--compositor=off"],
+}
+
 XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0">
   <property name="configver" type="int" value="2"/>
@@ -177,14 +183,14 @@ class Desktop:
     the logs and a last picture is kept and named; otherwise it goes, unless a folder was asked for."""
 
     def __init__(self, tray=None, *, dark=None, scale=1, size=(1280, 800), folder=None, background="#5b6773",
-                 accessible=False, compositor=False, notifications="dunst", edge="top"):
+                 accessible=False, compositor=False, notifications="dunst", edge="top", manager="openbox"):
         """`tray` is "notifier" (a host of status notifier items), "xembed" (a tray that embeds windows) or None.
         It lies along that `edge` of the screen.
         `dark` None means a desktop that doesn't say whether it is dark; otherwise a settings portal says so.
         `background` is a colour, or a picture that is repeated. With
         `compositor` windows can be translucent. With `accessible` programs tell the accessibility bus what they
         show, and `texts` can be asked for it. `notifications` is a key of
-        NOTIFICATION_SERVERS, or None for a desktop without one."""
+        NOTIFICATION_SERVERS, or None for a desktop without one. `manager` is a key of WINDOW_MANAGERS."""
         self.tray = tray
         self.accessible = accessible
         self.compositor = compositor
@@ -194,6 +200,7 @@ class Desktop:
         self.size = size
         self.background = background
         self.notifications = notifications
+        self.manager = manager
         self._folder = folder
         self._processes = {}
 
@@ -423,7 +430,7 @@ class Desktop:
             return None
 
     def _start_window_manager(self):
-        self.start("openbox", ["openbox", "--sm-disable"])
+        self.start(self.manager, WINDOW_MANAGERS[self.manager])
         name = self._display.intern_atom("_NET_SUPPORTING_WM_CHECK")
         wait("the window manager", lambda: self._root.get_full_property(name, Xlib.X.AnyPropertyType))
 
@@ -557,6 +564,12 @@ class Desktop:
                 continue
             return Area(-place.x, -place.y, geometry.width, geometry.height)
         return None
+
+    def is_managed(self, title):
+        """Whether the visible window with that title is one of those that the window manager tells of."""
+        told = self._root.get_full_property(self._display.intern_atom("_NET_CLIENT_LIST"), Xlib.X.AnyPropertyType)
+        windows = [self._display.create_resource_object("window", window) for window in (told.value if told else [])]
+        return any(self._title(window) == title for window in windows)
 
     def has_focus(self, title):
         """Whether the keys go to the window with that title."""

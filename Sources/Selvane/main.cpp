@@ -28,6 +28,7 @@
 #include "Selvane/Platform/Linux/X11ActivationMonitor.h"
 #include "Selvane/Platform/Linux/X11PressMonitor.h"
 #include "Selvane/Platform/Linux/X11ScreenSpace.h"
+#include "Selvane/Platform/Linux/X11UnmanagedWindows.h"
 #include "Selvane/UI/AppDelegate.h"
 #include "Selvane/UI/PanelLoader.h"
 #include "Selvane/UI/QtProgramWindows.h"
@@ -239,6 +240,7 @@ int run(QGuiApplication& application, const std::string& startName, SingleInstan
                     });
     const std::unique_ptr<WindowPlacer> placer = windowPlacer();
     const X11ScreenSpace screenSpace;
+    const std::unique_ptr<UnmanagedWindows> unmanagedWindows = X11UnmanagedWindows::make();
 
     AppDelegate delegate({
         .scheduler = &scheduler,
@@ -270,6 +272,7 @@ int run(QGuiApplication& application, const std::string& startName, SingleInstan
         .giveBackMemory = giveBackMemory,
         .placer = placer.get(),
         .space = &screenSpace,
+        .unmanagedWindows = unmanagedWindows.get(),
     });
     instance.onActivate = [&delegate] { delegate.applicationShouldHandleReopen(); };
     instance.onNamedStart = endNamedStart;

@@ -7,7 +7,7 @@ import sys
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "Scripts"))
 
 from selvanedriver import Selvane  # noqa: E402
-from virtualdesktop import Desktop, Failure  # noqa: E402
+from virtualdesktop import WINDOW_MANAGERS, Desktop, Failure  # noqa: E402
 
 
 def check(holds, what):
@@ -30,11 +30,12 @@ def run(test):
     parser.add_argument("program")
     parser.add_argument("tray", choices=["notifier", "xembed", "none"])
     parser.add_argument("more", nargs="*")
+    parser.add_argument("--manager", choices=WINDOW_MANAGERS, default="openbox")
     arguments = parser.parse_args()
     try:
         with Desktop(tray=None if arguments.tray == "none" else arguments.tray, accessible=True,
                      # Desktops with a compositor and without one are both common.
-                     compositor=arguments.tray == "notifier") as desktop:
+                     compositor=arguments.tray == "notifier", manager=arguments.manager) as desktop:
             selvane = Selvane(desktop, arguments.program)
             try:
                 test(desktop, selvane, *arguments.more)

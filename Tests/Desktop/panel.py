@@ -22,7 +22,7 @@ def check_other_applications(desktop, selvane):
     # A launcher closes as it starts the program, and the window manager goes back to the window behind it before it
     # gets to the panel.
     launcher = OtherWindow(desktop, "Launcher")
-    manager = desktop.process("openbox")
+    manager = desktop.process(desktop.manager)
     manager.send_signal(signal.SIGSTOP)
     try:
         launcher.close()
@@ -40,6 +40,44 @@ def check_other_applications(desktop, selvane):
     check(not selvane.stays_closed(), "a window that closes elsewhere leaves the panel open")
     desktop.key("Escape")
     selvane.wait_for_no_panel()
+
+
+def check_keyboard_comes_back(desktop, selvane):
+    before = OtherWindow(desktop, "Before")
+
+    def check_comes_back(way):
+        selvane.wait_for_no_panel()
+        wait("the keyboard to come back", lambda: desktop.has_focus("Before") and before.is_active())
+        check(True, f"{way} gives the keyboard back to the window that had it")
+
+    selvane.open_panel()
+    check(not desktop.has_focus("Before"), "the panel has the keyboard")
+    is_managed = selvane.is_managed
+    check_equal(is_managed, desktop.manager == "openbox", "the window manager has a part in the panel")
+    desktop.key("Escape")
+    check_comes_back("Escape")
+    if not is_managed:
+        # The other window manager gives it to nobody then.
+        selvane.open_panel()
+        desktop.click(20, desktop.size[1] - 20)
+        check_comes_back("a click on the desktop")
+    selvane.open_panel()
+    desktop.click(*desktop.window("Before").middle)
+    selvane.wait_for_no_panel()
+    wait("the keyboard to go there", lambda: desktop.has_focus("Before") and before.is_active())
+    check(True, "a click on another window closes the panel and gives that the keyboard")
+
+    selvane.open_panel()
+    desktop.key("alt+F4")
+    if is_managed:
+        selvane.wait_for_no_panel()
+    else:
+        check(not selvane.stays_closed(), "the keys that close windows don't reach the panel")
+        desktop.key("Escape")
+        selvane.wait_for_no_panel()
+    check(selvane.process.poll() is None and desktop.window("Before"),
+          "the keys that close a window close no other while the panel is open")
+    before.close()
 
 
 def inside(inner, outer):
@@ -68,11 +106,6 @@ def test(desktop, selvane):
     desktop.key("Escape")
     selvane.wait_for_no_panel()
     check(True, "Escape closes the panel")
-
-    selvane.open_panel()
-    desktop.key("alt+F4")
-    selvane.wait_for_no_panel()
-    check(selvane.process.poll() is None, "a window manager that closes the panel closes nothing else")
 
     selvane.open_panel()
     desktop.click(20, desktop.size[1] - 20)
@@ -121,6 +154,7 @@ def test(desktop, selvane):
         desktop.key("Escape")
         selvane.wait_for_no_panel()
 
+    check_keyboard_comes_back(desktop, selvane)
     check_other_applications(desktop, selvane)
 
     check_equal(selvane.start_again(), 0, "exit status of a second start")

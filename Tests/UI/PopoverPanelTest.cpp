@@ -109,7 +109,10 @@ protected:
     }
 
     /// The keyboard goes to another program, which the platform of these tests doesn't know.
-    static void loseKeyboard() { Q_EMIT qGuiApp->focusWindowChanged(nullptr); }
+    static void loseKeyboard() {
+        Q_EMIT qGuiApp->focusWindowChanged(nullptr);
+        QCoreApplication::sendPostedEvents();
+    }
 
     void showDrift() {
         harness.answers.driftAppName = "News";

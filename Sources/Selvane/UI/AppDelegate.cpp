@@ -30,7 +30,7 @@ void AppDelegate::applicationDidFinishLaunching(Desktop desktop) {
                                       .windows = desktop.windows},
         [this, make = std::move(desktop.makePanel),
          context = PanelContext{&_model, desktop.appearance, &_scheduler, desktop.windows, desktop.placer,
-                                desktop.space}] {
+                                desktop.space, desktop.unmanagedWindows}] {
             _startEnd = _scheduler.after(firstOpeningLength, [this] { giveBackMemory(); });
             return make(context);
         });

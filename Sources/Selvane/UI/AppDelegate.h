@@ -44,6 +44,8 @@ public:
         WindowPlacer* placer = nullptr;
         /// Null where it is known already what bars leave of each screen.
         const ScreenSpace* space = nullptr;
+        /// Null where every window is the window manager's.
+        UnmanagedWindows* unmanagedWindows = nullptr;
     };
 
     /// The launch sequence.

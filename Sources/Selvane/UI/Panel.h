@@ -14,6 +14,7 @@ class AppModel;
 class Appearance;
 class Scheduler;
 class ScreenSpace;
+class UnmanagedWindows;
 class WindowCoordinator;
 class WindowPlacer;
 
@@ -55,6 +56,8 @@ struct PanelContext {
     WindowPlacer* placer = nullptr;
     /// Null where it is known already what bars leave of each screen.
     const ScreenSpace* space = nullptr;
+    /// Null where every window is the window manager's.
+    UnmanagedWindows* unmanagedWindows = nullptr;
 };
 
 /// Makes panels. Implemented by the plugin that holds the views, so that the program at rest doesn't carry

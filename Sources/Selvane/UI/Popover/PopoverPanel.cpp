@@ -3,6 +3,7 @@
 #include "Selvane/App/AppModel.h"
 #include "Selvane/Platform/Scheduler.h"
 #include "Selvane/Platform/ScreenSpace.h"
+#include "Selvane/Platform/UnmanagedWindows.h"
 #include "Selvane/UI/Controls/CardMargin.h"
 #include "Selvane/UI/PanelPlacement.h"
 #include "Selvane/UI/Popover/HeadStart.h"
@@ -65,6 +66,9 @@ PopoverPanel::PopoverPanel(const PanelContext& context)
       _model(*context.model, *context.appearance, *context.scheduler, context.windows),
       _placer(context.placer),
       _space(context.space),
+      _unmanagedWindows(context.unmanagedWindows && context.unmanagedWindows->areWelcome()
+                            ? context.unmanagedWindows
+                            : nullptr),
       _scheduler(*context.scheduler) {
     QObject::connect(&_model, &PopoverModel::cancelled, &_window, [this] {
         if (onCancel)
@@ -94,6 +98,14 @@ PopoverPanel::PopoverPanel(const PanelContext& context)
     _window.setTitle(panelTitle.toString());
     _window.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                      Qt::NoDropShadowWindowHint);
+    if (_unmanagedWindows) {
+        _window.setFlag(Qt::BypassWindowManagerHint);
+        // Nobody else gives it the keyboard for a click.
+        _window.onPress = [this] {
+            if (!_window.isActive())
+                takeKeyboard();
+        };
+    }
     QQmlEngine::setContextForObject(_window.contentItem(), _engine.rootContext());
     _engine.setIncubationController(_window.incubationController());
     // What can be had before the files of the views are read.
@@ -123,7 +135,10 @@ void PopoverPanel::makeRoot() {
     _root->setParentItem(_window.contentItem());
 }
 
-PopoverPanel::~PopoverPanel() = default;
+PopoverPanel::~PopoverPanel() {
+    if (_unmanagedWindows)
+        _unmanagedWindows->returnKeyboard();
+}
 
 bool PopoverPanel::isReady() const {
     return _root != nullptr;
@@ -161,13 +176,13 @@ void PopoverPanel::show(const StatusItemAnchor& anchor) {
     _hadKeyboard = _window.isVisible() && _window.isActive();
     chooseScreen(anchor);
     fitWindow();
-    // A window that appears comes on top by itself.
-    if (_window.isVisible())
+    // A managed window that appears comes on top by itself.
+    if (_unmanagedWindows || _window.isVisible())
         _window.raise();
     placeByDesktop();
     _isShown = true;
     _window.show();
-    _window.requestActivate();
+    takeKeyboard();
     drawAhead();
     // What is told of a window before it appears may cross with what the window manager does to it, and some
     // of that be lost. What is drawn ahead is no frame on the screen yet.
@@ -189,7 +204,8 @@ void PopoverPanel::completeAfterFrame() {
 }
 
 void PopoverPanel::drawAhead() {
-    if (_window.isExposed())
+    // Of a window that is there at once only the first frame takes longer than the window.
+    if (_window.isExposed() || (_unmanagedWindows && !_headStart))
         return;
     // The frame that the window shows once it is there then finds all its nodes and pictures made.
     [[maybe_unused]] const QImage frame = _window.grabWindow();
@@ -199,6 +215,8 @@ void PopoverPanel::hide() {
     _patience.end();
     _placement.reset();
     _isShown = false;
+    if (_unmanagedWindows)
+        _unmanagedWindows->returnKeyboard();
     _window.hide();
     _model.didHide();
 }
@@ -208,11 +226,25 @@ bool PopoverPanel::isVisible() const {
 }
 
 void PopoverPanel::setLevel(PanelLevel level) {
-    _window.setFlag(Qt::WindowStaysOnTopHint, level == PanelLevel::floating);
+    if (!_unmanagedWindows) {
+        _window.setFlag(Qt::WindowStaysOnTopHint, level == PanelLevel::floating);
+        return;
+    }
+    if (level == PanelLevel::floating)
+        _window.raise();
+    else if (const QWindow* const key = QGuiApplication::focusWindow(); key && key != &_window)
+        _unmanagedWindows->putBehind(_window.winId(), key->winId());
 }
 
 void PopoverPanel::activate() {
-    _window.requestActivate();
+    takeKeyboard();
+}
+
+void PopoverPanel::takeKeyboard() {
+    if (_unmanagedWindows)
+        _unmanagedWindows->lendKeyboard(_window.winId(), [this] { _hadKeyboard = true; });
+    else
+        _window.requestActivate();
 }
 
 ScreenRect PopoverPanel::frame() const {
@@ -316,8 +348,16 @@ void PopoverPanel::keepKeyboard() {
 void PopoverPanel::keyboardMoved(QWindow* window) {
     if (window == &_window)
         _hadKeyboard = true;
-    // The other windows of this program leave the panel open.
-    if (!window && std::exchange(_hadKeyboard, false) && _window.isVisible() && onTurnedAway)
+    // The loss of an earlier opening may be told when the panel has the keyboard again already, which comes
+    // right after it then. The other windows of this program leave the panel open.
+    _isLosingKeyboard = !window && std::exchange(_hadKeyboard, false);
+    if (_isLosingKeyboard)
+        QMetaObject::invokeMethod(
+            &_window, [this] { keyboardLost(); }, Qt::QueuedConnection);
+}
+
+void PopoverPanel::keyboardLost() {
+    if (std::exchange(_isLosingKeyboard, false) && _window.isVisible() && onTurnedAway)
         onTurnedAway();
 }
 

@@ -2,11 +2,11 @@
 
 #include "Selvane/Platform/WindowPlacer.h"
 #include "Selvane/UI/Panel.h"
+#include "Selvane/UI/Popover/PanelWindow.h"
 #include "Selvane/UI/Popover/PopoverModel.h"
 
 #include <QQmlEngine>
 #include <QQuickItem>
-#include <QQuickWindow>
 
 #include <memory>
 
@@ -67,16 +67,18 @@ private:
     void drawAhead();
     /// Has the page of the tasks made when the first frame is on the screen.
     void completeAfterFrame();
+    void takeKeyboard();
     void placeByDesktop();
     [[nodiscard]] ScreenPoint cornerOn(const WindowPlacer::Screen& screen) const;
     void keepKeyboard();
     void keyboardMoved(QWindow* window);
+    void keyboardLost();
 
     QQmlEngine _engine;
     /// Until the view is whole.
     std::unique_ptr<HeadStart> _headStart;
     PopoverModel _model;
-    QQuickWindow _window;
+    PanelWindow _window;
     /// The window's; null if it can't be made.
     QQuickItem* _root = nullptr;
     /// Where the panel was last opened.
@@ -87,9 +89,12 @@ private:
     Fit _fit;
     bool _isShown = false;
     bool _hadKeyboard = false;
+    bool _isLosingKeyboard = false;
     /// Null where windows choose their own place.
     WindowPlacer* _placer;
     const ScreenSpace* _space;
+    /// Null where the window is better the window manager's.
+    UnmanagedWindows* _unmanagedWindows;
     /// While the panel is shown by a desktop that places it.
     std::unique_ptr<WindowPlacer::Placement> _placement;
     Scheduler& _scheduler;

@@ -1,0 +1,213 @@
+#include "Selvane/Platform/Linux/X11UnmanagedWindows.h"
+
+#include "Selvane/Platform/Linux/X11Windows.h"
+#include "Selvane/Platform/Linux/XcbReply.h"
+
+#include <QtGui/QGuiApplication>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace selvane {
+
+namespace {
+
+/// A window manager that is late gives the keyboard to the window behind one that closed just before. Later
+/// than this it is the user who turns to another window.
+constexpr std::chrono::milliseconds defence{250};
+
+/// How often a window is given the keyboard until it keeps it.
+constexpr int mostTries = 10;
+
+/// Whether the X server is a guest on a Wayland desktop.
+bool isGuest(xcb_connection_t* connection) {
+    // Older ones don't tell, and show in the environment alone.
+    constexpr std::string_view extension = "XWAYLAND";
+    const XcbReply<xcb_query_extension_reply_t> reply(xcb_query_extension_reply(
+        connection, xcb_query_extension(connection, extension.size(), extension.data()), nullptr));
+    return (reply && reply->present != 0) || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+}
+
+/// As window managers tell their names.
+constexpr std::array<std::string_view, 5> friendlyManagers{"KWin", "Mutter", "GNOME Shell", "Xfwm4",
+                                                           "Metacity"};
+
+/// A window of the window manager's own, if one runs.
+std::optional<xcb_window_t> managerWindow(xcb_connection_t* connection) {
+    const xcb_screen_t* const screen = X11Windows::screen(connection, X11Windows::screenNumber());
+    if (!screen)
+        return std::nullopt;
+    const auto windows = X11Windows::numbers(
+        connection,
+        xcb_get_property(connection, 0, screen->root,
+                         X11Windows::atom(connection, "_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW, 0, 1));
+    return windows.empty() ? std::nullopt : std::optional(windows.front());
+}
+
+std::string managerName(xcb_connection_t* connection) {
+    const auto window = managerWindow(connection);
+    if (!window)
+        return {};
+    constexpr std::uint32_t longest = 16;
+    const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        connection,
+        xcb_get_property(connection, 0, *window, X11Windows::atom(connection, "_NET_WM_NAME"),
+                         XCB_GET_PROPERTY_TYPE_ANY, 0, longest),
+        nullptr));
+    if (!reply || reply->format != 8)
+        return {};
+    return {static_cast<const char*>(xcb_get_property_value(reply.get())), reply->value_len};
+}
+
+xcb_window_t number(UnmanagedWindows::Window window) {
+    return static_cast<xcb_window_t>(window);
+}
+
+/// The window on the root that holds `window`; `window` itself where nothing holds it.
+xcb_window_t frame(xcb_connection_t* connection, xcb_window_t window) {
+    for (;;) {
+        const XcbReply<xcb_query_tree_reply_t> reply(
+            xcb_query_tree_reply(connection, xcb_query_tree(connection, window), nullptr));
+        if (!reply || reply->parent == reply->root || reply->parent == XCB_WINDOW_NONE)
+            return window;
+        window = reply->parent;
+    }
+}
+
+} // namespace
+
+std::unique_ptr<X11UnmanagedWindows> X11UnmanagedWindows::make() {
+    xcb_connection_t* const connection = X11Windows::connection();
+    if (!connection || isGuest(connection))
+        return nullptr;
+    return std::unique_ptr<X11UnmanagedWindows>(new X11UnmanagedWindows(connection));
+}
+
+X11UnmanagedWindows::X11UnmanagedWindows(xcb_connection_t* connection)
+    : _connection(connection), _clock(X11Windows::atom(connection, "_SELVANE_CLOCK")) {
+    qGuiApp->installNativeEventFilter(this);
+}
+
+X11UnmanagedWindows::~X11UnmanagedWindows() {
+    if (_loan)
+        xcb_discard_reply(_connection, _loan->holder.sequence);
+}
+
+bool X11UnmanagedWindows::areWelcome() const {
+    const std::string name = managerName(_connection);
+    return std::ranges::find(friendlyManagers, name) != friendlyManagers.end();
+}
+
+void X11UnmanagedWindows::lendKeyboard(Window window, std::function<void()> onGiven) {
+    if (!_loan)
+        _loan.emplace().holder = xcb_get_input_focus(_connection);
+    _loan->window = number(window);
+    _loan->onGiven = std::move(onGiven);
+    _loan->begin = std::chrono::steady_clock::now();
+    _loan->tries = 0;
+    _loan->isGiven = false;
+    askForTime(_loan->window);
+}
+
+void X11UnmanagedWindows::returnKeyboard() {
+    const auto loan = std::exchange(_loan, std::nullopt);
+    if (!loan)
+        return;
+    const XcbReply<xcb_get_input_focus_reply_t> holder(
+        xcb_get_input_focus_reply(_connection, loan->holder, nullptr));
+    if (holder && loan->time)
+        setFocus(holder->focus, *loan->time);
+}
+
+bool X11UnmanagedWindows::nativeEventFilter(const QByteArray& type, void* message, qintptr*) {
+    if (!_loan || type != "xcb_generic_event_t")
+        return false;
+    switch (static_cast<const xcb_generic_event_t*>(message)->response_type & 0x7f) {
+    case XCB_PROPERTY_NOTIFY:
+        timeTold(*static_cast<const xcb_property_notify_event_t*>(message));
+        break;
+    case XCB_FOCUS_IN:
+        focusGot(*static_cast<const xcb_focus_in_event_t*>(message));
+        break;
+    case XCB_FOCUS_OUT:
+        focusLost(*static_cast<const xcb_focus_out_event_t*>(message));
+        break;
+    default:
+        break;
+    }
+    return false;
+}
+
+void X11UnmanagedWindows::askForTime(xcb_window_t window) {
+    xcb_change_property(_connection, XCB_PROP_MODE_APPEND, window, _clock, XCB_ATOM_INTEGER, 32, 0, nullptr);
+    xcb_flush(_connection);
+}
+
+void X11UnmanagedWindows::timeTold(const xcb_property_notify_event_t& change) {
+    if (change.atom != _clock || change.window != _loan->window)
+        return;
+    if (_loan->isGiven || _loan->tries == mostTries)
+        return;
+    ++_loan->tries;
+    _loan->time = change.time;
+    setFocus(_loan->window, change.time);
+    // In vain if somebody has set the focus since that time. The next answer comes when this is known.
+    askForTime(_loan->window);
+}
+
+void X11UnmanagedWindows::focusGot(const xcb_focus_in_event_t& event) {
+    // With the pointer over it, a window hears of focus that isn't its own.
+    if (event.event != _loan->window || event.detail == XCB_NOTIFY_DETAIL_POINTER)
+        return;
+    _loan->isGiven = true;
+    // On a copy, since it may end the loan.
+    if (const auto tell = std::exchange(_loan->onGiven, nullptr))
+        tell();
+}
+
+void X11UnmanagedWindows::focusLost(const xcb_focus_out_event_t& event) {
+    if (event.event != _loan->window || event.detail == XCB_NOTIFY_DETAIL_POINTER ||
+        event.mode != XCB_NOTIFY_MODE_NORMAL)
+        return;
+    // Also when a window closes elsewhere, some take it to give it to nobody.
+    if (std::chrono::steady_clock::now() - _loan->begin >= defence && !isFocusIdle())
+        return;
+    _loan->isGiven = false;
+    askForTime(_loan->window);
+}
+
+bool X11UnmanagedWindows::isFocusIdle() const {
+    const XcbReply<xcb_get_input_focus_reply_t> reply(
+        xcb_get_input_focus_reply(_connection, xcb_get_input_focus(_connection), nullptr));
+    if (!reply)
+        return false;
+    if (reply->focus == XCB_INPUT_FOCUS_NONE || reply->focus == XCB_INPUT_FOCUS_POINTER_ROOT)
+        return true;
+    const xcb_screen_t* const screen = X11Windows::screen(_connection, X11Windows::screenNumber());
+    if (screen && reply->focus == screen->root)
+        return true;
+    const auto manager = managerWindow(_connection);
+    const std::uint32_t owner = ~xcb_get_setup(_connection)->resource_id_mask;
+    return manager && (*manager & owner) == (reply->focus & owner);
+}
+
+void X11UnmanagedWindows::setFocus(xcb_window_t window, xcb_timestamp_t time) {
+    const auto request = xcb_set_input_focus_checked(_connection, XCB_INPUT_FOCUS_POINTER_ROOT, window, time);
+    // A window that has gone can't have it. The window manager sees to the keyboard then.
+    xcb_discard_reply(_connection, request.sequence);
+    xcb_flush(_connection);
+}
+
+void X11UnmanagedWindows::putBehind(Window window, Window other) {
+    const std::uint32_t values[] = {frame(_connection, number(other)), XCB_STACK_MODE_BELOW};
+    const auto request = xcb_configure_window_checked(
+        _connection, number(window), XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values);
+    xcb_discard_reply(_connection, request.sequence);
+    xcb_flush(_connection);
+}
+
+} // namespace selvane
