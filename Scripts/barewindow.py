@@ -4,14 +4,14 @@
     barewindow.py X Y WIDTH HEIGHT
 
 It is ready when it says so in a line. Each byte that it reads shows it or hides it; it fills itself with black when the
-server asks for its contents.
+server asks for its contents. The window manager has no part in it.
 """
 
 import select
 import sys
 
 import Xlib.display
-from Xlib import X, Xutil
+from Xlib import X
 
 
 def main():
@@ -19,11 +19,7 @@ def main():
     display = Xlib.display.Display()
     screen = display.screen()
     window = screen.root.create_window(x, y, width, height, 0, screen.root_depth, background_pixel=screen.white_pixel,
-                                       event_mask=X.ExposureMask)
-    window.set_wm_normal_hints(flags=Xutil.USPosition | Xutil.USSize, x=x, y=y, width=width, height=height)
-    # No frame, as the panel has none.
-    motif = display.intern_atom("_MOTIF_WM_HINTS")
-    window.change_property(motif, motif, 32, [2, 0, 0, 0, 0])
+                                       event_mask=X.ExposureMask, override_redirect=True)
     ink = window.create_gc(foreground=screen.black_pixel)
     display.sync()
     print("ready", flush=True)
