@@ -526,11 +526,6 @@ class Desktop:
         box = area.box if area else None
         return ImageGrab.grab(bbox=box, xdisplay=self.environment["DISPLAY"]).convert("RGB")
 
-    def pixel(self, x, y):
-        """How light the screen is in one place, 0 to 255; far quicker than a picture."""
-        answer = self._root.get_image(int(x), int(y), 1, 1, Xlib.X.ZPixmap, 0xFFFFFFFF)
-        return round(sum(answer.data[:3]) / 3)
-
     def settled_picture(self, area=None, still=0.3):
         """What an area shows once it has not changed for a while."""
         deadline = time.monotonic() + 20
@@ -566,10 +561,15 @@ class Desktop:
         return None
 
     def is_managed(self, title):
-        """Whether the visible window with that title is one of those that the window manager tells of."""
+        """Whether a window with that title is one of those that the window manager tells of."""
         told = self._root.get_full_property(self._display.intern_atom("_NET_CLIENT_LIST"), Xlib.X.AnyPropertyType)
-        windows = [self._display.create_resource_object("window", window) for window in (told.value if told else [])]
-        return any(self._title(window) == title for window in windows)
+        for number in told.value if told else []:
+            try:
+                if self._title(self._display.create_resource_object("window", number)) == title:
+                    return True
+            except Xlib.error.BadWindow:
+                continue
+        return False
 
     def has_focus(self, title):
         """Whether the keys go to the window with that title."""

@@ -30,9 +30,15 @@ def check_other_applications(desktop, selvane):
     finally:
         manager.send_signal(signal.SIGCONT)
     selvane.wait_for_panel()
-    behind.activate()
+    check(True, "an activation that was under way left the panel open")
+    desktop.key("Escape")
     selvane.wait_for_no_panel()
-    check(True, "an activation that was under way left the panel open, and the next one closes it")
+    # Xfwm4 may choose the bar instead.
+    if desktop.manager == "openbox":
+        wait("the keyboard to be in the window behind", lambda: desktop.has_focus("Behind"))
+        check(True, "the keyboard goes to the window behind the launcher")
+    behind.activate()
+    wait("the keyboard to be in the window behind", lambda: desktop.has_focus("Behind"))
 
     selvane.open_panel()
     behind.close()

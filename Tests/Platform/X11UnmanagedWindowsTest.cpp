@@ -2,6 +2,7 @@
 
 #include "Selvane/Platform/Linux/X11Windows.h"
 #include "Selvane/Platform/Linux/XcbReply.h"
+#include "Support/EnvironmentVariable.h"
 #include "Support/EventLoop.h"
 
 #include <QtGui/QRasterWindow>
@@ -36,6 +37,8 @@ protected:
     }
     ~X11UnmanagedWindowsTest() override {
         windows.reset();
+        xcb_delete_property(other, screen->root, X11Windows::atom(other, "_NET_SUPPORTING_WM_CHECK"));
+        (void)focused();
         xcb_disconnect(other);
     }
 
@@ -153,12 +156,45 @@ TEST_F(X11UnmanagedWindowsTest, ClickOnItsWayComesAfterTheReturn) {
     EXPECT_EQ(focused(), clicked);
 }
 
-TEST_F(X11UnmanagedWindowsTest, WindowManagerThatIsLateDoesNotTakeItAway) {
+TEST_F(X11UnmanagedWindowsTest, WhomALateWindowManagerChoseGetsItWhenItIsReturned) {
     lendAndWait();
-    focus(foreignWindow());
+    const xcb_window_t behind = foreignWindow();
+    focus(behind);
     EXPECT_TRUE(waitUntil([this] { return focused() == number(); }));
     windows->returnKeyboard();
-    EXPECT_TRUE(waitUntil([this] { return focused() == editor; }));
+    EXPECT_TRUE(waitUntil([&] { return focused() == behind; }));
+}
+
+TEST_F(X11UnmanagedWindowsTest, SecondLoanIsKeptFromALateWindowManagerToo) {
+    lendAndWait();
+    lend();
+    EXPECT_EQ(given, 2) << "it has it already";
+    focus(foreignWindow());
+    EXPECT_TRUE(waitUntil([this] { return focused() == number(); }));
+}
+
+TEST_F(X11UnmanagedWindowsTest, QuarrelEnds) {
+    lendAndWait();
+    const xcb_window_t stubborn = foreignWindow();
+    const auto wins = [&] {
+        focus(stubborn);
+        return !waitUntil([this] { return focused() == number(); }, std::chrono::milliseconds(200));
+    };
+    int times = 1;
+    while (!wins())
+        ASSERT_LT(++times, 100);
+}
+
+TEST_F(X11UnmanagedWindowsTest, LoanThatEndsBeforeItBeganMovesNothing) {
+    lend();
+    windows->returnKeyboard();
+    EXPECT_FALSE(waitUntil([this] { return focused() != editor; }, std::chrono::milliseconds(200)));
+    EXPECT_EQ(given, 0);
+}
+
+TEST_F(X11UnmanagedWindowsTest, GuestOfAWaylandDesktopHasNone) {
+    const EnvironmentVariable wayland("WAYLAND_DISPLAY", "wayland-0");
+    EXPECT_EQ(X11UnmanagedWindows::make(), nullptr);
 }
 
 TEST_F(X11UnmanagedWindowsTest, KeyboardThatNobodyGetsComesBack) {
@@ -175,7 +211,8 @@ TEST_F(X11UnmanagedWindowsTest, WindowThatHasGoneGetsNothingBack) {
     (void)focused();
     windows->returnKeyboard();
     panel.hide();
-    EXPECT_TRUE(waitUntil([this] { return focused() == XCB_INPUT_FOCUS_POINTER_ROOT; }));
+    EXPECT_TRUE(waitUntil([this] { return focused() == XCB_INPUT_FOCUS_NONE; }))
+        << "which window managers see to";
 }
 
 TEST_F(X11UnmanagedWindowsTest, WindowIsPutBehindTheFrameOfAnother) {

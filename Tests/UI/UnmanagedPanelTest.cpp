@@ -91,6 +91,14 @@ TEST_F(UnmanagedPanelTest, LossOfAnEarlierOpeningIsNone) {
     EXPECT_EQ(turnedAway, 1);
 }
 
+TEST_F(UnmanagedPanelTest, LossBeforeItIsShownOnceMoreIsNone) {
+    windows.give();
+    moveKeyboard(nullptr);
+    panel->show({});
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(turnedAway, 0);
+}
+
 TEST_F(UnmanagedPanelTest, NormalLevelIsRightBehindTheWindowWithTheKeyboard) {
     QWindow other;
     other.show();

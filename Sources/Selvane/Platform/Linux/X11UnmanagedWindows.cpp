@@ -20,8 +20,11 @@ namespace {
 /// than this it is the user who turns to another window.
 constexpr std::chrono::milliseconds defence{250};
 
-/// How often a window is given the keyboard until it keeps it.
+/// How often a window is given the keyboard until it keeps it, before others are left to it.
 constexpr int mostTries = 10;
+
+/// Losses that follow one another faster are of one quarrel.
+constexpr std::chrono::seconds contention{1};
 
 /// Whether the X server is a guest on a Wayland desktop.
 bool isGuest(xcb_connection_t* connection) {
@@ -35,33 +38,6 @@ bool isGuest(xcb_connection_t* connection) {
 /// As window managers tell their names.
 constexpr std::array<std::string_view, 5> friendlyManagers{"KWin", "Mutter", "GNOME Shell", "Xfwm4",
                                                            "Metacity"};
-
-/// A window of the window manager's own, if one runs.
-std::optional<xcb_window_t> managerWindow(xcb_connection_t* connection) {
-    const xcb_screen_t* const screen = X11Windows::screen(connection, X11Windows::screenNumber());
-    if (!screen)
-        return std::nullopt;
-    const auto windows = X11Windows::numbers(
-        connection,
-        xcb_get_property(connection, 0, screen->root,
-                         X11Windows::atom(connection, "_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW, 0, 1));
-    return windows.empty() ? std::nullopt : std::optional(windows.front());
-}
-
-std::string managerName(xcb_connection_t* connection) {
-    const auto window = managerWindow(connection);
-    if (!window)
-        return {};
-    constexpr std::uint32_t longest = 16;
-    const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        connection,
-        xcb_get_property(connection, 0, *window, X11Windows::atom(connection, "_NET_WM_NAME"),
-                         XCB_GET_PROPERTY_TYPE_ANY, 0, longest),
-        nullptr));
-    if (!reply || reply->format != 8)
-        return {};
-    return {static_cast<const char*>(xcb_get_property_value(reply.get())), reply->value_len};
-}
 
 xcb_window_t number(UnmanagedWindows::Window window) {
     return static_cast<xcb_window_t>(window);
@@ -88,39 +64,56 @@ std::unique_ptr<X11UnmanagedWindows> X11UnmanagedWindows::make() {
 }
 
 X11UnmanagedWindows::X11UnmanagedWindows(xcb_connection_t* connection)
-    : _connection(connection), _clock(X11Windows::atom(connection, "_SELVANE_CLOCK")) {
+    : _connection(connection),
+      _clock(X11Windows::atom(connection, "_SELVANE_CLOCK")),
+      _manager(X11Windows::atom(connection, "_NET_SUPPORTING_WM_CHECK")),
+      _name(X11Windows::atom(connection, "_NET_WM_NAME")) {
     qGuiApp->installNativeEventFilter(this);
 }
 
 X11UnmanagedWindows::~X11UnmanagedWindows() {
     if (_loan)
-        xcb_discard_reply(_connection, _loan->holder.sequence);
+        forgetHolder();
 }
 
 bool X11UnmanagedWindows::areWelcome() const {
-    const std::string name = managerName(_connection);
+    const std::string name = managerName();
     return std::ranges::find(friendlyManagers, name) != friendlyManagers.end();
 }
 
 void X11UnmanagedWindows::lendKeyboard(Window window, std::function<void()> onGiven) {
     if (!_loan)
-        _loan.emplace().holder = xcb_get_input_focus(_connection);
-    _loan->window = number(window);
-    _loan->onGiven = std::move(onGiven);
+        _loan.emplace().question = xcb_get_input_focus(_connection);
     _loan->begin = std::chrono::steady_clock::now();
     _loan->tries = 0;
+    if (_loan->isGiven && _loan->window == number(window)) {
+        onGiven();
+        return;
+    }
+    _loan->window = number(window);
+    _loan->onGiven = std::move(onGiven);
     _loan->isGiven = false;
     askForTime(_loan->window);
 }
 
 void X11UnmanagedWindows::returnKeyboard() {
-    const auto loan = std::exchange(_loan, std::nullopt);
-    if (!loan)
+    if (!_loan)
         return;
-    const XcbReply<xcb_get_input_focus_reply_t> holder(
-        xcb_get_input_focus_reply(_connection, loan->holder, nullptr));
-    if (holder && loan->time)
-        setFocus(holder->focus, *loan->time);
+    if (const auto question = std::exchange(_loan->question, std::nullopt)) {
+        const XcbReply<xcb_get_input_focus_reply_t> reply(
+            xcb_get_input_focus_reply(_connection, *question, nullptr));
+        if (reply)
+            _loan->holder = reply->focus;
+    }
+    const auto loan = std::exchange(_loan, std::nullopt);
+    // Otherwise it is the window manager that finds it with nobody once the window is hidden.
+    if (loan->holder && loan->time && !isIdle(*loan->holder))
+        setFocus(*loan->holder, *loan->time);
+}
+
+void X11UnmanagedWindows::forgetHolder() {
+    if (const auto question = std::exchange(_loan->question, std::nullopt))
+        xcb_discard_reply(_connection, question->sequence);
 }
 
 bool X11UnmanagedWindows::nativeEventFilter(const QByteArray& type, void* message, qintptr*) {
@@ -173,31 +166,69 @@ void X11UnmanagedWindows::focusLost(const xcb_focus_out_event_t& event) {
     if (event.event != _loan->window || event.detail == XCB_NOTIFY_DETAIL_POINTER ||
         event.mode != XCB_NOTIFY_MODE_NORMAL)
         return;
-    // Also when a window closes elsewhere, some take it to give it to nobody.
-    if (std::chrono::steady_clock::now() - _loan->begin >= defence && !isFocusIdle())
-        return;
     _loan->isGiven = false;
+    const auto now = std::chrono::steady_clock::now();
+    if (now - std::exchange(_loan->lastLoss, now) > contention)
+        _loan->tries = 0;
+    const auto holder = focus();
+    if (!holder)
+        return;
+    // When a window closes elsewhere, some window managers take the keyboard and give it to nobody.
+    if (!isIdle(*holder)) {
+        if (now - _loan->begin >= defence)
+            return;
+        // This is who would have it now without the loan.
+        forgetHolder();
+        _loan->holder = holder;
+    }
     askForTime(_loan->window);
 }
 
-bool X11UnmanagedWindows::isFocusIdle() const {
+std::optional<xcb_window_t> X11UnmanagedWindows::managerWindow() const {
+    const xcb_screen_t* const screen = X11Windows::screen(_connection, X11Windows::screenNumber());
+    if (!screen)
+        return std::nullopt;
+    const auto windows = X11Windows::numbers(
+        _connection, xcb_get_property(_connection, 0, screen->root, _manager, XCB_ATOM_WINDOW, 0, 1));
+    return windows.empty() ? std::nullopt : std::optional(windows.front());
+}
+
+std::string X11UnmanagedWindows::managerName() const {
+    const auto window = managerWindow();
+    if (!window)
+        return {};
+    // In units of four bytes.
+    constexpr std::uint32_t longest = 16;
+    const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        _connection, xcb_get_property(_connection, 0, *window, _name, XCB_GET_PROPERTY_TYPE_ANY, 0, longest),
+        nullptr));
+    if (!reply || reply->format != 8)
+        return {};
+    return {static_cast<const char*>(xcb_get_property_value(reply.get())), reply->value_len};
+}
+
+std::optional<xcb_window_t> X11UnmanagedWindows::focus() const {
     const XcbReply<xcb_get_input_focus_reply_t> reply(
         xcb_get_input_focus_reply(_connection, xcb_get_input_focus(_connection), nullptr));
-    if (!reply)
-        return false;
-    if (reply->focus == XCB_INPUT_FOCUS_NONE || reply->focus == XCB_INPUT_FOCUS_POINTER_ROOT)
+    return reply ? std::optional(reply->focus) : std::nullopt;
+}
+
+bool X11UnmanagedWindows::isIdle(xcb_window_t holder) const {
+    if (holder == XCB_INPUT_FOCUS_NONE || holder == XCB_INPUT_FOCUS_POINTER_ROOT)
         return true;
     const xcb_screen_t* const screen = X11Windows::screen(_connection, X11Windows::screenNumber());
-    if (screen && reply->focus == screen->root)
+    if (screen && holder == screen->root)
         return true;
-    const auto manager = managerWindow(_connection);
+    const auto manager = managerWindow();
     const std::uint32_t owner = ~xcb_get_setup(_connection)->resource_id_mask;
-    return manager && (*manager & owner) == (reply->focus & owner);
+    return manager && (*manager & owner) == (holder & owner);
 }
 
 void X11UnmanagedWindows::setFocus(xcb_window_t window, xcb_timestamp_t time) {
-    const auto request = xcb_set_input_focus_checked(_connection, XCB_INPUT_FOCUS_POINTER_ROOT, window, time);
-    // A window that has gone can't have it. The window manager sees to the keyboard then.
+    // When a hidden window leaves the focus to nobody, more window managers see to it than when it is left to
+    // the pointer.
+    const auto request = xcb_set_input_focus_checked(_connection, XCB_INPUT_FOCUS_NONE, window, time);
+    // A window that has gone can't have it.
     xcb_discard_reply(_connection, request.sequence);
     xcb_flush(_connection);
 }

@@ -12,13 +12,7 @@ public:
     std::function<void()> onPress;
 
 protected:
-    bool event(QEvent* event) override {
-        const auto type = event->type();
-        if ((type == QEvent::MouseButtonPress || type == QEvent::TouchBegin || type == QEvent::TabletPress) &&
-            onPress)
-            onPress();
-        return QQuickWindow::event(event);
-    }
+    bool event(QEvent* event) override;
 };
 
 } // namespace selvane

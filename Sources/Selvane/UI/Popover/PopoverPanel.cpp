@@ -174,6 +174,7 @@ void PopoverPanel::show(const StatusItemAnchor& anchor) {
     // A panel that was just hidden counts as active until the window system has taken the keyboard from it;
     // that loss is not the user's turning away from the panel shown now.
     _hadKeyboard = _window.isVisible() && _window.isActive();
+    _isLosingKeyboard = false;
     chooseScreen(anchor);
     fitWindow();
     // A managed window that appears comes on top by itself.

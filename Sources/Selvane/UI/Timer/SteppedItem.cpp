@@ -67,6 +67,9 @@ void SteppedItem::stepAfter(Seconds delay) {
 
 void SteppedItem::itemChange(ItemChange change, const ItemChangeData& data) {
     QQuickPaintedItem::itemChange(change, data);
+    // Of what is painted anew nothing is there.
+    if (change == ItemSceneChange || change == ItemDevicePixelRatioHasChanged)
+        repaint();
     if (change == ItemSceneChange) {
         disconnect(_windowVisibility);
         disconnect(_windowContents);

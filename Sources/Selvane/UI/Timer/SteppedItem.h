@@ -43,7 +43,7 @@ protected:
     virtual void decide() {}
 
     virtual void step() = 0;
-    /// The item came before the user, or went. What was painted is still there.
+    /// The item came before the user, or went. What a window showed before is still painted.
     virtual void shownChanged() = 0;
 
     void paint(QPainter* painter) final;

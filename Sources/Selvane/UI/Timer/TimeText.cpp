@@ -190,8 +190,12 @@ QRectF TimeText::rollingArea() const {
 
 void TimeText::draw(QPainter& painter) {
     // The roll learns of a time a little later, which may be too late for a picture taken now.
-    if (_roll.time() != _time)
+    if (_roll.time() != _time) {
         _roll.change(_time, DigitRoll::Pace::none, now());
+        if (painter.hasClipping())
+            QMetaObject::invokeMethod(
+                this, [this] { repaint(); }, Qt::QueuedConnection);
+    }
     painter.setRenderHint(QPainter::TextAntialiasing);
     painter.setFont(_font);
 
