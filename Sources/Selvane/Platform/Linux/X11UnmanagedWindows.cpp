@@ -36,8 +36,7 @@ bool isGuest(xcb_connection_t* connection) {
 }
 
 /// As window managers tell their names.
-constexpr std::array<std::string_view, 5> friendlyManagers{"KWin", "Mutter", "GNOME Shell", "Xfwm4",
-                                                           "Metacity"};
+constexpr std::array<std::string_view, 4> friendlyManagers{"KWin", "Mutter", "Xfwm4", "Metacity"};
 
 xcb_window_t number(UnmanagedWindows::Window window) {
     return static_cast<xcb_window_t>(window);
