@@ -72,7 +72,7 @@ X11UnmanagedWindows::X11UnmanagedWindows(xcb_connection_t* connection)
 
 X11UnmanagedWindows::~X11UnmanagedWindows() {
     if (_loan)
-        forgetHolder();
+        discardQuestion();
 }
 
 bool X11UnmanagedWindows::areWelcome() const {
@@ -110,7 +110,7 @@ void X11UnmanagedWindows::returnKeyboard() {
         setFocus(*loan->holder, *loan->time);
 }
 
-void X11UnmanagedWindows::forgetHolder() {
+void X11UnmanagedWindows::discardQuestion() {
     if (const auto question = std::exchange(_loan->question, std::nullopt))
         xcb_discard_reply(_connection, question->sequence);
 }
@@ -177,7 +177,7 @@ void X11UnmanagedWindows::focusLost(const xcb_focus_out_event_t& event) {
         if (now - _loan->begin >= defence)
             return;
         // This is who would have it now without the loan.
-        forgetHolder();
+        discardQuestion();
         _loan->holder = holder;
     }
     askForTime(_loan->window);

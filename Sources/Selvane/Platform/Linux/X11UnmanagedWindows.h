@@ -64,7 +64,7 @@ private:
     [[nodiscard]] std::optional<xcb_window_t> focus() const;
     /// Whether who has the keyboard has no use for it: nobody, or the window manager itself.
     [[nodiscard]] bool isIdle(xcb_window_t holder) const;
-    void forgetHolder();
+    void discardQuestion();
     void setFocus(xcb_window_t window, xcb_timestamp_t time);
 
     xcb_connection_t* _connection;
