@@ -274,6 +274,20 @@ TEST_F(PopoverLayoutTest, FontsOfTheHeadStartAreThoseThatAreRead) {
         EXPECT_THAT(known, Contains(HeadStart::UsedFont{weight, size})) << weight << ' ' << size;
     for (const auto& [weight, size] : known)
         EXPECT_THAT(read, Contains(HeadStart::UsedFont{weight, size})) << weight << ' ' << size;
+    const QFont note = textIn(part("SessionNote"))->property("font").value<QFont>();
+    EXPECT_EQ(note.weight(), HeadStart::noteFont().weight);
+    EXPECT_EQ(note.pixelSize(), HeadStart::noteFont().size);
+}
+
+TEST_F(PopoverLayoutTest, DigitsOfTheHeadStartAreThoseOfTheFace) {
+    for (const TimerStyle style : allCases<TimerStyle>) {
+        SCOPED_TRACE(rawValue(style));
+        model().settings().timerStyle.set(style);
+        settle();
+        const QFont digits = part("TimeText")->property("font").value<QFont>();
+        EXPECT_EQ(digits.weight(), HeadStart::timeFont(style).weight);
+        EXPECT_EQ(digits.pixelSize(), HeadStart::timeFont(style).size);
+    }
 }
 
 } // namespace

@@ -29,6 +29,13 @@ QUrl faceFile(TimerStyle style) {
     __builtin_unreachable();
 }
 
+QFontMetricsF metrics(const HeadStart::UsedFont& used) {
+    QFont font = QGuiApplication::font();
+    font.setWeight(used.weight);
+    font.setPixelSize(used.size);
+    return QFontMetricsF(font);
+}
+
 } // namespace
 
 HeadStart::HeadStart(QQmlEngine& engine, const AppSettings& settings) : _engine(engine), _settings(settings) {
@@ -57,6 +64,22 @@ QUrl HeadStart::popoverFile() {
     return viewFile("Popover", "Popover");
 }
 
+HeadStart::UsedFont HeadStart::noteFont() {
+    return {QFont::Normal, 11};
+}
+
+HeadStart::UsedFont HeadStart::timeFont(TimerStyle style) {
+    switch (style) {
+    case TimerStyle::ring:
+        return {QFont::DemiBold, 40};
+    case TimerStyle::bar:
+        return {QFont::DemiBold, 52};
+    case TimerStyle::minimal:
+        return {QFont::DemiBold, 60};
+    }
+    __builtin_unreachable();
+}
+
 std::span<const HeadStart::UsedFont> HeadStart::usedFonts() {
     static constexpr std::array fonts{
         UsedFont{QFont::Normal, 13},   UsedFont{QFont::Medium, 12},   UsedFont{QFont::Medium, 13},
@@ -66,15 +89,14 @@ std::span<const HeadStart::UsedFont> HeadStart::usedFonts() {
     return fonts;
 }
 
-void HeadStart::findFonts() {
-    QFont font = QGuiApplication::font();
-    for (const auto& [weight, size] : usedFonts()) {
-        font.setWeight(weight);
-        font.setPixelSize(size);
+void HeadStart::findFonts() const {
+    for (const UsedFont& font : usedFonts())
         // More than its height: what is needed to place letters beside each other is read with the first
         // ones.
-        [[maybe_unused]] const double width = QFontMetricsF(font).horizontalAdvance(QStringLiteral("Focus"));
-    }
+        [[maybe_unused]] const double width = metrics(font).horizontalAdvance(QStringLiteral("Focus"));
+    // Qt keeps a font for each script, and digits alone and lines without words are of none.
+    [[maybe_unused]] const double digit = metrics(timeFont(_settings.timerStyle())).horizontalAdvance(u'0');
+    [[maybe_unused]] const double line = metrics(noteFont()).height();
 }
 
 } // namespace selvane

@@ -42,9 +42,15 @@ public:
     /// Those of the system's font that the first frame is written in.
     [[nodiscard]] static std::span<const UsedFont> usedFonts();
 
+    /// That of the note, whose line is measured though it has nothing to say.
+    [[nodiscard]] static UsedFont noteFont();
+
+    /// That of the time's digits.
+    [[nodiscard]] static UsedFont timeFont(TimerStyle style);
+
     /// Finds the fonts that the views use and makes them ready, which Qt does only when the first text asks
     /// for them.
-    static void findFonts();
+    void findFonts() const;
 
 private:
     void read(const QUrl& file);

@@ -112,7 +112,7 @@ PopoverPanel::PopoverPanel(const PanelContext& context)
     _window.create();
     // Not before: until the engine's thread is under way, asking it for more means waiting for it.
     _headStart->readParts();
-    HeadStart::findFonts();
+    _headStart->findFonts();
     _model.begin();
     makeRoot();
     // The timer's face may be given another style, and with it another height.
