@@ -4,11 +4,13 @@
 #include "Support/ModelHarness.h"
 
 #include <QGuiApplication>
+#include <QQuickWindow>
 #include <QTest>
 
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
 
 namespace selvane {
 namespace {
@@ -19,11 +21,14 @@ protected:
     UnmanagedPanelTest() { make(); }
 
     void make() {
-        panel = std::make_unique<PopoverPanel>(PanelContext{
-            &harness.launch(), &appearance, &harness.scheduler, nullptr, nullptr, nullptr, &windows});
+        panel = std::make_unique<PopoverPanel>(context());
         panel->onTurnedAway = [this] { ++turnedAway; };
         window = QGuiApplication::topLevelWindows().constFirst();
         panel->show({});
+    }
+
+    PanelContext context() {
+        return {&harness.launch(), &appearance, &harness.scheduler, nullptr, nullptr, nullptr, &windows};
     }
 
     static void moveKeyboard(QWindow* to) { Q_EMIT qGuiApp->focusWindowChanged(to); }
@@ -55,6 +60,22 @@ TEST_F(UnmanagedPanelTest, BorrowsTheKeyboardWhileItIsOpen) {
     EXPECT_TRUE(windows.borrower);
     panel.reset();
     EXPECT_FALSE(windows.borrower) << "a program that ends has given it back";
+}
+
+TEST_F(UnmanagedPanelTest, IsDrawnForTheFirstTimeBeforeItAsksForTheKeyboard) {
+    panel.reset();
+    windows = {};
+    std::optional<int> loansWhenDrawn;
+    panel = std::make_unique<PopoverPanel>(context());
+    auto* const view = qobject_cast<QQuickWindow*>(QGuiApplication::topLevelWindows().constFirst());
+    ASSERT_NE(view, nullptr);
+    QObject::connect(view, &QQuickWindow::afterRendering, view, [&] {
+        if (!loansWhenDrawn)
+            loansWhenDrawn = windows.loans;
+    });
+    panel->show({});
+    EXPECT_EQ(loansWhenDrawn, 0);
+    EXPECT_EQ(windows.loans, 1);
 }
 
 TEST_F(UnmanagedPanelTest, TakesTheKeyboardAgainWhenAskedAndWhenPressed) {

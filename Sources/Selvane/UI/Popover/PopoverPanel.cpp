@@ -183,10 +183,17 @@ void PopoverPanel::show(const StatusItemAnchor& anchor) {
     placeByDesktop();
     _isShown = true;
     _window.show();
-    takeKeyboard();
-    drawAhead();
+    if (_unmanagedWindows) {
+        // Such a window is there at once: what is drawn is seen before the server has answered for the
+        // keyboard.
+        drawAhead();
+        takeKeyboard();
+    } else {
+        takeKeyboard();
+        drawAhead();
+    }
     // What is told of a window before it appears may cross with what the window manager does to it, and some
-    // of that be lost. What is drawn ahead is no frame on the screen yet.
+    // of that be lost. What is drawn ahead doesn't count, be it seen or not.
     QObject::connect(
         &_window, &QQuickWindow::frameSwapped, &_window, [this] { keepPlace(); }, Qt::SingleShotConnection);
     if (_headStart)

@@ -63,7 +63,8 @@ private:
     void keepPlace();
     /// What bars leave of a screen, in units of windows.
     [[nodiscard]] ScreenRect available(const QScreen& screen) const;
-    /// Draws the first frame while the window system is busy with the window; it would happen after that.
+    /// Draws the first frame before the window system asks for it: while it is busy with a managed window,
+    /// and at once in any other.
     void drawAhead();
     /// Has the page of the tasks made when the first frame is on the screen.
     void completeAfterFrame();
