@@ -8,7 +8,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <fstream>
+#include <ios>
 #include <memory>
+#include <sstream>
+#include <string>
+#include <thread>
 #include <vector>
 
 namespace selvane {
@@ -41,6 +46,38 @@ TEST(HeapRoomTest, IsThereBeforeItIsUsed) {
     HeapRoom::make(4U << 20U);
     const auto pages = bytes / static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
     EXPECT_GE(pagesInPlace(bytes), pages - 1);
+}
+
+/// The bytes that may be written without asking the kernel, from a block on.
+std::size_t writableFrom(const void* block) {
+    std::ifstream maps("/proc/self/maps");
+    const auto address = reinterpret_cast<std::uintptr_t>(block);
+    std::uintptr_t begin = 0;
+    std::uintptr_t end = 0;
+    std::string rights;
+    for (std::string line; std::getline(maps, line);) {
+        std::istringstream words(line);
+        char hyphen = 0;
+        if (words >> std::hex >> begin >> hyphen >> end >> rights && begin <= address && address < end)
+            return rights.starts_with("rw") ? end - address : 0;
+    }
+    return 0;
+}
+
+TEST(HeapRoomDeathTest, NewHeapOfAThreadNeedNotAskPageByPage) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    // In a process of its own no thread has left its heap to another.
+    EXPECT_EXIT(
+        {
+            HeapRoom::make(4U << 20U);
+            std::size_t bytes = 0;
+            std::thread([&bytes] {
+                const std::unique_ptr<void, Free> block(std::malloc(1));
+                bytes = writableFrom(block.get());
+            }).join();
+            std::exit(bytes > std::size_t{1} << 20U ? EXIT_SUCCESS : EXIT_FAILURE);
+        },
+        testing::ExitedWithCode(EXIT_SUCCESS), "");
 }
 
 } // namespace

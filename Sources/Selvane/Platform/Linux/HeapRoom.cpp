@@ -1,5 +1,6 @@
 #include "Selvane/Platform/Linux/HeapRoom.h"
 
+#include <malloc.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -7,6 +8,14 @@
 #include <cstdlib>
 
 namespace selvane::HeapRoom {
+
+namespace {
+
+/// About what the thread that reads the views takes, in bytes. Less than what the kernel may give in one
+/// piece, as it would to each thread at its first byte.
+constexpr int threadRoom = (2 << 20) - (64 << 10);
+
+} // namespace
 
 void make(std::size_t bytes) {
     // The first lies outside the heap. Once it has been freed, the C library takes blocks of its size from
@@ -20,6 +29,8 @@ void make(std::size_t bytes) {
     if (block)
         madvise(reinterpret_cast<void*>(begin), bytes, MADV_POPULATE_WRITE);
     std::free(block);
+    // Last: from here on the C library learns no size from what is freed.
+    mallopt(M_TOP_PAD, threadRoom);
 }
 
 } // namespace selvane::HeapRoom
