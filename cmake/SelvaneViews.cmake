@@ -16,12 +16,15 @@ function(selvane_add_views target uri)
 
     add_library(${target} STATIC)
     set_target_properties(${target} PROPERTIES AUTOMOC ON)
+    # By the import path the compiler finds the types of the other folders. A binding that names one that it doesn't
+    # know is left to the interpreter.
     qt_add_qml_module(${target}
         URI ${uri}
         VERSION 1.0
         NO_PLUGIN
         RESOURCE_PREFIX /qt-project.org/imports
         OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/qml/${path}"
+        IMPORT_PATH "${PROJECT_BINARY_DIR}/qml"
         DEPENDENCIES QtQuick ${arg_USES}
         SOURCES ${arg_SOURCES}
         QML_FILES ${arg_QML_FILES})
@@ -37,4 +40,22 @@ function(selvane_add_views target uri)
     get_target_property(view_sources ${target} SOURCES)
     list(FILTER view_sources INCLUDE REGEX "/qmlcache/")
     set_source_files_properties(${view_sources} PROPERTIES COMPILE_OPTIONS -w)
+
+    # What was compiled by the types of other folders is compiled anew when these change.
+    set(known "")
+    foreach(library IN LISTS arg_LIBRARIES)
+        get_target_property(types ${library} SELVANE_VIEW_TYPES)
+        if(types)
+            list(APPEND known ${types})
+        endif()
+    endforeach()
+    if(known)
+        list(REMOVE_DUPLICATES known)
+        foreach(source IN LISTS view_sources)
+            add_custom_command(OUTPUT "${source}" APPEND DEPENDS ${known})
+        endforeach()
+    endif()
+    set(types ${target}.qmltypes qmldir ${arg_QML_FILES})
+    list(TRANSFORM types PREPEND "${PROJECT_BINARY_DIR}/qml/${path}/")
+    set_target_properties(${target} PROPERTIES SELVANE_VIEW_TYPES "${known};${types}")
 endfunction()

@@ -12,7 +12,7 @@ Row {
     readonly property real sideWidth: Math.max(resetButton.implicitWidth, skipButton.implicitWidth)
 
     function focusPrimaryButton() {
-        primaryButton.forceActiveFocus(Qt.OtherFocusReason);
+        primaryButton.forceActiveFocus();
     }
 
     spacing: 10
