@@ -19,8 +19,12 @@ int differenceOf(QRgb left, QRgb right) {
 double meanDifference(const QImage& left, const QImage& right, const QRect& tile) {
     qint64 sum = 0;
     for (int y = tile.top(); y <= tile.bottom(); ++y) {
-        for (int x = tile.left(); x <= tile.right(); ++x)
-            sum += differenceOf(left.pixel(x, y), right.pixel(x, y));
+        const auto* const leftRow = reinterpret_cast<const QRgb*>(left.constScanLine(y));
+        const auto* const rightRow = reinterpret_cast<const QRgb*>(right.constScanLine(y));
+        for (int x = tile.left(); x <= tile.right(); ++x) {
+            if (leftRow[x] != rightRow[x])
+                sum += differenceOf(leftRow[x], rightRow[x]);
+        }
     }
     return static_cast<double>(sum) / (tile.width() * tile.height());
 }
