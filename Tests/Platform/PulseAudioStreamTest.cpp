@@ -292,7 +292,8 @@ TEST_P(TimelyStreamTest, VolumeIsThatOfTheStreamAndChangesWithoutAClick) {
     // A sine of 441 Hz moves by so much from one frame to the next, and no volume jumps on top of that.
     const double steepest = 0.5 * 2 * std::numbers::pi * 441 / double{second};
     const std::size_t edge = second / 10;
-    // A server is in time on a machine with time to spare only, and what it leaves out is heard too.
+    // A server is in time on a machine with time to spare only, and what it leaves out near the change is
+    // heard too.
     double step = 1;
     for (int attempt = 1; attempt <= 5 && step > 1.02 * steepest; ++attempt) {
         Recording recording;
@@ -309,9 +310,11 @@ TEST_P(TimelyStreamTest, VolumeIsThatOfTheStreamAndChangesWithoutAClick) {
         ASSERT_GT(left.size(), second);
         EXPECT_NEAR(*std::max_element(left.begin(), left.begin() + edge), 0.125, 0.001);
         EXPECT_NEAR(*std::max_element(left.end() - edge, left.end()), 0.5, 0.001);
+        const auto louder = std::find_if(left.begin() + edge, left.end() - 2 * edge,
+                                         [](float sample) { return std::abs(sample) > 0.126F; });
         step = 0;
-        for (std::size_t index = 1; index < left.size(); ++index)
-            step = std::max(step, std::abs(double{left[index]} - double{left[index - 1]}));
+        for (auto sample = louder - edge + 1; sample != louder + 2 * edge; ++sample)
+            step = std::max(step, std::abs(double{*sample} - double{*std::prev(sample)}));
     }
     EXPECT_LE(step, 1.02 * steepest);
 }
