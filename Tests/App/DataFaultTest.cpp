@@ -1,6 +1,7 @@
 #include "SelvaneCore/BackupRotation.h"
 #include "Support/DataHarness.h"
 #include "Support/LocalTime.h"
+#include "Support/Repeats.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -321,7 +322,7 @@ private:
 /// Rounds with other data; more of them on request.
 std::uint64_t rounds() {
     const char* const wanted = std::getenv("SELVANE_FAULT_ROUNDS");
-    return wanted ? std::strtoull(wanted, nullptr, 10) : 3;
+    return wanted ? std::strtoull(wanted, nullptr, 10) : test::repeats(std::uint64_t{3});
 }
 
 class DataFaults : public testing::TestWithParam<Scenario> {

@@ -2,6 +2,7 @@
 #include "Support/Dice.h"
 #include "Support/LocalTime.h"
 #include "Support/Printers.h"
+#include "Support/Repeats.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +19,7 @@ namespace {
 
 using test::Dice;
 
-constexpr int histories = 20'000;
+constexpr int histories = test::repeats(20'000);
 constexpr int entriesPerHistory = 30;
 
 struct Front {
@@ -26,11 +27,11 @@ struct Front {
     std::string name;
 };
 
-enum class Operation { begin, activate, suspend, resume, finish };
+enum class LoggedOperation { begin, activate, suspend, resume, finish };
 
 /// One line of the log of what a recorder was told.
 struct Entry {
-    Operation operation;
+    LoggedOperation operation;
     std::optional<Front> front;
     /// Quarters of a second, which floats add up exactly.
     std::int64_t time;
@@ -59,10 +60,11 @@ public:
     /// Whether time counted after an entry: the last one that turned it on or off says.
     [[nodiscard]] bool countsAfter(std::size_t place) const {
         for (std::size_t i = place + 1; i > 0; --i) {
-            const Operation operation = _log[i - 1].operation;
-            if (operation == Operation::suspend || operation == Operation::finish)
+            const LoggedOperation operation = _log[i - 1].operation;
+            if (operation == LoggedOperation::suspend || operation == LoggedOperation::finish)
                 return false;
-            if ((operation == Operation::begin || operation == Operation::resume) && frontAfter(i - 1))
+            if ((operation == LoggedOperation::begin || operation == LoggedOperation::resume) &&
+                frontAfter(i - 1))
                 return true;
         }
         return false;
@@ -72,14 +74,14 @@ public:
     [[nodiscard]] bool opens(std::size_t place) const {
         if (!countsAfter(place))
             return false;
-        return _log[place].operation != Operation::resume || place == 0 || !countsAfter(place - 1);
+        return _log[place].operation != LoggedOperation::resume || place == 0 || !countsAfter(place - 1);
     }
 
     /// The result of the `finish` at `place`.
     [[nodiscard]] std::vector<AppUsage> usage(std::size_t place) const {
         std::size_t first = place;
-        while (first > 0 && _log[first].operation != Operation::begin &&
-               _log[first - 1].operation != Operation::finish)
+        while (first > 0 && _log[first].operation != LoggedOperation::begin &&
+               _log[first - 1].operation != LoggedOperation::finish)
             --first;
 
         std::map<std::string, std::int64_t> quarters;
@@ -88,7 +90,7 @@ public:
             if (!opens(i))
                 continue;
             std::size_t end = i + 1;
-            while (_log[end].operation == Operation::resume)
+            while (_log[end].operation == LoggedOperation::resume)
                 ++end;
             const Front front = *frontAfter(i);
             if (quarters.try_emplace(front.bundleID, 0).second)
@@ -130,38 +132,39 @@ Entry randomEntry(Dice& dice, std::int64_t& time) {
     time += dice.below(10) == 0 ? -dice.below(20) : dice.below(6);
     switch (dice.below(8)) {
     case 0:
-        return {Operation::begin, dice.below(2) == 0 ? std::optional(randomFront(dice)) : std::nullopt, time};
+        return {LoggedOperation::begin, dice.below(2) == 0 ? std::optional(randomFront(dice)) : std::nullopt,
+                time};
     case 1:
-        return {Operation::suspend, std::nullopt, time};
+        return {LoggedOperation::suspend, std::nullopt, time};
     case 2:
     case 3:
-        return {Operation::resume, std::nullopt, time};
+        return {LoggedOperation::resume, std::nullopt, time};
     case 4:
-        return {Operation::finish, std::nullopt, time};
+        return {LoggedOperation::finish, std::nullopt, time};
     default:
-        return {Operation::activate, randomFront(dice), time};
+        return {LoggedOperation::activate, randomFront(dice), time};
     }
 }
 
 std::vector<AppUsage> tell(AppUsageRecorder& recorder, const Entry& entry) {
     const Date at = instant(entry.time);
     switch (entry.operation) {
-    case Operation::begin:
+    case LoggedOperation::begin:
         if (entry.front)
             recorder.begin(entry.front->bundleID, entry.front->name, at);
         else
             recorder.begin(std::nullopt, "", at);
         return {};
-    case Operation::activate:
+    case LoggedOperation::activate:
         recorder.activate(entry.front->bundleID, entry.front->name, at);
         return {};
-    case Operation::suspend:
+    case LoggedOperation::suspend:
         recorder.suspend(at);
         return {};
-    case Operation::resume:
+    case LoggedOperation::resume:
         recorder.resume(at);
         return {};
-    case Operation::finish:
+    case LoggedOperation::finish:
         return recorder.finish(at);
     }
     __builtin_unreachable();
@@ -180,7 +183,7 @@ TEST(AppUsageRecorderRandom, AgreesWithAReadingOfTheLog) {
             const Reading reading(log);
             ASSERT_EQ(recorder.isRecording(), reading.countsAfter(log.size() - 1))
                 << "seed " << seed << ", step " << step;
-            if (log.back().operation != Operation::finish)
+            if (log.back().operation != LoggedOperation::finish)
                 continue;
             ASSERT_EQ(usage, reading.usage(log.size() - 1)) << "seed " << seed << ", step " << step;
             compared += usage.size();

@@ -1,3 +1,4 @@
+#include "Support/Repeats.h"
 #include "Support/StoreFixture.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +21,7 @@ using test::RandomRecords;
 
 class StoreKillTest : public test::StoreFixture {
 protected:
-    static constexpr int killCount = 5000;
+    static constexpr int killCount = test::repeats(5000);
 
     /// The time that one save takes here, so that deaths fall into every part of it.
     std::chrono::nanoseconds lengthOfASave(const History& history) {

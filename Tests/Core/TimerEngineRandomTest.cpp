@@ -2,6 +2,7 @@
 #include "Support/Dice.h"
 #include "Support/LocalTime.h"
 #include "Support/Printers.h"
+#include "Support/Repeats.h"
 
 #include <gtest/gtest.h>
 
@@ -15,10 +16,10 @@ namespace {
 
 using test::Dice;
 
-constexpr int sequences = 10'000;
+constexpr int sequences = test::repeats(10'000);
 constexpr int stepsPerSequence = 40;
 
-enum class Command { start, pause, resume, toggle, reset, skip, select, tick };
+enum class RandomCommand { start, pause, resume, toggle, reset, skip, select, tick };
 
 /// One letter an event: Started, Paused, Finished, Interrupted, Changed.
 char letter(const TimerEvent& event) {
@@ -27,27 +28,27 @@ char letter(const TimerEvent& event) {
 }
 
 /// Which orders of events a command may produce from a status.
-std::vector<std::string> legalEvents(const TimerEngine::Status& before, Command command) {
+std::vector<std::string> legalEvents(const TimerEngine::Status& before, RandomCommand command) {
     const bool idle = std::holds_alternative<TimerEngine::Idle>(before);
     const bool running = std::holds_alternative<TimerEngine::Running>(before);
     switch (command) {
-    case Command::start:
+    case RandomCommand::start:
         return {idle ? "S" : ""};
-    case Command::pause:
+    case RandomCommand::pause:
         return {running ? "P" : ""};
-    case Command::resume:
+    case RandomCommand::resume:
         return {!idle && !running ? "S" : ""};
-    case Command::toggle:
+    case RandomCommand::toggle:
         return {running ? "P" : "S"};
-    case Command::reset:
+    case RandomCommand::reset:
         return {idle ? "" : "I"};
-    case Command::skip:
+    case RandomCommand::skip:
         return idle      ? std::vector<std::string>{"C"}
                : running ? std::vector<std::string>{"IC", "ICS"}
                          : std::vector<std::string>{"IC"};
-    case Command::select:
+    case RandomCommand::select:
         return idle ? std::vector<std::string>{"", "C"} : std::vector<std::string>{""};
-    case Command::tick:
+    case RandomCommand::tick:
         return running ? std::vector<std::string>{"", "FC", "FCS"} : std::vector<std::string>{""};
     }
     return {};
@@ -67,7 +68,7 @@ public:
 
     void step() {
         turnTheWorld();
-        const Command command = static_cast<Command>(_dice.below(8));
+        const RandomCommand command = static_cast<RandomCommand>(_dice.below(8));
         const TimerEngine::Status before = _engine.status();
         const Date nowBefore = _engine.now();
         const Phase phaseBefore = _engine.phase();
@@ -137,23 +138,23 @@ private:
         return length;
     }
 
-    void give(Command command) {
+    void give(RandomCommand command) {
         switch (command) {
-        case Command::start:
+        case RandomCommand::start:
             return _engine.start();
-        case Command::pause:
+        case RandomCommand::pause:
             return _engine.pause();
-        case Command::resume:
+        case RandomCommand::resume:
             return _engine.resume();
-        case Command::toggle:
+        case RandomCommand::toggle:
             return _engine.toggle();
-        case Command::reset:
+        case RandomCommand::reset:
             return _engine.reset();
-        case Command::skip:
+        case RandomCommand::skip:
             return _engine.skip();
-        case Command::select:
+        case RandomCommand::select:
             return _engine.select(allPhases[static_cast<std::size_t>(_dice.below(3))]);
-        case Command::tick:
+        case RandomCommand::tick:
             return _engine.tick();
         }
     }
@@ -169,7 +170,7 @@ private:
         }
         if (meddles && _meddling < 3 && _dice.below(3) == 0) {
             ++_meddling;
-            give(static_cast<Command>(_dice.below(8)));
+            give(static_cast<RandomCommand>(_dice.below(8)));
             --_meddling;
         }
     }
