@@ -19,6 +19,10 @@ endif()
 add_library(selvane-options INTERFACE)
 target_compile_options(selvane-options INTERFACE
     ${SELVANE_WARNINGS}
+    # Of sources that are compiled in one piece, that a name hides one of another source is no fault. Nor is it told
+    # then when one hides a name of its own source that isn't local.
+    $<$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>:-Wno-shadow>
+    $<$<AND:$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>,$<CXX_COMPILER_ID:GNU>>:-Wshadow=local>
     # GCC 12 sees overlaps in its own std::string, once it is optimised, that can't happen.
     $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>
     ${SELVANE_ARITHMETIC})

@@ -1,5 +1,6 @@
 #include "Support/FaultyFileSystem.h"
 #include "Support/ModelHarness.h"
+#include "Support/RowName.h"
 #include "Support/TaskFiles.h"
 
 #include <gmock/gmock.h>
@@ -393,10 +394,8 @@ TEST_P(AppModelTaskCommand, LockedFileIsNamedAndStaysAsItIs) {
     EXPECT_EQ(onDisk(), damaged);
 }
 
-const auto rowName = [](const auto& test) { return std::string(test.param.name); };
-
-INSTANTIATE_TEST_SUITE_P(Change, AppModelTaskCommand, testing::ValuesIn(changes), rowName);
-INSTANTIATE_TEST_SUITE_P(Refusal, AppModelTaskCommand, testing::ValuesIn(refusals), rowName);
+INSTANTIATE_TEST_SUITE_P(Change, AppModelTaskCommand, testing::ValuesIn(changes), test::rowName);
+INSTANTIATE_TEST_SUITE_P(Refusal, AppModelTaskCommand, testing::ValuesIn(refusals), test::rowName);
 
 // How the current task follows
 

@@ -22,7 +22,7 @@ Date at(double seconds) {
 }
 
 /// Usage of an application whose name is that of `name`.
-AppUsage usage(std::string bundleID, double seconds) {
+AppUsage usageBy(std::string bundleID, double seconds) {
     std::string name = "The " + bundleID;
     return {std::move(bundleID), std::move(name), Seconds{seconds}};
 }
@@ -43,7 +43,7 @@ struct Recorder {
 TEST(AppUsageRecorder, OneApplicationGetsTheWholeSession) {
     Recorder recorder;
     recorder.begin("a", 0);
-    EXPECT_EQ(recorder.finish(90), (Usage{usage("a", 90)}));
+    EXPECT_EQ(recorder.finish(90), (Usage{usageBy("a", 90)}));
 }
 
 TEST(AppUsageRecorder, SegmentsOfOneApplicationAddUp) {
@@ -52,7 +52,7 @@ TEST(AppUsageRecorder, SegmentsOfOneApplicationAddUp) {
     recorder.activate("b", 10);
     recorder.activate("c", 15);
     recorder.activate("a", 18);
-    EXPECT_EQ(recorder.finish(38), (Usage{usage("a", 30), usage("b", 5), usage("c", 3)}));
+    EXPECT_EQ(recorder.finish(38), (Usage{usageBy("a", 30), usageBy("b", 5), usageBy("c", 3)}));
 }
 
 TEST(AppUsageRecorder, SegmentsInARowAddUp) {
@@ -60,7 +60,7 @@ TEST(AppUsageRecorder, SegmentsInARowAddUp) {
     recorder.begin("a", 0);
     recorder.activate("a", 10);
     recorder.activate("a", 15);
-    EXPECT_EQ(recorder.finish(20), (Usage{usage("a", 20)}));
+    EXPECT_EQ(recorder.finish(20), (Usage{usageBy("a", 20)}));
 }
 
 TEST(AppUsageRecorder, AFlickerIsDropped) {
@@ -68,7 +68,7 @@ TEST(AppUsageRecorder, AFlickerIsDropped) {
     recorder.begin("a", 0);
     recorder.activate("b", 10);
     recorder.activate("a", 10.9);
-    EXPECT_EQ(recorder.finish(20), (Usage{usage("a", 19.1)}));
+    EXPECT_EQ(recorder.finish(20), (Usage{usageBy("a", 19.1)}));
 }
 
 TEST(AppUsageRecorder, FlickersOfOneApplicationAddUp) {
@@ -78,7 +78,7 @@ TEST(AppUsageRecorder, FlickersOfOneApplicationAddUp) {
     recorder.activate("b", 5);
     const Usage usages = recorder.finish(5.6);
     ASSERT_EQ(usages.size(), 2U);
-    EXPECT_EQ(usages[0], usage("a", 4.4));
+    EXPECT_EQ(usages[0], usageBy("a", 4.4));
     EXPECT_EQ(usages[1].bundleID, "b");
     EXPECT_DOUBLE_EQ(usages[1].seconds.count(), 1.2);
 }
@@ -112,7 +112,7 @@ TEST(AppUsageRecorder, ActivatingWhileSuspendedOnlyNotesTheFront) {
     EXPECT_FALSE(recorder.isRecording());
     recorder.resume(30);
     EXPECT_TRUE(recorder.isRecording());
-    EXPECT_EQ(recorder.finish(35), (Usage{usage("a", 10), usage("b", 5)}));
+    EXPECT_EQ(recorder.finish(35), (Usage{usageBy("a", 10), usageBy("b", 5)}));
 }
 
 TEST(AppUsageRecorder, ResumingTwiceDoesNotRestartTheSegment) {
@@ -121,7 +121,7 @@ TEST(AppUsageRecorder, ResumingTwiceDoesNotRestartTheSegment) {
     recorder.suspend(10);
     recorder.resume(20);
     recorder.resume(25);
-    EXPECT_EQ(recorder.finish(30), (Usage{usage("a", 20)}));
+    EXPECT_EQ(recorder.finish(30), (Usage{usageBy("a", 20)}));
 }
 
 TEST(AppUsageRecorder, SuspendingTwiceCountsOnce) {
@@ -129,7 +129,7 @@ TEST(AppUsageRecorder, SuspendingTwiceCountsOnce) {
     recorder.begin("a", 0);
     recorder.suspend(10);
     recorder.suspend(20);
-    EXPECT_EQ(recorder.finish(30), (Usage{usage("a", 10)}));
+    EXPECT_EQ(recorder.finish(30), (Usage{usageBy("a", 10)}));
 }
 
 TEST(AppUsageRecorder, AClockSetBackAddsNothing) {
@@ -137,7 +137,7 @@ TEST(AppUsageRecorder, AClockSetBackAddsNothing) {
     recorder.begin("a", 0);
     recorder.activate("b", 100);
     recorder.activate("c", 40);
-    EXPECT_EQ(recorder.finish(45), (Usage{usage("a", 100), usage("c", 5)}));
+    EXPECT_EQ(recorder.finish(45), (Usage{usageBy("a", 100), usageBy("c", 5)}));
 }
 
 TEST(AppUsageRecorder, AClockSetBackTakesNothingAway) {
@@ -146,14 +146,14 @@ TEST(AppUsageRecorder, AClockSetBackTakesNothingAway) {
     recorder.suspend(100);
     recorder.resume(200);
     recorder.suspend(150);
-    EXPECT_EQ(recorder.finish(150), (Usage{usage("a", 100)}));
+    EXPECT_EQ(recorder.finish(150), (Usage{usageBy("a", 100)}));
 }
 
 TEST(AppUsageRecorder, TheNameThatWasMetFirstStays) {
     Recorder recorder;
     recorder.begin("a", 0);
     recorder.recorder.activate("a", "Renamed", at(10));
-    EXPECT_EQ(recorder.finish(30), (Usage{usage("a", 30)}));
+    EXPECT_EQ(recorder.finish(30), (Usage{usageBy("a", 30)}));
 }
 
 // A segment without any length has been met as well.
@@ -161,7 +161,7 @@ TEST(AppUsageRecorder, TheNameOfAnEmptySegmentStays) {
     Recorder recorder;
     recorder.begin("a", 0);
     recorder.recorder.activate("a", "Renamed", at(0));
-    EXPECT_EQ(recorder.finish(30), (Usage{usage("a", 30)}));
+    EXPECT_EQ(recorder.finish(30), (Usage{usageBy("a", 30)}));
 }
 
 TEST(AppUsageRecorder, ANameOfAnEarlierSessionIsForgotten) {
@@ -177,7 +177,7 @@ TEST(AppUsageRecorder, BeginningDropsTheOpenSegmentAndAllTotals) {
     recorder.begin("a", 0);
     recorder.activate("b", 10);
     recorder.begin("c", 20);
-    EXPECT_EQ(recorder.finish(25), (Usage{usage("c", 5)}));
+    EXPECT_EQ(recorder.finish(25), (Usage{usageBy("c", 5)}));
 }
 
 TEST(AppUsageRecorder, BeginningWithoutAnIdentifierKeepsTheFront) {
@@ -187,14 +187,14 @@ TEST(AppUsageRecorder, BeginningWithoutAnIdentifierKeepsTheFront) {
     EXPECT_EQ(recorder.finish(20).size(), 2U);
     recorder.begin(100);
     EXPECT_TRUE(recorder.isRecording());
-    EXPECT_EQ(recorder.finish(105), (Usage{usage("b", 5)}));
+    EXPECT_EQ(recorder.finish(105), (Usage{usageBy("b", 5)}));
 }
 
 TEST(AppUsageRecorder, BeginningWhileRecordingStartsTheSegmentAfresh) {
     Recorder recorder;
     recorder.begin("a", 0);
     recorder.begin(10);
-    EXPECT_EQ(recorder.finish(15), (Usage{usage("a", 5)}));
+    EXPECT_EQ(recorder.finish(15), (Usage{usageBy("a", 5)}));
 }
 
 // How a guard starts a session whose front it has not looked at yet.
@@ -206,7 +206,7 @@ TEST(AppUsageRecorder, AFrontThatIsPointedOutAfterTheBeginningCountsFromTheResum
     EXPECT_FALSE(recorder.isRecording());
     recorder.resume(2);
     EXPECT_TRUE(recorder.isRecording());
-    EXPECT_EQ(recorder.finish(12), (Usage{usage("a", 10)}));
+    EXPECT_EQ(recorder.finish(12), (Usage{usageBy("a", 10)}));
 }
 
 TEST(AppUsageRecorder, FinishingKeepsTheFrontAndNothingElse) {
@@ -216,7 +216,7 @@ TEST(AppUsageRecorder, FinishingKeepsTheFrontAndNothingElse) {
     EXPECT_FALSE(recorder.isRecording());
     EXPECT_TRUE(recorder.finish(20).empty());
     recorder.resume(30);
-    EXPECT_EQ(recorder.finish(35), (Usage{usage("a", 5)}));
+    EXPECT_EQ(recorder.finish(35), (Usage{usageBy("a", 5)}));
 }
 
 TEST(AppUsageRecorder, TimeAwayAndWebsitesAreEntriesToo) {
@@ -271,8 +271,8 @@ TEST(AppUsageRecorder, ACopyGoesItsOwnWay) {
     EXPECT_EQ(copy.recorder, recorder.recorder);
     copy.activate("b", 10);
     EXPECT_NE(copy.recorder, recorder.recorder);
-    EXPECT_EQ(recorder.finish(20), (Usage{usage("a", 20)}));
-    EXPECT_EQ(copy.finish(20), (Usage{usage("a", 10), usage("b", 10)}));
+    EXPECT_EQ(recorder.finish(20), (Usage{usageBy("a", 20)}));
+    EXPECT_EQ(copy.finish(20), (Usage{usageBy("a", 10), usageBy("b", 10)}));
 }
 
 enum class State { idleWithNothingInFront, idle, recording };
@@ -353,7 +353,7 @@ INSTANTIATE_TEST_SUITE_P(
     AppUsageRecorder, TransitionTable,
     testing::Values(
         TransitionRow{"unknownBeginWithFront", State::idleWithNothingInFront, Operation::beginWithFront, true,
-                      Usage{usage("new", 10)}, "new"},
+                      Usage{usageBy("new", 10)}, "new"},
         TransitionRow{"unknownBegin", State::idleWithNothingInFront, Operation::begin, false, Usage{}, ""},
         TransitionRow{"unknownActivate", State::idleWithNothingInFront, Operation::activate, false, Usage{},
                       "new"},
@@ -362,24 +362,25 @@ INSTANTIATE_TEST_SUITE_P(
         TransitionRow{"unknownResume", State::idleWithNothingInFront, Operation::resume, false, Usage{}, ""},
         TransitionRow{"unknownFinish", State::idleWithNothingInFront, Operation::finish, false, Usage{}, ""},
         TransitionRow{"idleBeginWithFront", State::idle, Operation::beginWithFront, true,
-                      Usage{usage("new", 10)}, "new"},
-        TransitionRow{"idleBegin", State::idle, Operation::begin, true, Usage{usage("old", 10)}, "old"},
-        TransitionRow{"idleActivate", State::idle, Operation::activate, false, Usage{usage("old", 7)}, "new"},
-        TransitionRow{"idleSuspend", State::idle, Operation::suspend, false, Usage{usage("old", 7)}, "old"},
-        TransitionRow{"idleResume", State::idle, Operation::resume, true, Usage{usage("old", 17)}, "old"},
-        TransitionRow{"idleFinish", State::idle, Operation::finish, false, Usage{usage("old", 7)}, "old"},
+                      Usage{usageBy("new", 10)}, "new"},
+        TransitionRow{"idleBegin", State::idle, Operation::begin, true, Usage{usageBy("old", 10)}, "old"},
+        TransitionRow{"idleActivate", State::idle, Operation::activate, false, Usage{usageBy("old", 7)},
+                      "new"},
+        TransitionRow{"idleSuspend", State::idle, Operation::suspend, false, Usage{usageBy("old", 7)}, "old"},
+        TransitionRow{"idleResume", State::idle, Operation::resume, true, Usage{usageBy("old", 17)}, "old"},
+        TransitionRow{"idleFinish", State::idle, Operation::finish, false, Usage{usageBy("old", 7)}, "old"},
         TransitionRow{"recordingBeginWithFront", State::recording, Operation::beginWithFront, true,
-                      Usage{usage("new", 10)}, "new"},
-        TransitionRow{"recordingBegin", State::recording, Operation::begin, true, Usage{usage("old", 10)},
+                      Usage{usageBy("new", 10)}, "new"},
+        TransitionRow{"recordingBegin", State::recording, Operation::begin, true, Usage{usageBy("old", 10)},
                       "old"},
         TransitionRow{"recordingActivate", State::recording, Operation::activate, true,
-                      Usage{usage("old", 20), usage("new", 10)}, "new"},
+                      Usage{usageBy("old", 20), usageBy("new", 10)}, "new"},
         TransitionRow{"recordingSuspend", State::recording, Operation::suspend, false,
-                      Usage{usage("old", 20)}, "old"},
-        TransitionRow{"recordingResume", State::recording, Operation::resume, true, Usage{usage("old", 30)},
+                      Usage{usageBy("old", 20)}, "old"},
+        TransitionRow{"recordingResume", State::recording, Operation::resume, true, Usage{usageBy("old", 30)},
                       "old"},
-        TransitionRow{"recordingFinish", State::recording, Operation::finish, false, Usage{usage("old", 20)},
-                      "old"}),
+        TransitionRow{"recordingFinish", State::recording, Operation::finish, false,
+                      Usage{usageBy("old", 20)}, "old"}),
     [](const auto& test) { return std::string(test.param.name); });
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "SelvaneCore/ModelsCoding.h"
 #include "Support/LocalTime.h"
+#include "Support/RowName.h"
 
 #include <gtest/gtest.h>
 
@@ -41,8 +42,6 @@ constexpr auto less = std::strong_ordering::less;
 constexpr auto equal = std::strong_ordering::equal;
 constexpr auto greater = std::strong_ordering::greater;
 
-const auto rowName = [](const auto& test) { return std::string(test.param.name); };
-
 INSTANTIATE_TEST_SUITE_P(
     Changelog, Versions,
     testing::Values(
@@ -72,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(
         VersionRow{"numberTooLarge", "9223372036854775808", "0", equal},
         VersionRow{"numberTooSmall", "-9223372036854775809", "0", equal},
         VersionRow{"largestNumberWithZeros", "+0009223372036854775807", "9223372036854775807", equal}),
-    rowName);
+    test::rowName);
 
 TEST(Changelog, VersionsOfAnyLengthAreCompared) {
     std::string dots(1'000'000, '.');
@@ -210,7 +209,7 @@ INSTANTIATE_TEST_SUITE_P(
                "\"improved\": not a text"},
         BadRow{"oneBadEntryAmongGoodOnes", R"([{"version": "1", "date": "d"}, {"version": "2"}])",
                "\"date\": missing"}),
-    rowName);
+    test::rowName);
 
 TEST(Changelog, TheNewestVersionComesFirst) {
     using List = std::vector<std::string>;
@@ -283,7 +282,7 @@ INSTANTIATE_TEST_SUITE_P(
         DateRow{"everythingBeyond32Bits", "9223372036854775807-9223372036854775807-9223372036854775807", {}},
         DateRow{"monthsBeyondInstants", "2026-2147483647-01", {}},
         DateRow{"daysBeyondInstants", "2026-01-2147483647", {}}),
-    rowName);
+    test::rowName);
 
 TEST(Changelog, NoonIsThatOfTheZone) {
     for (const char* const name :

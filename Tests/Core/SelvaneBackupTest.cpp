@@ -2,6 +2,7 @@
 
 #include "SelvaneCore/ModelsCoding.h"
 #include "Support/LocalTime.h"
+#include "Support/Repeats.h"
 #include "Support/StoreFixture.h"
 
 #include <gtest/gtest.h>
@@ -23,7 +24,7 @@ using Kind = SelvaneBackup::Problem::Kind;
 using namespace std::chrono_literals;
 using namespace std::string_view_literals;
 
-const Date now = utc(2026, 3, 5, 14, 7, 9);
+const Date moment = utc(2026, 3, 5, 14, 7, 9);
 
 UUID idOf(int number) {
     UUID::Bytes bytes{};
@@ -55,20 +56,20 @@ TaskItem task(int number, std::string title = "Write") {
 }
 
 SelvaneBackup backupOf(std::vector<TaskItem> tasks, std::vector<FocusSession> sessions) {
-    return {"1.4.2", now, TaskList{std::move(tasks)}, std::move(sessions), std::nullopt, {}};
+    return {"1.4.2", moment, TaskList{std::move(tasks)}, std::move(sessions), std::nullopt, {}};
 }
 
 std::string textOf(const SelvaneBackup& backup) {
     return backup.encoded().value();
 }
 
-tl::expected<SelvaneBackup, SelvaneBackup::Problem> decoded(std::string_view text) {
-    return SelvaneBackup::decode(FileContents::copy(text), now);
+tl::expected<SelvaneBackup, SelvaneBackup::Problem> decodedBackup(std::string_view text) {
+    return SelvaneBackup::decode(FileContents::copy(text), moment);
 }
 
 /// The sentence that refuses the text; empty if it is a good document.
 std::string refusal(std::string_view text) {
-    const auto backup = decoded(text);
+    const auto backup = decodedBackup(text);
     return backup ? "" : backup.error().errorDescription();
 }
 
@@ -107,7 +108,7 @@ SelvaneBackup fullBackup() {
     TaskItem done = task(4, "Größe");
     done.isDone = true;
     done.completedAt = utc(2026, 3, 4);
-    return {"1.4.2", now,     TaskList{{task(3), done}},
+    return {"1.4.2", moment,  TaskList{{task(3), done}},
             {focus}, idOf(3), {{"dailyGoalMinutes", {std::int64_t{120}}}, {"musicVolume", {0.6}}}};
 }
 
@@ -171,7 +172,7 @@ constexpr std::string_view golden = R"({
 
 TEST(SelvaneBackup, Golden) {
     EXPECT_EQ(textOf(fullBackup()), golden);
-    const auto backup = decoded(golden);
+    const auto backup = decodedBackup(golden);
     ASSERT_TRUE(backup);
     EXPECT_EQ(*backup, fullBackup());
 }
@@ -195,7 +196,7 @@ TEST(SelvaneBackup, OfNothingIsADocumentToo) {
     ]
   }
 })");
-    EXPECT_EQ(decoded(textOf(empty)), empty);
+    EXPECT_EQ(decodedBackup(textOf(empty)), empty);
 }
 
 TEST(SelvaneBackup, ConstantsAreThoseOfTheForm) {
@@ -212,7 +213,7 @@ TEST(SelvaneBackup, FractionsOfSecondsInDatesAreDropped) {
     backup.sessions[0].start += 900ms;
     backup.tasks.items[0].createdAt += 1us;
     EXPECT_NE(backup, fullBackup());
-    EXPECT_EQ(decoded(textOf(backup)), fullBackup());
+    EXPECT_EQ(decodedBackup(textOf(backup)), fullBackup());
 }
 
 /// A document of every shape that validates.
@@ -268,12 +269,12 @@ SelvaneBackup randomBackup(RandomRecords& random) {
 }
 
 TEST(SelvaneBackup, RandomStatesRoundTrip) {
-    constexpr int count = 10'000;
+    constexpr int count = test::repeats(10'000);
     RandomRecords random(42);
     for (int number = 0; number < count; ++number) {
         const SelvaneBackup backup = randomBackup(random);
         const std::string text = textOf(backup);
-        const auto back = decoded(text);
+        const auto back = decodedBackup(text);
         ASSERT_TRUE(back) << number << ": " << back.error().errorDescription();
         ASSERT_EQ(*back, backup) << number;
         ASSERT_EQ(textOf(*back), text) << number;
@@ -315,7 +316,7 @@ TEST(SelvaneBackup, LargeDocumentsArePutTogetherWhole) {
         backup.sessions.push_back(session(number));
     const std::string text = textOf(backup);
     EXPECT_GT(text.size(), 2 * JSONWriter::pieceSize);
-    EXPECT_EQ(decoded(text), backup);
+    EXPECT_EQ(decodedBackup(text), backup);
 }
 
 // Reading, stage by stage.
@@ -407,21 +408,21 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& test) { return std::string(test.param.name); });
 
 TEST(SelvaneBackup, ProblemsHoldWhatWasFound) {
-    const auto newer = decoded(R"({"format":"selvane-backup","schemaVersion":7})");
+    const auto newer = decodedBackup(R"({"format":"selvane-backup","schemaVersion":7})");
     ASSERT_FALSE(newer);
     EXPECT_EQ(newer.error(), (SelvaneBackup::Problem{.kind = Kind::newerVersion, .version = 7}));
-    const auto damaged = decoded(R"({"format":"selvane-backup","schemaVersion":1})");
+    const auto damaged = decodedBackup(R"({"format":"selvane-backup","schemaVersion":1})");
     ASSERT_FALSE(damaged);
     EXPECT_EQ(damaged.error(),
               (SelvaneBackup::Problem{.kind = Kind::invalid, .reason = "unreadable contents"}));
-    EXPECT_EQ(decoded("").error(), (SelvaneBackup::Problem{.kind = Kind::notABackup}));
+    EXPECT_EQ(decodedBackup("").error(), (SelvaneBackup::Problem{.kind = Kind::notABackup}));
 }
 
 TEST(SelvaneBackup, EarlierSchemasAreReadLikeOurs) {
     for (const std::int64_t schema :
          {std::int64_t{0}, std::int64_t{-1}, std::numeric_limits<std::int64_t>::min()}) {
-        const auto backup =
-            decoded(goldenWith("\"schemaVersion\" : 1", "\"schemaVersion\" : " + std::to_string(schema)));
+        const auto backup = decodedBackup(
+            goldenWith("\"schemaVersion\" : 1", "\"schemaVersion\" : " + std::to_string(schema)));
         ASSERT_TRUE(backup) << schema;
         EXPECT_EQ(backup->schemaVersion, schema);
         EXPECT_EQ(backup->sessions, fullBackup().sessions);
@@ -429,7 +430,7 @@ TEST(SelvaneBackup, EarlierSchemasAreReadLikeOurs) {
 }
 
 TEST(SelvaneBackup, AnyLayoutAndOrderOfKeysIsRead) {
-    const auto backup = decoded(
+    const auto backup = decodedBackup(
         R"({"tasks":{"items":[]},"x":[{}],"schemaVersion":1.0,"sessions":[],"format":"other","settings":null,)"
         R"("exportedAt":"2026-03-05T14:07:09Z","currentTaskID":null,"appVersion":"1.4.2","format":"selvane-backup"})");
     ASSERT_TRUE(backup);
@@ -437,7 +438,7 @@ TEST(SelvaneBackup, AnyLayoutAndOrderOfKeysIsRead) {
 }
 
 TEST(SelvaneBackup, AbsentSettingsAreEmptyAndAnAbsentTaskIsAbsent) {
-    const auto backup = decoded(
+    const auto backup = decodedBackup(
         R"({"appVersion":"1.4.2","exportedAt":"2026-03-05T14:07:09Z","format":"selvane-backup","schemaVersion":1,)"
         R"("sessions":[],"tasks":{"items":[]}})");
     ASSERT_TRUE(backup);
@@ -453,7 +454,7 @@ TEST(SelvaneBackup, OneBadSessionAmongTenIsLeftOutWithoutAWord) {
         replaced(textOf(backupOf({}, sessions)), "\"phase\" : \"focus\"", "\"phase\" : \"nap\"");
     sessions.erase(sessions.begin());
     testing::internal::CaptureStderr();
-    const auto backup = decoded(text);
+    const auto backup = decodedBackup(text);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     ASSERT_TRUE(backup);
     EXPECT_EQ(backup->sessions, sessions);
@@ -471,12 +472,12 @@ TEST(SelvaneBackup, OneBadTaskAmongTenRefusesTheDocument) {
 TEST(SelvaneBackup, TheProgramsVersionIsCutToFortyCharacters) {
     SelvaneBackup backup = backupOf({}, {});
     backup.appVersion = std::string(50, '1');
-    EXPECT_EQ(decoded(textOf(backup))->appVersion, std::string(40, '1'));
+    EXPECT_EQ(decodedBackup(textOf(backup))->appVersion, std::string(40, '1'));
     // What a reader sees as one character is never cut in two.
     backup.appVersion = std::string(39, '1') + "👨‍👩‍👧‍👦" + "2";
-    EXPECT_EQ(decoded(textOf(backup))->appVersion, std::string(39, '1') + "👨‍👩‍👧‍👦");
+    EXPECT_EQ(decodedBackup(textOf(backup))->appVersion, std::string(39, '1') + "👨‍👩‍👧‍👦");
     backup.appVersion = "";
-    EXPECT_EQ(decoded(textOf(backup))->appVersion, "");
+    EXPECT_EQ(decodedBackup(textOf(backup))->appVersion, "");
 }
 
 // The largest documents.
@@ -489,13 +490,13 @@ FileContents paddedTo(std::size_t size) {
 }
 
 TEST(SelvaneBackup, OfTheLargestSizeIsRead) {
-    const auto backup = SelvaneBackup::decode(paddedTo(52'428'800), now);
+    const auto backup = SelvaneBackup::decode(paddedTo(52'428'800), moment);
     ASSERT_TRUE(backup);
     EXPECT_EQ(*backup, fullBackup());
 }
 
 TEST(SelvaneBackup, OneByteMoreIsTooLarge) {
-    const auto backup = SelvaneBackup::decode(paddedTo(52'428'801), now);
+    const auto backup = SelvaneBackup::decode(paddedTo(52'428'801), moment);
     ASSERT_FALSE(backup);
     EXPECT_EQ(backup.error().errorDescription(), tooLarge);
 }
@@ -521,10 +522,10 @@ TEST_P(BackupValidation, DecidesAsTold) {
     GetParam().change(backup);
     EXPECT_EQ(refusal(backup), GetParam().message);
 
-    const auto valid = backup.validate(now);
+    const auto valid = backup.validate(moment);
     EXPECT_EQ(valid.has_value(), GetParam().message.empty());
     EXPECT_EQ(valid ? "" : valid.error().errorDescription(), GetParam().message);
-    EXPECT_EQ(backup.firstInvalidRecord(now).has_value(), !valid.has_value());
+    EXPECT_EQ(backup.firstInvalidRecord(moment).has_value(), !valid.has_value());
 }
 
 RecordRow sessionRow(const char* name, std::function<void(FocusSession&)> change, std::string_view message) {
@@ -641,10 +642,10 @@ INSTANTIATE_TEST_SUITE_P(
         startRow("firstMoment", utc(2000, 1, 1), ""),
         startRow("secondBeforeTheFirst", utc(1999, 12, 31, 23, 59, 59), impossibleTimes),
         startRow("lastDayOf1999", utc(1999, 12, 31), impossibleTimes),
-        startRow("yearZero", utc(0, 1, 1), impossibleTimes), startRow("now", now, ""),
-        startRow("in23Hours", now + 23h, ""), startRow("in24Hours", now + 24h, ""),
-        startRow("aSecondPast24Hours", now + 24h + 1s, impossibleTimes),
-        startRow("in25Hours", now + 25h, impossibleTimes),
+        startRow("yearZero", utc(0, 1, 1), impossibleTimes), startRow("now", moment, ""),
+        startRow("in23Hours", moment + 23h, ""), startRow("in24Hours", moment + 24h, ""),
+        startRow("aSecondPast24Hours", moment + 24h + 1s, impossibleTimes),
+        startRow("in25Hours", moment + 25h, impossibleTimes),
         startRow("year9999", utc(9999, 12, 31), impossibleTimes),
         sessionRow(
             "endAtStart", [](FocusSession& each) { each.end = each.start; }, ""),
@@ -741,15 +742,15 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& test) { return std::string(test.param.name); });
 
 TEST(SelvaneBackup, FractionsCountAtTheEdgesOfTheWindow) {
-    SelvaneBackup backup = backupOf({}, {session(1, now + 24h)});
-    EXPECT_TRUE(backup.validate(now));
+    SelvaneBackup backup = backupOf({}, {session(1, moment + 24h)});
+    EXPECT_TRUE(backup.validate(moment));
     backup.sessions[0].start += 1us;
-    EXPECT_FALSE(backup.validate(now));
-    EXPECT_TRUE(backup.validate(now + 1us));
+    EXPECT_FALSE(backup.validate(moment));
+    EXPECT_TRUE(backup.validate(moment + 1us));
     backup.sessions[0].start = utc(2000, 1, 1);
-    EXPECT_TRUE(backup.validate(now));
+    EXPECT_TRUE(backup.validate(moment));
     backup.sessions[0].start -= 1us;
-    EXPECT_FALSE(backup.validate(now));
+    EXPECT_FALSE(backup.validate(moment));
 }
 
 TEST(SelvaneBackup, TheWindowEndsWithTimeItself) {
@@ -764,30 +765,30 @@ TEST(SelvaneBackup, SecondsThatAreNoNumberAreImpossible) {
           -std::numeric_limits<double>::infinity()}) {
         SelvaneBackup backup = fullBackup();
         backup.sessions[0].actualSeconds = Seconds{seconds};
-        EXPECT_EQ(backup.validate(now).error().errorDescription(), impossibleTimes);
+        EXPECT_EQ(backup.validate(moment).error().errorDescription(), impossibleTimes);
         backup = fullBackup();
         backup.sessions[0].plannedSeconds = Seconds{seconds};
-        EXPECT_EQ(backup.validate(now).error().errorDescription(), impossibleTimes);
+        EXPECT_EQ(backup.validate(moment).error().errorDescription(), impossibleTimes);
         backup = fullBackup();
         (*backup.sessions[0].apps)[0].seconds = Seconds{seconds};
-        EXPECT_EQ(backup.validate(now).error().errorDescription(), impossibleAppTimes);
+        EXPECT_EQ(backup.validate(moment).error().errorDescription(), impossibleAppTimes);
     }
 }
 
 TEST(SelvaneBackup, TheFirstInvalidRecordIsToldForTheLog) {
     SelvaneBackup backup = backupOf({task(1), task(2)}, {session(1), session(2), session(3)});
-    EXPECT_EQ(backup.firstInvalidRecord(now), std::nullopt);
+    EXPECT_EQ(backup.firstInvalidRecord(moment), std::nullopt);
     backup.tasks.items[1].completedPomodoros = -1;
-    EXPECT_EQ(backup.firstInvalidRecord(now),
+    EXPECT_EQ(backup.firstInvalidRecord(moment),
               "task 2 (00000000-0000-0000-0000-000000000002): a task with impossible counts");
     backup.sessions[2].end = backup.sessions[2].start - 1s;
-    EXPECT_EQ(backup.firstInvalidRecord(now),
+    EXPECT_EQ(backup.firstInvalidRecord(moment),
               "session 3 (00000000-0000-0000-0000-000000000003): a session with impossible times");
     backup.tasks.items.push_back(task(1));
-    EXPECT_EQ(backup.firstInvalidRecord(now),
+    EXPECT_EQ(backup.firstInvalidRecord(moment),
               "task 3 (00000000-0000-0000-0000-000000000001): repeated tasks");
     backup.sessions.push_back(session(2));
-    EXPECT_EQ(backup.firstInvalidRecord(now),
+    EXPECT_EQ(backup.firstInvalidRecord(moment),
               "session 4 (00000000-0000-0000-0000-000000000002): repeated sessions");
 }
 

@@ -12,7 +12,7 @@
 namespace selvane {
 namespace {
 
-const Date now = test::utc(2026, 3, 5, 9);
+const Date start = test::utc(2026, 3, 5, 9);
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double largest = std::numeric_limits<double>::max();
@@ -23,7 +23,7 @@ SessionFit shorten(double seconds) {
 
 struct FitRow {
     const char* name;
-    /// Seconds from now, absent without an event.
+    /// Seconds from the start, absent without an event.
     std::optional<double> event;
     double buffer;
     double duration;
@@ -36,8 +36,8 @@ TEST_P(FitTable, EndsBeforeTheBuffer) {
     const FitRow& row = GetParam();
     std::optional<Date> event;
     if (row.event)
-        event = adding(Seconds{*row.event}, now);
-    EXPECT_EQ(SessionFit::evaluate(now, Seconds{row.duration}, event, Seconds{row.buffer}), row.fit);
+        event = adding(Seconds{*row.event}, start);
+    EXPECT_EQ(SessionFit::evaluate(start, Seconds{row.duration}, event, Seconds{row.buffer}), row.fit);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -87,7 +87,7 @@ TEST(SessionFit, TheMostDistantEventLimitsOnlyWhatIsLonger) {
     EXPECT_EQ(SessionFit::evaluate(Date::min(), hour, Date::max(), hour), SessionFit::fits());
     EXPECT_EQ(SessionFit::evaluate(Date::max(), hour, Date::min(), hour), SessionFit::fits());
     EXPECT_EQ(SessionFit::evaluate(Date::max(), hour, Date::max(), hour), SessionFit::fits());
-    EXPECT_EQ(SessionFit::evaluate(distantPast, hour, now, hour), SessionFit::fits());
+    EXPECT_EQ(SessionFit::evaluate(distantPast, hour, start, hour), SessionFit::fits());
 
     const SessionFit longest = SessionFit::evaluate(Date::min(), Seconds{infinity}, Date::max(), Seconds{0});
     ASSERT_EQ(longest.kind(), SessionFit::Kind::shorten);
@@ -121,8 +121,9 @@ TEST(SessionFit, AShortenedSessionEndsBeforeTheBufferAndIsWorthwhile) {
         for (int buffer = -60; buffer <= 30 * 60; buffer += 90) {
             for (const int minutes : {1, 9, 10, 11, 25, 50, 90}) {
                 const Seconds duration{minutes * 60.0};
-                const SessionFit fit = SessionFit::evaluate(now, duration, now + std::chrono::seconds{event},
-                                                            Seconds{static_cast<double>(buffer)});
+                const SessionFit fit =
+                    SessionFit::evaluate(start, duration, start + std::chrono::seconds{event},
+                                         Seconds{static_cast<double>(buffer)});
                 if (fit.kind() != SessionFit::Kind::shorten)
                     continue;
                 ++shortened;

@@ -23,7 +23,7 @@ const SettingValues everyKind{{"autoStartBreaks", {true}},
                               {"ignoredCalendarIDs", {Texts{}}},
                               {"musicVolume", {0.6}}};
 
-constexpr std::string_view golden = R"({
+constexpr std::string_view goldenValues = R"({
   "autoStartBreaks" : {
     "type" : "bool",
     "value" : true
@@ -56,8 +56,8 @@ constexpr std::string_view golden = R"({
 })";
 
 TEST(SettingValueCoding, Golden) {
-    EXPECT_EQ(encoded(everyKind), golden);
-    EXPECT_EQ(decoded<SettingValues>(golden), everyKind);
+    EXPECT_EQ(encoded(everyKind), goldenValues);
+    EXPECT_EQ(decoded<SettingValues>(goldenValues), everyKind);
 }
 
 TEST(SettingValueCoding, OneSettingIsAnObjectOfItsTypeAndItsValue) {

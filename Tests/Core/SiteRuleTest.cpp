@@ -1,5 +1,7 @@
 #include "SelvaneCore/SiteRule.h"
 
+#include "Support/RowName.h"
+
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -39,8 +41,6 @@ class TypedSites : public testing::TestWithParam<HostRow> {};
 TEST_P(TypedSites, BecomeRules) {
     EXPECT_EQ(SiteRule::normalize(GetParam().text), GetParam().host);
 }
-
-const auto rowName = [](const auto& test) { return std::string(test.param.name); };
 
 INSTANTIATE_TEST_SUITE_P(
     Accepted, TypedSites,
@@ -93,7 +93,7 @@ INSTANTIATE_TEST_SUITE_P(
         HostRow{"whiteSpaceIsNotCounted", std::string(4000, ' ') + "example.com", "example.com"},
         HostRow{"lineBreakInThePath", "example.com/a\r\nb", "example.com"},
         HostRow{"nulByteInThePath", "example.com/\0"s, "example.com"}),
-    rowName);
+    test::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
     Refused, TypedSites,
@@ -130,7 +130,7 @@ INSTANTIATE_TEST_SUITE_P(
         HostRow{"colonWithAnAccentBeginsNoPort", "example.com:\u030180", {}},
         HostRow{"wrongBytes", "ex\xffmple.com", {}}, HostRow{"wrongBytesInThePath", "example.com/\xff", {}},
         HostRow{"surrogate", "\xed\xa0\x80.example", {}}, HostRow{"cutShort", "example.com/\xe2\x82", {}}),
-    rowName);
+    test::rowName);
 
 TEST(SiteRule, TheLimitOfALabelIncludesItsPrefix) {
     // "xn--", 55 letters, and "-" with three digits for the umlaut.
@@ -194,7 +194,7 @@ INSTANTIATE_TEST_SUITE_P(
         HostRow{"hostOf253", "https://" + hostOfLength(253), hostOfLength(253)},
         HostRow{"labelOf63", "https://" + std::string(63, 'a') + ".b", std::string(63, 'a') + ".b"},
         HostRow{"longAddress", "https://example.com/" + std::string(1'000'000, 'a'), "example.com"}),
-    rowName);
+    test::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
     Refused, PageAddresses,
@@ -218,7 +218,7 @@ INSTANTIATE_TEST_SUITE_P(
         HostRow{"hyphenFirst", "https://-a.example/", {}},
         HostRow{"hostOf254", "https://" + hostOfLength(254), {}},
         HostRow{"labelOf64", "https://" + std::string(64, 'a') + ".b", {}}),
-    rowName);
+    test::rowName);
 
 struct MatchRow {
     const char* name;
@@ -254,7 +254,7 @@ INSTANTIATE_TEST_SUITE_P(
         MatchRow{"ruleEndingInADotMatchesNothing", "example.com", {"example.com."}, {}},
         MatchRow{"noHost", "", {"example.com"}, {}},
         MatchRow{"wrongBytes", "\xff.example.com", {"example.com"}, "example.com"}),
-    rowName);
+    test::rowName);
 
 } // namespace
 } // namespace selvane

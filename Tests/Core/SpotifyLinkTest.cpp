@@ -1,5 +1,7 @@
 #include "SelvaneCore/SpotifyLink.h"
 
+#include "Support/RowName.h"
+
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -27,8 +29,6 @@ class SpotifyLinks : public testing::TestWithParam<LinkRow> {};
 TEST_P(SpotifyLinks, GiveURIs) {
     EXPECT_EQ(SpotifyLink::uri(GetParam().text), GetParam().uri);
 }
-
-const auto rowName = [](const auto& test) { return std::string(test.param.name); };
 
 /// A link to the playlist, with `piece` in front of its kind.
 std::string link(std::string_view piece = "") {
@@ -61,7 +61,7 @@ INSTANTIATE_TEST_SUITE_P(
         LinkRow{"percentSigns", "https://open.spotify.com/%70laylist/%30" + id.substr(1), playlist},
         LinkRow{"of300Characters", linkOfLength(300), playlist},
         LinkRow{"whiteSpaceIsNotCounted", std::string(400, ' ') + linkOfLength(300), playlist}),
-    rowName);
+    test::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
     Refused, SpotifyLinks,
@@ -104,7 +104,7 @@ INSTANTIATE_TEST_SUITE_P(
         LinkRow{"portTooLarge", "https://open.spotify.com:65536/playlist/" + id, {}},
         LinkRow{"of301Characters", linkOfLength(301), {}}, LinkRow{"nulByte", link() + "\0"s, {}},
         LinkRow{"wrongBytes", link() + "\xff", {}}, LinkRow{"wrongBytesInAURI", playlist + "\xff", {}}),
-    rowName);
+    test::rowName);
 
 TEST(SpotifyLink, EveryKindGivesAURI) {
     for (const std::string kind : {"playlist", "album", "track", "artist", "show", "episode"}) {

@@ -18,12 +18,12 @@ using test::zone;
 constexpr int goal = 60;
 const DayKey firstDay(2026, 3, 20);
 
-/// A history told by a letter a day: M is a met day, a dash a missed one; the last letter is today.
-struct History {
+/// Days told by a letter each: M is a met day, a dash a missed one; the last letter is today.
+struct Days {
     MinutesByDay minutes;
     DayKey today = firstDay;
 
-    explicit History(std::string_view days, const Calendar& calendar = Calendar::utc()) {
+    explicit Days(std::string_view days, const Calendar& calendar = Calendar::utc()) {
         DayKey day = firstDay;
         for (const char letter : days) {
             if (letter == 'M')
@@ -64,7 +64,7 @@ TEST_P(StreakTable, CountsTheRun) {
         StreakResult expected{row.current, row.longest, row.freezesAvailable, {}, row.todayMet};
         for (const int day : row.frozen)
             expected.frozenDays.insert(firstDay.adding(day - 1, calendar));
-        EXPECT_EQ(History(row.days, calendar).compute(row.freezes, calendar), expected) << name;
+        EXPECT_EQ(Days(row.days, calendar).compute(row.freezes, calendar), expected) << name;
     }
 }
 
@@ -124,12 +124,12 @@ TEST(StreakCalculator, AHigherGoalRewritesThePast) {
 }
 
 TEST(StreakCalculator, DaysAfterTodayPlayNoPart) {
-    History history("MMM");
-    history.minutes[history.today.adding(1, Calendar::utc())] = goal;
-    history.minutes[history.today.adding(5, Calendar::utc())] = goal;
-    EXPECT_EQ(history.compute(), (StreakResult{3, 3, 0, {}, true}));
-    history.today = firstDay.adding(-1, Calendar::utc());
-    EXPECT_EQ(history.compute(), StreakResult::empty());
+    Days days("MMM");
+    days.minutes[days.today.adding(1, Calendar::utc())] = goal;
+    days.minutes[days.today.adding(5, Calendar::utc())] = goal;
+    EXPECT_EQ(days.compute(), (StreakResult{3, 3, 0, {}, true}));
+    days.today = firstDay.adding(-1, Calendar::utc());
+    EXPECT_EQ(days.compute(), StreakResult::empty());
 }
 
 TEST(StreakCalculator, ASkippedDayIsNoMiss) {
@@ -160,12 +160,12 @@ TEST(StreakCalculator, EachDateOfAWinterIsVisitedOnce) {
 }
 
 TEST(StreakCalculator, WithoutFreezesTheSameHistoryBreaksAtEachMiss) {
-    const History history(met(14) + "-MM-M");
+    const Days days(met(14) + "-MM-M");
     EXPECT_EQ(
-        history.compute(true),
+        days.compute(true),
         (StreakResult{
             17, 17, 0, {firstDay.adding(14, Calendar::utc()), firstDay.adding(17, Calendar::utc())}, true}));
-    EXPECT_EQ(history.compute(false), (StreakResult{1, 14, 0, {}, true}));
+    EXPECT_EQ(days.compute(false), (StreakResult{1, 14, 0, {}, true}));
 }
 
 TEST(StreakCalculator, ADayThatTheZoneSkippedIsNotMetAfterAGapEither) {
@@ -179,10 +179,10 @@ TEST(StreakCalculator, ADayThatTheZoneSkippedIsNotMetAfterAGapEither) {
 }
 
 TEST(StreakCalculator, TheResultDependsOnlyOnTheArguments) {
-    const History history(met(8) + "-MM");
-    const StreakResult first = history.compute(true);
-    EXPECT_NE(history.compute(false), first);
-    EXPECT_EQ(history.compute(true), first) << "nothing stays from the call between";
+    const Days days(met(8) + "-MM");
+    const StreakResult first = days.compute(true);
+    EXPECT_NE(days.compute(false), first);
+    EXPECT_EQ(days.compute(true), first) << "nothing stays from the call between";
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "Support/EnvironmentVariable.h"
 #include "Support/EventLoop.h"
 #include "Support/FakeJournal.h"
+#include "Support/Players.h"
 #include "Support/PrivateBus.h"
 #include "Support/TemporaryFolder.h"
 
@@ -33,8 +34,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using Habit = FakeMprisPlayer::Habit;
 
-constexpr auto music = ExternalPlayer::appleMusic;
-constexpr auto spotify = ExternalPlayer::spotify;
 constexpr auto uri = "spotify:playlist:aaaaaaaaaaaaaaaaaaaaaa";
 constexpr auto link = "https://open.spotify.com/intl-de/playlist/aaaaaaaaaaaaaaaaaaaaaa?si=x";
 

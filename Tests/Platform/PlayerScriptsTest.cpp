@@ -1,6 +1,7 @@
 #include "Selvane/Platform/macOS/PlayerScripts.h"
 
 #include "Selvane/Platform/macOS/Osascript.h"
+#include "Support/Players.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -11,9 +12,6 @@ namespace selvane::test {
 namespace {
 
 using testing::ElementsAre;
-
-constexpr auto music = ExternalPlayer::appleMusic;
-constexpr auto spotify = ExternalPlayer::spotify;
 
 TEST(PlayerScripts, EmptyTextResumesAppleMusic) {
     const PlayerScript plain{{R"(tell application id "com.apple.Music" to play)"}, {}};

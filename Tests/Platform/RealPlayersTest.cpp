@@ -5,6 +5,7 @@
 #include "SelvaneCore/PosixFileSystem.h"
 #include "Support/EventLoop.h"
 #include "Support/FakeJournal.h"
+#include "Support/Players.h"
 #include "Support/PrivateBus.h"
 #include "Support/SoundServer.h"
 #include "Support/TemporaryFolder.h"
@@ -32,8 +33,6 @@
 
 namespace selvane::test {
 namespace {
-
-constexpr auto music = ExternalPlayer::appleMusic;
 
 enum class Needs { nothing, soundAndScreen };
 enum class Refuses { nobody, root };

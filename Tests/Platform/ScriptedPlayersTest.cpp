@@ -4,6 +4,7 @@
 #include "Support/EventLoop.h"
 #include "Support/FakeJournal.h"
 #include "Support/Journal.h"
+#include "Support/Players.h"
 #include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -23,9 +24,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-constexpr auto music = ExternalPlayer::appleMusic;
-constexpr auto spotify = ExternalPlayer::spotify;
 
 /// A Mac whose osascript is a shell script that keeps its arguments in a file.
 class ScriptedPlayersTest : public testing::Test {

@@ -1,19 +1,15 @@
 #include "Selvane/Platform/Linux/Struts.h"
 
+#include "Support/ScreenPrinters.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cstdint>
-#include <ostream>
 #include <vector>
 
 namespace selvane {
-
-static void PrintTo(const ScreenRect& area, std::ostream* out) {
-    *out << area.width << 'x' << area.height << '+' << area.x << '+' << area.y;
-}
-
 namespace {
 
 using Edge = Strut::Edge;
@@ -22,14 +18,14 @@ using Edge = Strut::Edge;
 constexpr ScreenRect small{0, 0, 1280, 800};
 constexpr ScreenRect large{1280, 0, 2560, 1600};
 
-struct Row {
+struct StrutRow {
     const char* name;
     std::vector<Strut> struts;
     ScreenRect ofSmall;
     ScreenRect ofLarge;
 };
 
-class StrutsTable : public testing::TestWithParam<Row> {};
+class StrutsTable : public testing::TestWithParam<StrutRow> {};
 
 TEST_P(StrutsTable, LeavesWhatNoBarTakes) {
     EXPECT_EQ(withoutStruts(small, GetParam().struts, 3840, 1600), GetParam().ofSmall);
@@ -39,24 +35,25 @@ TEST_P(StrutsTable, LeavesWhatNoBarTakes) {
 INSTANTIATE_TEST_SUITE_P(
     Rows, StrutsTable,
     testing::Values(
-        Row{"NoBar", {}, small, large},
-        Row{"TopOfTheSmall", {{Edge::top, 28, 0, 1279}}, {0, 28, 1280, 772}, large},
-        Row{"TopOfTheLarge", {{Edge::top, 56, 1280, 3839}}, small, {1280, 56, 2560, 1544}},
-        Row{"TopOfBoth", {{Edge::top, 28, 0, 3839}}, {0, 28, 1280, 772}, {1280, 28, 2560, 1572}},
-        Row{"BottomOfTheSmallCountsFromTheScreen", {{Edge::bottom, 828, 0, 1279}}, {0, 0, 1280, 772}, large},
-        Row{"BottomOfTheLarge", {{Edge::bottom, 56, 1280, 3839}}, small, {1280, 0, 2560, 1544}},
-        Row{"LeftOfTheSmall", {{Edge::left, 28, 0, 799}}, {28, 0, 1252, 800}, large},
-        Row{"RightOfTheLarge", {{Edge::right, 56, 0, 1599}}, small, {1280, 0, 2504, 1600}},
-        Row{"BetweenTheTwo", {{Edge::left, 1336, 0, 1599}}, small, {1336, 0, 2504, 1600}},
-        Row{"TwoBarsAtOneEdge",
-            {{Edge::top, 28, 0, 1279}, {Edge::top, 40, 0, 1279}},
-            {0, 40, 1280, 760},
-            large},
-        Row{"OneAtEachEnd",
-            {{Edge::top, 28, 0, 1279}, {Edge::bottom, 830, 0, 1279}},
-            {0, 28, 1280, 742},
-            large},
-        Row{"AllOfAMonitor", {{Edge::top, 800, 0, 1279}}, small, large}),
+        StrutRow{"NoBar", {}, small, large},
+        StrutRow{"TopOfTheSmall", {{Edge::top, 28, 0, 1279}}, {0, 28, 1280, 772}, large},
+        StrutRow{"TopOfTheLarge", {{Edge::top, 56, 1280, 3839}}, small, {1280, 56, 2560, 1544}},
+        StrutRow{"TopOfBoth", {{Edge::top, 28, 0, 3839}}, {0, 28, 1280, 772}, {1280, 28, 2560, 1572}},
+        StrutRow{
+            "BottomOfTheSmallCountsFromTheScreen", {{Edge::bottom, 828, 0, 1279}}, {0, 0, 1280, 772}, large},
+        StrutRow{"BottomOfTheLarge", {{Edge::bottom, 56, 1280, 3839}}, small, {1280, 0, 2560, 1544}},
+        StrutRow{"LeftOfTheSmall", {{Edge::left, 28, 0, 799}}, {28, 0, 1252, 800}, large},
+        StrutRow{"RightOfTheLarge", {{Edge::right, 56, 0, 1599}}, small, {1280, 0, 2504, 1600}},
+        StrutRow{"BetweenTheTwo", {{Edge::left, 1336, 0, 1599}}, small, {1336, 0, 2504, 1600}},
+        StrutRow{"TwoBarsAtOneEdge",
+                 {{Edge::top, 28, 0, 1279}, {Edge::top, 40, 0, 1279}},
+                 {0, 40, 1280, 760},
+                 large},
+        StrutRow{"OneAtEachEnd",
+                 {{Edge::top, 28, 0, 1279}, {Edge::bottom, 830, 0, 1279}},
+                 {0, 28, 1280, 742},
+                 large},
+        StrutRow{"AllOfAMonitor", {{Edge::top, 800, 0, 1279}}, small, large}),
     [](const auto& row) { return row.param.name; });
 
 struct Dock {

@@ -1,17 +1,11 @@
 #include "Selvane/Platform/Linux/TooltipPlace.h"
 
 #include "Selvane/Platform/Monitor.h"
+#include "Support/ScreenPrinters.h"
 
 #include <gtest/gtest.h>
 
-#include <ostream>
-
 namespace selvane {
-
-static void PrintTo(const ScreenPoint& point, std::ostream* out) {
-    *out << point.x << ',' << point.y;
-}
-
 namespace {
 
 /// Two screens side by side, and one below the first.
@@ -19,14 +13,14 @@ constexpr ScreenRect first{0, 0, 1280, 800};
 constexpr ScreenRect right{1280, 0, 2560, 1600};
 constexpr ScreenRect lower{0, 800, 1280, 800};
 
-struct Row {
+struct CornerRow {
     const char* name;
     ScreenRect item;
     ScreenRect monitor;
     ScreenPoint corner;
 };
 
-class TooltipPlaceTable : public testing::TestWithParam<Row> {};
+class TooltipPlaceTable : public testing::TestWithParam<CornerRow> {};
 
 TEST_P(TooltipPlaceTable, StandsBesideTheItemOnItsMonitor) {
     EXPECT_EQ(tooltipCorner(GetParam().item, 100, 20, GetParam().monitor), GetParam().corner);
@@ -34,14 +28,14 @@ TEST_P(TooltipPlaceTable, StandsBesideTheItemOnItsMonitor) {
 
 INSTANTIATE_TEST_SUITE_P(
     Rows, TooltipPlaceTable,
-    testing::Values(Row{"UnderAnItemAtTheTop", {600, 2, 24, 24}, first, {562, 30}},
-                    Row{"OverAnItemAtTheBottom", {600, 774, 24, 24}, first, {562, 750}},
-                    Row{"OverTheBottomOfTheUpperScreen", {1200, 774, 24, 24}, first, {1162, 750}},
-                    Row{"UnderTheTopOfTheLowerScreen", {600, 802, 24, 24}, lower, {562, 830}},
-                    Row{"EndsWithTheLeftScreen", {1250, 2, 24, 24}, first, {1180, 30}},
-                    Row{"BeginsWithTheRightScreen", {1282, 2, 24, 24}, right, {1280, 30}},
-                    Row{"EndsWithTheRightScreen", {3810, 2, 24, 24}, right, {3740, 30}},
-                    Row{"BeginningOfWhatIsTooWide", {8, 2, 24, 24}, {0, 0, 60, 800}, {0, 30}}),
+    testing::Values(CornerRow{"UnderAnItemAtTheTop", {600, 2, 24, 24}, first, {562, 30}},
+                    CornerRow{"OverAnItemAtTheBottom", {600, 774, 24, 24}, first, {562, 750}},
+                    CornerRow{"OverTheBottomOfTheUpperScreen", {1200, 774, 24, 24}, first, {1162, 750}},
+                    CornerRow{"UnderTheTopOfTheLowerScreen", {600, 802, 24, 24}, lower, {562, 830}},
+                    CornerRow{"EndsWithTheLeftScreen", {1250, 2, 24, 24}, first, {1180, 30}},
+                    CornerRow{"BeginsWithTheRightScreen", {1282, 2, 24, 24}, right, {1280, 30}},
+                    CornerRow{"EndsWithTheRightScreen", {3810, 2, 24, 24}, right, {3740, 30}},
+                    CornerRow{"BeginningOfWhatIsTooWide", {8, 2, 24, 24}, {0, 0, 60, 800}, {0, 30}}),
     [](const auto& row) { return row.param.name; });
 
 TEST(Monitor, ItsPixelsCountFromItsCorner) {

@@ -1,25 +1,20 @@
 #include "Selvane/UI/PanelPlacement.h"
 
+#include "Support/ScreenPrinters.h"
+
 #include <gtest/gtest.h>
 
-#include <ostream>
-
 namespace selvane {
-
-static void PrintTo(const ScreenPoint& point, std::ostream* out) {
-    *out << point.x << ',' << point.y;
-}
-
 namespace {
 
-struct Row {
+struct PlacementRow {
     const char* name;
     StatusItemAnchor anchor;
     ScreenRect available;
     ScreenPoint origin;
 };
 
-class PanelPlacementTable : public testing::TestWithParam<Row> {};
+class PanelPlacementTable : public testing::TestWithParam<PlacementRow> {};
 
 TEST_P(PanelPlacementTable, KeepsThePanelBesideItsItemAndOnTheScreen) {
     EXPECT_EQ(PanelPlacement::origin(GetParam().anchor, 348, 220, GetParam().available), GetParam().origin);
@@ -38,17 +33,19 @@ StatusItemAnchor icon(int x, int y) {
 INSTANTIATE_TEST_SUITE_P(
     Rows, PanelPlacementTable,
     testing::Values(
-        Row{"UnderTheItemOfATopBar", icon(600, 0), belowTopBar, {438, 30}},
-        Row{"OverTheItemOfATaskBar", icon(600, 776), aboveTaskBar, {438, 550}},
-        Row{"EightFromTheRightEdge", icon(1250, 0), belowTopBar, {924, 30}},
-        Row{"EightFromTheLeftEdge", icon(2, 0), belowTopBar, {8, 30}},
-        Row{"OnTheScreenOfTheItem", icon(1290, 0), secondScreen, {1288, 30}},
-        Row{"RightBoundWinsOnANarrowScreen", icon(100, 0), narrow, {-56, 30}},
-        Row{"UnderThePointer", {std::nullopt, ScreenPoint{700, 10}}, belowTopBar, {526, 30}},
-        Row{"OverThePointer", {std::nullopt, ScreenPoint{700, 790}}, aboveTaskBar, {526, 550}},
-        Row{"IconBeforePointer", {ScreenRect{600, 0, 24, 24}, ScreenPoint{9, 9}}, belowTopBar, {438, 30}},
-        Row{"TopRightWithoutAnchor", {}, belowTopBar, {924, 30}},
-        Row{"HalvesAwayFromZero", {ScreenRect{601, 0, 23, 24}, std::nullopt}, belowTopBar, {439, 30}}),
+        PlacementRow{"UnderTheItemOfATopBar", icon(600, 0), belowTopBar, {438, 30}},
+        PlacementRow{"OverTheItemOfATaskBar", icon(600, 776), aboveTaskBar, {438, 550}},
+        PlacementRow{"EightFromTheRightEdge", icon(1250, 0), belowTopBar, {924, 30}},
+        PlacementRow{"EightFromTheLeftEdge", icon(2, 0), belowTopBar, {8, 30}},
+        PlacementRow{"OnTheScreenOfTheItem", icon(1290, 0), secondScreen, {1288, 30}},
+        PlacementRow{"RightBoundWinsOnANarrowScreen", icon(100, 0), narrow, {-56, 30}},
+        PlacementRow{"UnderThePointer", {std::nullopt, ScreenPoint{700, 10}}, belowTopBar, {526, 30}},
+        PlacementRow{"OverThePointer", {std::nullopt, ScreenPoint{700, 790}}, aboveTaskBar, {526, 550}},
+        PlacementRow{
+            "IconBeforePointer", {ScreenRect{600, 0, 24, 24}, ScreenPoint{9, 9}}, belowTopBar, {438, 30}},
+        PlacementRow{"TopRightWithoutAnchor", {}, belowTopBar, {924, 30}},
+        PlacementRow{
+            "HalvesAwayFromZero", {ScreenRect{601, 0, 23, 24}, std::nullopt}, belowTopBar, {439, 30}}),
     [](const auto& row) { return row.param.name; });
 
 struct Bar {

@@ -3,6 +3,7 @@
 #include "Support/FakeAppearance.h"
 #include "Support/FakeWindowPlacer.h"
 #include "Support/ModelHarness.h"
+#include "Support/ScreenPrinters.h"
 
 #include <QGuiApplication>
 #include <QQuickWindow>
@@ -15,11 +16,6 @@
 #include <vector>
 
 namespace selvane {
-
-static void PrintTo(const ScreenPoint& point, std::ostream* out) {
-    *out << point.x << ',' << point.y;
-}
-
 namespace {
 
 using testing::Contains;

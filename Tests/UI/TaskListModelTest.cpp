@@ -3,6 +3,7 @@
 #include "Support/Dice.h"
 #include "Support/FaultyFileSystem.h"
 #include "Support/ModelHarness.h"
+#include "Support/Repeats.h"
 #include "Support/TaskFiles.h"
 
 #include <QAbstractItemModelTester>
@@ -519,7 +520,7 @@ protected:
 
 TEST_F(TaskListModelRandom, StepsAloneKeepAFollowerRight) {
     launchWith({});
-    editAndCompare(4'000);
+    editAndCompare(test::repeats(4'000));
 }
 
 TEST_F(TaskListModelRandom, StepsAloneKeepAFollowerRightWithEqualIDs) {
@@ -544,7 +545,7 @@ TEST_F(TaskListModelRandom, StepsAloneKeepAFollowerRightWhenListenersMeddle) {
             --depth;
         }
     });
-    editAndCompare(2'000);
+    editAndCompare(test::repeats(2'000));
 }
 
 } // namespace
