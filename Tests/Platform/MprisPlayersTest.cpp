@@ -644,7 +644,7 @@ TEST_F(StartedMprisPlayersTest, APlayAfterAPauseStillKnowsThatThePlayerWasStarte
 }
 
 TEST_F(StartedMprisPlayersTest, APlayerThatWasStartedMayBeSilentForAWhile) {
-    patience.answer = Seconds{0.3};
+    patience.answer = Seconds{1};
     rhythmbox.answers = false;
     ASSERT_TRUE(comesUpToPlay());
     ASSERT_TRUE(waitUntil([&] { return rhythmbox.messages >= 2; })) << "it was asked once only";
