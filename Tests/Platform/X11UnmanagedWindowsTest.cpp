@@ -157,6 +157,7 @@ TEST_F(X11UnmanagedWindowsTest, ClickOnItsWayComesAfterTheReturn) {
 }
 
 TEST_F(X11UnmanagedWindowsTest, WhomALateWindowManagerChoseGetsItWhenItIsReturned) {
+    windows = X11UnmanagedWindows::make(std::chrono::hours{1});
     lendAndWait();
     const xcb_window_t behind = foreignWindow();
     focus(behind);
@@ -166,6 +167,7 @@ TEST_F(X11UnmanagedWindowsTest, WhomALateWindowManagerChoseGetsItWhenItIsReturne
 }
 
 TEST_F(X11UnmanagedWindowsTest, SecondLoanIsKeptFromALateWindowManagerToo) {
+    windows = X11UnmanagedWindows::make(std::chrono::hours{1});
     lendAndWait();
     lend();
     EXPECT_EQ(given, 2) << "it has it already";

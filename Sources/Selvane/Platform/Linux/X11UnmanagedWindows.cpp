@@ -16,10 +16,6 @@ namespace selvane {
 
 namespace {
 
-/// A window manager that is late gives the keyboard to the window behind one that closed just before. Later
-/// than this it is the user who turns to another window.
-constexpr std::chrono::milliseconds defence{250};
-
 /// How often a window is given the keyboard until it keeps it, before others are left to it.
 constexpr int mostTries = 10;
 
@@ -55,15 +51,16 @@ xcb_window_t frame(xcb_connection_t* connection, xcb_window_t window) {
 
 } // namespace
 
-std::unique_ptr<X11UnmanagedWindows> X11UnmanagedWindows::make() {
+std::unique_ptr<X11UnmanagedWindows> X11UnmanagedWindows::make(std::chrono::milliseconds defence) {
     xcb_connection_t* const connection = X11Windows::connection();
     if (!connection || isGuest(connection))
         return nullptr;
-    return std::unique_ptr<X11UnmanagedWindows>(new X11UnmanagedWindows(connection));
+    return std::unique_ptr<X11UnmanagedWindows>(new X11UnmanagedWindows(connection, defence));
 }
 
-X11UnmanagedWindows::X11UnmanagedWindows(xcb_connection_t* connection)
+X11UnmanagedWindows::X11UnmanagedWindows(xcb_connection_t* connection, std::chrono::milliseconds defence)
     : _connection(connection),
+      _defence(defence),
       _clock(X11Windows::atom(connection, "_SELVANE_CLOCK")),
       _manager(X11Windows::atom(connection, "_NET_SUPPORTING_WM_CHECK")),
       _name(X11Windows::atom(connection, "_NET_WM_NAME")) {
@@ -174,7 +171,7 @@ void X11UnmanagedWindows::focusLost(const xcb_focus_out_event_t& event) {
         return;
     // When a window closes elsewhere, some window managers take the keyboard and give it to nobody.
     if (!isIdle(*holder)) {
-        if (now - _loan->begin >= defence)
+        if (now - _loan->begin >= _defence)
             return;
         // This is who would have it now without the loan.
         discardQuestion();

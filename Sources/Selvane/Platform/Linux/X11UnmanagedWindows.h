@@ -23,7 +23,11 @@ class X11UnmanagedWindows final : public UnmanagedWindows, private QAbstractNati
 public:
     /// Null without an X11 session, and on the X server of a Wayland desktop, which gives the keys to managed
     /// windows only.
-    [[nodiscard]] static std::unique_ptr<X11UnmanagedWindows> make();
+    ///
+    /// A window manager that is late gives the keyboard to the window behind one that closed just before.
+    /// Later than `defence` after a loan it is the user who turns to another window.
+    [[nodiscard]] static std::unique_ptr<X11UnmanagedWindows>
+    make(std::chrono::milliseconds defence = std::chrono::milliseconds{250});
 
     ~X11UnmanagedWindows() override;
 
@@ -51,7 +55,7 @@ private:
         bool isGiven = false;
     };
 
-    explicit X11UnmanagedWindows(xcb_connection_t* connection);
+    X11UnmanagedWindows(xcb_connection_t* connection, std::chrono::milliseconds defence);
 
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
     void askForTime(xcb_window_t window);
@@ -68,6 +72,7 @@ private:
     void setFocus(xcb_window_t window, xcb_timestamp_t time);
 
     xcb_connection_t* _connection;
+    std::chrono::milliseconds _defence;
     /// A property of windows, changed for nothing but the time that the server gives the change.
     xcb_atom_t _clock;
     /// In which the root names a window of the window manager's, and windows their names.
