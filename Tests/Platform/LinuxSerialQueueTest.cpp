@@ -7,8 +7,10 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace selvane {
@@ -67,13 +69,19 @@ TEST(LinuxSerialQueue, ItsEndWaitsForWorkThatHasBegunAndHandsNothingBack) {
     std::atomic<bool> isDone = false;
     bool handedBack = false;
     std::atomic<bool> hasLaterBegun = false;
-    queue->run([&] {
+    auto later = std::make_shared<int>();
+    const std::weak_ptr laterWork = later;
+    queue->run([&, laterWork] {
         hasBegun = true;
+        // Until the queue, at its end, lets go of what is still to begin.
+        const auto latest = std::chrono::steady_clock::now() + std::chrono::seconds{20};
+        while (!laterWork.expired() && std::chrono::steady_clock::now() < latest)
+            std::this_thread::yield();
         std::this_thread::sleep_for(std::chrono::milliseconds{50});
         isDone = true;
         return [&] { handedBack = true; };
     });
-    queue->run([&]() -> SerialQueue::Rest {
+    queue->run([&, held = std::move(later)]() -> SerialQueue::Rest {
         hasLaterBegun = true;
         return nullptr;
     });

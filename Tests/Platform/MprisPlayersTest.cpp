@@ -248,6 +248,8 @@ TEST_F(RunningMprisPlayersTest, ALinkThatStaysPausedIsPlayed) {
 }
 
 TEST_F(RunningMprisPlayersTest, ALinkThatStopsWhatPlayedBeforeIsPlayed) {
+    patience.music = Seconds{3};
+    makePlayers();
     client.isPlaying = true;
     client.onLink = Habit::stopsLate;
     client.tellsChanges = false;
@@ -257,6 +259,8 @@ TEST_F(RunningMprisPlayersTest, ALinkThatStopsWhatPlayedBeforeIsPlayed) {
 }
 
 TEST_F(RunningMprisPlayersTest, APlayerThatDoesNotTellItsChangesIsAsked) {
+    patience.music = Seconds{10};
+    makePlayers();
     client.tellsChanges = false;
     client.onLink = Habit::startsLate;
     players->play(spotify, link);
@@ -336,6 +340,8 @@ TEST_F(RunningMprisPlayersTest, APauseRightAfterAPlayLeavesSilence) {
 }
 
 TEST_F(RunningMprisPlayersTest, WhatBeginsOnlyAfterThePauseIsPausedToo) {
+    patience.unwanted = Seconds{10};
+    makePlayers();
     client.onLink = Habit::startsLate;
     players->play(spotify, link);
     ASSERT_TRUE(waitUntil([&] { return !client.journal.entries().empty(); }));
@@ -346,6 +352,8 @@ TEST_F(RunningMprisPlayersTest, WhatBeginsOnlyAfterThePauseIsPausedToo) {
 }
 
 TEST_F(RunningMprisPlayersTest, APlayerThatIgnoresAPauseIsGivenUp) {
+    patience.unwanted = Seconds{10};
+    makePlayers();
     client.onLink = Habit::startsLate;
     client.pauses = false;
     players->play(spotify, link);
@@ -543,6 +551,7 @@ TEST_F(StartedMprisPlayersTest, APlayerThatWasStartedIsAskedUntilItPlays) {
 }
 
 TEST_F(StartedMprisPlayersTest, APlayerThatPlaysWhenItComesAndThenStopsIsAskedToPlay) {
+    patience.music = Seconds{3};
     rhythmbox.isPlaying = true;
     ASSERT_TRUE(comesUpToPlay());
     stopAfter(std::chrono::milliseconds{300});
@@ -555,7 +564,7 @@ TEST_F(StartedMprisPlayersTest, APlayerThatPlaysWhenItComesAndThenStopsIsAskedTo
 }
 
 TEST_F(StartedMprisPlayersTest, APlayerThatWasStartedAndHasNothingToPlayIsLeftInTheEnd) {
-    patience.start = Seconds{2};
+    patience.start = Seconds{6};
     rhythmbox.onPlay = Habit::staysPaused;
     ASSERT_TRUE(comesUpToPlay());
     ASSERT_TRUE(waitForRest());
@@ -587,6 +596,7 @@ TEST_F(MprisPlayersTest, ALinkThatAPlayerForgetsWhileItStartsIsToldAgain) {
 }
 
 TEST_F(StartedMprisPlayersTest, AListThatPlaysWhenItsPlayerComesAndThenStopsIsPlayed) {
+    patience.music = Seconds{3};
     rhythmbox.active = 1;
     rhythmbox.isPlaying = true;
     ASSERT_TRUE(comesUpToPlay("Focus"));
@@ -615,10 +625,10 @@ TEST_F(StartedMprisPlayersTest, APlayerThatComesPlayingIsPausedBeforeItWasToldAn
 }
 
 TEST_F(StartedMprisPlayersTest, WhoPausesAPlayerThatHasJustBegunIsNotOverruled) {
-    patience.music = Seconds{4};
+    patience.music = Seconds{6};
     ASSERT_TRUE(comesUpToPlay());
     ASSERT_TRUE(waitUntil([&] { return rhythmbox.isPlaying; }));
-    stopAfter(std::chrono::seconds{2});
+    stopAfter(std::chrono::seconds{3});
     ASSERT_TRUE(waitForRest());
     EXPECT_FALSE(rhythmbox.isPlaying);
     EXPECT_THAT(rhythmbox.journal.entries(), ElementsAre("Play"));
@@ -644,7 +654,7 @@ TEST_F(StartedMprisPlayersTest, APlayAfterAPauseStillKnowsThatThePlayerWasStarte
 }
 
 TEST_F(StartedMprisPlayersTest, APlayerThatWasStartedMayBeSilentForAWhile) {
-    patience.answer = Seconds{1};
+    patience.answer = Seconds{3};
     rhythmbox.answers = false;
     ASSERT_TRUE(comesUpToPlay());
     ASSERT_TRUE(waitUntil([&] { return rhythmbox.messages >= 2; })) << "it was asked once only";
@@ -655,7 +665,7 @@ TEST_F(StartedMprisPlayersTest, APlayerThatWasStartedMayBeSilentForAWhile) {
 }
 
 TEST_F(StartedMprisPlayersTest, APlayerThatIsStartedAndStaysSilentIsToldInTheLog) {
-    patience.answer = Seconds{0.3};
+    patience.answer = Seconds{2};
     patience.start = Seconds{4};
     rhythmbox.answers = false;
     ASSERT_TRUE(comesUpToPlay());

@@ -156,8 +156,11 @@ TEST_P(RecordedSoundTest, TwoSoundsAreHeardBesideEachOther) {
         const auto right = recording.heard(&AudioFrame::right);
         const Arrival both = std::max(arrival(left, sameOne, length, &AudioFrame::left),
                                       arrival(right, sameOther, length, &AudioFrame::right));
+        if (both == Arrival::spoiled)
+            return both;
+        // They may have gaps: that none has any is another test's.
         const bool areTogether = left.first < right.last && right.first < left.last;
-        return both == Arrival::whole && !areTogether ? Arrival::disturbed : both;
+        return areTogether ? Arrival::whole : Arrival::disturbed;
     }));
 }
 
@@ -168,7 +171,6 @@ TEST_P(PulseAudioOutputTest, TheConnectionEndsSoonAfterTheSound) {
     output.onRest = [&] {
         ++rests;
         EXPECT_TRUE(output.isAtRest());
-        EXPECT_THAT(threadNames(), testing::Not(testing::Contains("sounds")));
     };
     EXPECT_TRUE(output.isAtRest());
     for (int round = 1; round <= 2; ++round) {
@@ -181,6 +183,7 @@ TEST_P(PulseAudioOutputTest, TheConnectionEndsSoonAfterTheSound) {
         EXPECT_FALSE(output.isAtRest()) << "it has loaded what it needs, and plays";
         EXPECT_TRUE(isAtRest(output));
         EXPECT_EQ(rests, round);
+        EXPECT_TRUE(isWithoutThread("sounds"));
         // Another sound might have followed.
         EXPECT_GT(Clock::now() - end->load(), std::chrono::milliseconds(2900));
     }

@@ -162,6 +162,11 @@ inline std::vector<std::string> threadNames() {
     return names;
 }
 
+/// Waits until no thread has that name. The kernel may list one for a moment after it was joined.
+inline bool isWithoutThread(const std::string& name) {
+    return waitUntil([&name] { return std::ranges::count(threadNames(), name) == 0; });
+}
+
 inline constexpr auto nameOfServer = [](const testing::TestParamInfo<SoundSystem>& test) {
     return test.param == SoundSystem::pulseAudio ? "PulseAudio" : "PipeWire";
 };

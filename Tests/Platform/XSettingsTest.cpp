@@ -111,14 +111,12 @@ TEST_F(XSettingsTest, AfterTheServerNothingIsLeftToDo) {
     _server.stop();
     // A turn of the main loop that finds nothing to do.
     auto& loop = *QAbstractEventDispatcher::instance();
-    EXPECT_TRUE(waitUntil(
-        [&] {
-            int turns = 0;
-            while (loop.processEvents(QEventLoop::AllEvents) && turns < 100)
-                ++turns;
-            return turns < 100;
-        },
-        std::chrono::seconds{2}));
+    EXPECT_TRUE(waitUntil([&] {
+        int turns = 0;
+        while (loop.processEvents(QEventLoop::AllEvents) && turns < 100)
+            ++turns;
+        return turns < 100;
+    }));
     EXPECT_EQ(_changes, 0);
 }
 
