@@ -1,6 +1,7 @@
 #include "Stage.h"
 
 #include "Selvane/App/AppSettings.h"
+#include "Selvane/UI/Controls/HoverTip.h"
 #include "Selvane/UI/Popover/PopoverPanel.h"
 
 #include <QAccessible>
@@ -27,6 +28,15 @@ QAccessibleInterface* find(QAccessibleInterface* item, const QString& name) {
 }
 
 } // namespace
+
+WithoutTips::WithoutTips() {
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+bool WithoutTips::eventFilter(QObject* watched, QEvent* event) {
+    // A tip is shown when its timer tells that its delay is over.
+    return event->type() == QEvent::Timer && qobject_cast<HoverTip*>(watched);
+}
 
 Stage::Stage() {
     harness.launch();

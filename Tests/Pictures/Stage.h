@@ -4,6 +4,7 @@
 #include "Support/ModelHarness.h"
 
 #include <QImage>
+#include <QObject>
 #include <QQuickWindow>
 
 #include <memory>
@@ -15,6 +16,15 @@ class PopoverPanel;
 }
 
 namespace selvane::test {
+
+/// Holds back the tips that come where the keyboard or the pointer rests: a picture may take as long as that.
+class WithoutTips : public QObject {
+public:
+    WithoutTips();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+};
 
 /// The popover on a model of its own, at a fixed moment and on a desktop without motion, and how it looks.
 ///
@@ -45,6 +55,7 @@ public:
     FakeAppearance appearance;
 
 private:
+    WithoutTips _withoutTips;
     std::unique_ptr<PopoverPanel> _panel;
     QQuickWindow* _window = nullptr;
 };

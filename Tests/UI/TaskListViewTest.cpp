@@ -17,6 +17,9 @@ using testing::IsEmpty;
 
 class TaskListView : public test::TaskViewFixture {
 protected:
+    /// How long something may take, in milliseconds, on a machine that has much else to do.
+    static constexpr int patience = 60'000;
+
     void showThree() {
         add({"Write", "Reply", "Sketch"});
         show();
@@ -410,7 +413,7 @@ TEST_F(TaskListView, KeysAfterARenameByMenuAreForThatRow) {
     showThree();
     click(inRow(1), Qt::RightButton);
     choose(QStringLiteral("Rename"));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return focused() == "Task"; }, 1000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return focused() == "Task"; }, patience));
     key(Qt::Key_Return);
     EXPECT_EQ(focused(), "Reply");
     key(Qt::Key_Down);
@@ -604,7 +607,7 @@ TEST_F(TaskListView, ListScrollsWhileARowIsHeldAtItsEdge) {
     show();
     press(inRow(0));
     moveMouse(inRow(0), {120, listTop + 156});
-    EXPECT_TRUE(QTest::qWaitFor([&] { return tasks->liftedRow() == 11; }, 5000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return tasks->liftedRow() == 11; }, patience));
     letGo({120, listTop + 156});
     EXPECT_EQ(titles().back(), "Task 0");
 }
@@ -647,11 +650,18 @@ TEST_F(TaskListView, NothingIsTakenUpAfterThePageHasGone) {
 TEST_F(TaskListView, RowInMotionSettlesByASpring) {
     appearance.setReducesMotion(false);
     showThree();
-    drag(inRow(0), inRow(1) + QPoint(0, 10));
-    EXPECT_THAT(titles(), ElementsAre("Reply", "Write", "Sketch"));
-    EXPECT_EQ(tasks->liftedRow(), 1) << "it is on its way";
-    EXPECT_TRUE(QTest::qWaitFor([&] { return tasks->liftedRow() == -1; }, 3000));
-    EXPECT_NEAR(input().liftedY(), rowHeight, 0.01);
+    // Again if the process was held up and the motion over before it was looked at.
+    constexpr int mostAttempts = 20;
+    bool isOnItsWay = false;
+    for (int attempt = 0; attempt < mostAttempts && !isOnItsWay; ++attempt) {
+        const std::vector<std::string> before = titles();
+        drag(inRow(0), inRow(1) + QPoint(0, 10));
+        EXPECT_THAT(titles(), ElementsAre(before.at(1), before.at(0), before.at(2)));
+        isOnItsWay = tasks->liftedRow() == 1;
+        ASSERT_TRUE(QTest::qWaitFor([&] { return tasks->liftedRow() == -1; }, patience));
+        EXPECT_NEAR(input().liftedY(), rowHeight, 0.01);
+    }
+    EXPECT_TRUE(isOnItsWay);
 }
 
 // Moving and deleting by keys
@@ -788,7 +798,7 @@ TEST_F(TaskListView, MenuRenames) {
     showThree();
     click(inRow(1), Qt::RightButton);
     choose(QStringLiteral("Rename"));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return focused() == "Task"; }, 1000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return focused() == "Task"; }, patience));
     type(QStringLiteral("Answer"));
     key(Qt::Key_Return);
     EXPECT_THAT(titles(), ElementsAre("Write", "Answer", "Sketch"));
