@@ -210,7 +210,8 @@ class Tree:
         try:
             return self._bus.call_blocking(owner, path, interface, method, signature, arguments)
         except dbus.exceptions.DBusException as problem:
-            if problem.get_dbus_name() in ("org.freedesktop.DBus.Error.UnknownObject",
+            if problem.get_dbus_name() in ("org.freedesktop.DBus.Error.NameHasNoOwner",
+                                           "org.freedesktop.DBus.Error.UnknownObject",
                                            "org.freedesktop.DBus.Error.ServiceUnknown",
                                            "org.freedesktop.DBus.Error.NoReply",
                                            "org.freedesktop.DBus.Error.UnknownMethod"):
@@ -220,8 +221,12 @@ class Tree:
     def root(self, pid):
         """What the process shows; None as long as it isn't on the bus."""
         for owner, path in self.call(REGISTRY, ROOT_PATH, ACCESSIBLE, "GetChildren", "", ()):
-            found = self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-                              "GetConnectionUnixProcessID", "s", (owner,))
+            try:
+                found = self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                                  "GetConnectionUnixProcessID", "s", (owner,))
+            except Gone:
+                # The registry may not know yet.
+                continue
             if found == pid:
                 return Node(self, owner, path)
         return None
@@ -238,9 +243,12 @@ class Tree:
         self.events.append((str(member), str(detail), Node(self, sender, path)))
 
     def pass_time(self, seconds):
-        """Lets events come in for a while."""
+        """Lets events come in for a while, and all those that have come until its end."""
         deadline = time.monotonic() + seconds
-        while time.monotonic() < deadline:
+        while True:
+            is_over = time.monotonic() >= deadline
             while GLib.MainContext.default().iteration(False):
                 pass
+            if is_over:
+                return
             time.sleep(0.01)

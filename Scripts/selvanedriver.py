@@ -10,6 +10,7 @@ from virtualdesktop import Area, Failure, changed_area, wait
 
 TITLE = "Selvane Timer"
 BUS_NAME = "com.lorbin.selvane"
+OBJECT_PATH = "/com/lorbin/selvane"
 # How wide the panel's card is. Its window is wider where the desktop can show the shadow around it.
 CARD_WIDTH = 348
 
@@ -138,6 +139,11 @@ class Selvane:
         self.dial = None
         return self.process.returncode
 
+    def _wait_for_answer(self):
+        """Waits until the program's main loop has answered a question, which does nothing else."""
+        self.desktop.bus.call_blocking(BUS_NAME, OBJECT_PATH, "org.freedesktop.DBus.Introspectable", "Introspect", "",
+                                       ())
+
     def _check_alive(self):
         if self.process.poll() is not None:
             raise Failure(f"the program ended with {self.process.returncode}; see {self.desktop.log('selvane')}")
@@ -177,7 +183,10 @@ class Selvane:
         return self.desktop.picture(self.dial)
 
     def click_dial(self, held=0.03):
-        # Nobody's two clicks follow one another faster, and the program may take those for one.
+        # Nobody's two clicks follow one another faster, and the program may take those for one: it counts from when
+        # it read the last, which it has done once it has answered twice.
+        for _ in range(2):
+            self._wait_for_answer()
         time.sleep(0.4)
         self.desktop.click(*self.dial.middle, held=held)
 

@@ -460,10 +460,11 @@ class Desktop:
                 settings.write_text(XFCE_PANEL.format(height=TRAY_HEIGHT * self.scale // self._tray_scale,
                                                       corner=corner, mode=mode,
                                                       output=output,
-                                                      grey=0.16 if self.dark else 0.93,
+                                                      grey=self._bar_shade / 0xff,
                                                       dark="true" if self.dark else "false"))
             self.start("tray", ["xfce4-panel", "--disable-wm-check"], GDK_SCALE=str(self._tray_scale))
             wait("the panel's status notifier host", lambda: self.owner("org.kde.StatusNotifierWatcher"))
+            wait("the bar's colour", self._has_bar)
         elif self.tray == "xembed":
             bare = self.picture(self.tray_area)
             self._start_trayer()
@@ -475,21 +476,36 @@ class Desktop:
                 self._start_trayer()
                 wait("the tray's colour", lambda: changed_area(bare, self.picture(self.tray_area)))
 
-    def _start_trayer(self):
+    def _has_bar(self):
+        """Whether a bar that lies along the whole edge shows its colour, at the end that stays empty."""
+        colour = self.picture(self.tray_area).getpixel((4, 4))
+        return all(abs(part - self._bar_shade) < 8 for part in colour)
+
+    @property
+    def _bar_shade(self):
+        return 0x29 if self.dark else 0xed
+
+    def _is_tray_owned(self):
         selection = self._display.intern_atom("_NET_SYSTEM_TRAY_S0")
-        wait("no tray", lambda: self._display.get_selection_owner(selection) == Xlib.X.NONE)
+        return self._display.get_selection_owner(selection) != Xlib.X.NONE
+
+    def _start_trayer(self):
+        wait("no tray", lambda: not self._is_tray_owned())
         self.start("tray", ["trayer", "--edge", self.edge, "--align", "right", "--widthtype", "pixel", "--width",
                             str(200 * self.scale), "--heighttype", "pixel", "--height",
                             str(TRAY_HEIGHT * self.scale), "--tint", "0xeeeeee", "--transparent", "true",
                             "--alpha", "0", "--SetDockType", "true", "--SetPartialStrut", "true",
                             "--monitor", str(self._tray_monitor)])
-        wait("the tray", lambda: self._display.get_selection_owner(selection) != Xlib.X.NONE)
+        wait("the tray", self._is_tray_owned)
 
     def stop_tray(self):
         """Ends the tray as a crash would: without a farewell."""
         self.stop("tray", signal.SIGKILL)
         if self.tray == "notifier":
             wait("the watcher to go", lambda: not self.owner("org.kde.StatusNotifierWatcher"))
+            wait("the bar to go", lambda: not self._has_bar())
+        else:
+            wait("the tray to go", lambda: not self._is_tray_owned())
 
     def start_notifications(self):
         """Starts the notification server; also again after `stop_notifications`. Gives its process."""

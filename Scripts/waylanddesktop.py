@@ -57,8 +57,11 @@ class WaylandDesktop(Desktop):
         sockets = wait("sway", lambda: self._sockets() if self._check_sway() else None)
         self.environment["SWAYSOCK"], self.environment["WAYLAND_DISPLAY"] = (str(path) for path in sockets)
         wait("the screen", lambda: self._ask("get_outputs"))
-        # Before any program, since programs need a moment to take notice of it.
+        # Before any program, since programs need a moment to take notice of them. Each key brings a keyboard of its
+        # own besides, and with this one there is never none.
         self._pointer = WaylandPointer(self.environment["WAYLAND_DISPLAY"], (width, height))
+        self.start("keyboard", ["wtype", "-s", "3600000", "-k", "Shift_L"])
+        wait("the keyboard", lambda: any(device["type"] == "keyboard" for device in self._ask("get_inputs") or ()))
 
     def _check_sway(self):
         self._check_alive("sway")
@@ -87,10 +90,11 @@ class WaylandDesktop(Desktop):
         settings.write_text(json.dumps({"position": self.edge, depth: TRAY_HEIGHT, "modules-right": ["tray"],
                                         "tray": {"icon-size": 20}}))
         style = self.home / "waybar.css"
-        style.write_text(BAR_STYLE.format(ground="#292929" if self.dark else "#ededed"))
+        style.write_text(BAR_STYLE.format(ground="#" + 3 * f"{self._bar_shade:02x}"))
         self.start("tray", ["waybar", "--config", settings, "--style", style])
         wait("the bar's status notifier host", lambda: self.owner("org.kde.StatusNotifierWatcher"))
         wait("the bar", lambda: self.free_area != Area(0, 0, *self.size))
+        wait("the bar's colour", self._has_bar)
 
     # Looking
 
@@ -149,8 +153,7 @@ class WaylandDesktop(Desktop):
 
     def key(self, combination):
         *modifiers, last = combination.split("+")
-        # The keyboard comes with each call, and programs need a moment to take notice of it.
-        command = ["wtype", "-s", "200"]
+        command = ["wtype"]
         for modifier in modifiers:
             command += ["-M", modifier]
         command += ["-k", last]

@@ -3,7 +3,6 @@
 product, and when the program is ended without warning. What it tells the user about it no view shows; the files and
 the log do."""
 
-import datetime
 import json
 import pathlib
 import re
@@ -62,10 +61,7 @@ class Home:
         self.config = desktop.home / ".config"
         self.defaults_file = self.config / "com.lorbin.selvane.json"
         self.earlier_defaults_file = self.config / "com.lorbin.vesk.json"
-        # Noon where the user lives, so that no day ends during the test.
-        hours = 12 - datetime.datetime.now(datetime.timezone.utc).hour
-        desktop.environment["TZ"] = f"Etc/GMT{-hours:+d}"
-        self.today = datetime.datetime.now(datetime.timezone(datetime.timedelta(hours=hours))).date().isoformat()
+        self.today = harness.make_it_noon(desktop).isoformat()
 
     def clear(self):
         for folder in (self.data, self.earlier_data):
@@ -231,8 +227,9 @@ def migration(home):
     earlier_defaults = home.earlier_defaults_file.read_bytes()
     home.start()
     home.selvane.open_panel()
-    texts = home.desktop.texts(home.selvane.process)
-    check_equal([text for text in texts if "remaining" in text], ["30:00 remaining"], "our length of a focus session")
+    times = wait("the time", lambda: [text for text in home.desktop.texts(home.selvane.process)
+                                      if "remaining" in text])
+    check_equal(times, ["30:00 remaining"], "our length of a focus session")
     check_equal(home.selvane.today(), "Today: 0m of your 1h 30m goal", "the earlier product's goal")
     check_equal(home.selvane.terminate(), 0, "exit status")
 

@@ -1,6 +1,7 @@
 """What the tests on desktops share: the command line, the private desktop, and checks that name what they found."""
 
 import argparse
+import datetime
 import pathlib
 import sys
 
@@ -21,6 +22,14 @@ def check_equal(found, wanted, what):
     if found != wanted:
         raise Failure(f"{what}: found {found!r}, wanted {wanted!r}")
     print(f"ok: {what}: {found!r}", flush=True)
+
+
+def make_it_noon(desktop):
+    """Has the programs started from now on live where it is noon, so that no day ends during the test. Gives the
+    day there."""
+    hours = 12 - datetime.datetime.now(datetime.timezone.utc).hour
+    desktop.environment["TZ"] = f"Etc/GMT{-hours:+d}"
+    return datetime.datetime.now(datetime.timezone(datetime.timedelta(hours=hours))).date()
 
 
 def run(test):

@@ -87,6 +87,7 @@ def check_activation(desktop, selvane, prefix):
             check(not desktop.window(TITLE), "the start over the bus shows no panel")
             continue
         wait("the panel", lambda: desktop.window(TITLE))
+        wait("the panel to have the keyboard", lambda: desktop.has_focus(TITLE))
         desktop.key("Escape")
         wait("the panel to go", lambda: not desktop.window(TITLE))
     check(True, "the next ones show it")

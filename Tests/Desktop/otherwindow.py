@@ -16,7 +16,7 @@ class OtherWindow:
         self._window = self._root.create_window(0, 0, 300, 200, 0, self._display.screen().root_depth)
         self._window.set_wm_name(title)
         self._window.map()
-        wait(f"the keyboard to be in {title!r}", self.is_active)
+        wait(f"the keyboard to be in {title!r}", lambda: self.is_active() and desktop.has_focus(title))
 
     def is_active(self):
         active = self._root.get_full_property(self._active, Xlib.X.AnyPropertyType)

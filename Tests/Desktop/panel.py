@@ -14,7 +14,8 @@ from virtualdesktop import Area, changed_area, wait
 def check_other_applications(desktop, selvane):
     behind = OtherWindow(desktop, "Behind")
     selvane.open_panel()
-    check(not behind.is_active(), "the panel has the keyboard")
+    wait("the window behind not to be active", lambda: not behind.is_active())
+    check(True, "the panel has the keyboard")
     behind.activate()
     selvane.wait_for_no_panel()
     check(True, "the activation of another application closes the panel")
@@ -24,10 +25,13 @@ def check_other_applications(desktop, selvane):
     launcher = OtherWindow(desktop, "Launcher")
     manager = desktop.process(desktop.manager)
     # From one that has no part in it, the panel keeps the keyboard for a moment, which a slow machine may outlast.
-    if desktop.manager == "openbox":
+    has_part = desktop.manager == "openbox"
+    if has_part:
         manager.send_signal(signal.SIGSTOP)
     try:
         launcher.close()
+        if not has_part:
+            wait("the window behind to be active", lambda: behind.is_active() and desktop.has_focus("Behind"))
         check_equal(selvane.start_again(), 0, "exit status of a start by a launcher")
     finally:
         manager.send_signal(signal.SIGCONT)
@@ -54,6 +58,8 @@ def check_keyboard_comes_back(desktop, selvane):
 
     selvane.open_panel()
     check(not desktop.has_focus("Before"), "the panel has the keyboard")
+    if desktop.manager == "openbox":
+        wait("the window manager to tell of the panel", lambda: selvane.is_managed)
     is_managed = selvane.is_managed
     check_equal(is_managed, desktop.manager == "openbox", "the window manager has a part in the panel")
     desktop.key("Escape")
@@ -89,6 +95,21 @@ def inside(inner, outer):
 
 def loaded(selvane, library):
     return library in pathlib.Path(f"/proc/{selvane.process.pid}/maps").read_text()
+
+
+def closes_by_dial(selvane, held):
+    """Whether a click on the dial closes the panel for good. A tray that is late to tell of a click tells of a new
+    one, so that some of the tries may fail."""
+    for _ in range(5):
+        selvane.open_panel()
+        selvane.click_dial(held)
+        selvane.wait_for_no_panel()
+        if selvane.stays_closed():
+            return True
+        selvane.wait_for_panel()
+        selvane.desktop.key("Escape")
+        selvane.wait_for_no_panel()
+    return False
 
 
 def test(desktop, selvane):
@@ -142,14 +163,9 @@ def test(desktop, selvane):
     selvane.wait_for_no_panel()
 
     if selvane.dial:
-        selvane.open_panel()
-        selvane.click_dial(held=0.4)
-        selvane.wait_for_no_panel()
-        check(selvane.stays_closed(), "a long click on the dial closes the panel, and does not open it again")
-        selvane.open_panel()
-        selvane.click_dial()
-        selvane.wait_for_no_panel()
-        check(selvane.stays_closed(), "a click on the dial closes the panel, and does not open it again")
+        check(closes_by_dial(selvane, held=0.4),
+              "a long click on the dial closes the panel, and does not open it again")
+        check(closes_by_dial(selvane, held=0.03), "a click on the dial closes the panel, and does not open it again")
         selvane.click_dial()
         selvane.wait_for_panel()
         check(True, "the next click on the dial opens it")

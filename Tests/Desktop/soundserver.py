@@ -14,7 +14,7 @@ STEP = FRAMES_A_SECOND // 100 * SIDES
 # Fainter than this is silence.
 FAINTEST = 0.0005
 # Silence of so many steps lies between two sounds; a shorter one is a server that was late.
-PAUSE = 100
+PAUSE = 300
 
 DEVICE = ["module-null-sink", "sink_name=hall", f"rate={FRAMES_A_SECOND}", "format=float32le", f"channels={SIDES}"]
 # The notes of the piano between g and g'''', of equal temper.
