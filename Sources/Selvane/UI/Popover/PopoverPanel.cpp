@@ -192,10 +192,7 @@ void PopoverPanel::show(const StatusItemAnchor& anchor) {
         takeKeyboard();
         drawAhead();
     }
-    // What is told of a window before it appears may cross with what the window manager does to it, and some
-    // of that be lost. What is drawn ahead doesn't count, be it seen or not.
-    QObject::connect(
-        &_window, &QQuickWindow::frameSwapped, &_window, [this] { keepPlace(); }, Qt::SingleShotConnection);
+    keepPlaceAfterFrame();
     if (_headStart)
         completeAfterFrame();
 }
@@ -303,9 +300,18 @@ void PopoverPanel::place() {
     _window.setGeometry({_corner, _fit.size});
 }
 
-void PopoverPanel::keepPlace() {
-    if (_window.position() != _corner)
-        _window.setGeometry({_corner, _fit.size});
+void PopoverPanel::keepPlaceAfterFrame() {
+    // What is told of a window before it appears may cross with what the window manager does to it, and some
+    // of that be lost. A frame from before it appeared, drawn ahead or not, tells nothing yet.
+    QObject::connect(
+        &_window, &QQuickWindow::frameSwapped, &_window,
+        [this] {
+            if (!_window.isExposed())
+                keepPlaceAfterFrame();
+            else if (_window.position() != _corner)
+                _window.setGeometry({_corner, _fit.size});
+        },
+        Qt::SingleShotConnection);
 }
 
 ScreenRect PopoverPanel::available(const QScreen& screen) const {

@@ -60,7 +60,7 @@ private:
     void heightChanged();
     void chooseScreen(const StatusItemAnchor& anchor);
     void place();
-    void keepPlace();
+    void keepPlaceAfterFrame();
     /// What bars leave of a screen, in units of windows.
     [[nodiscard]] ScreenRect available(const QScreen& screen) const;
     /// Draws the first frame before the window system asks for it: while it is busy with a managed window,
