@@ -6,6 +6,8 @@ import pathlib
 import signal
 import time
 
+import dbus
+
 from virtualdesktop import Area, Failure, changed_area, wait
 
 TITLE = "Selvane Timer"
@@ -141,8 +143,12 @@ class Selvane:
 
     def _wait_for_answer(self):
         """Waits until the program's main loop has answered a question, which does nothing else."""
-        self.desktop.bus.call_blocking(BUS_NAME, OBJECT_PATH, "org.freedesktop.DBus.Introspectable", "Introspect", "",
-                                       ())
+        self._check_alive()
+        try:
+            self.desktop.bus.call_blocking(BUS_NAME, OBJECT_PATH, "org.freedesktop.DBus.Introspectable", "Introspect",
+                                           "", ())
+        except dbus.DBusException as problem:
+            raise Failure(f"the program doesn't answer: {problem}") from None
 
     def _check_alive(self):
         if self.process.poll() is not None:
@@ -184,7 +190,7 @@ class Selvane:
 
     def click_dial(self, held=0.03):
         # Nobody's two clicks follow one another faster, and the program may take those for one: it counts from when
-        # it read the last, which it has done once it has answered twice.
+        # it read the last, which it has done, if it was told of it, once it has answered twice.
         for _ in range(2):
             self._wait_for_answer()
         time.sleep(0.4)

@@ -11,6 +11,31 @@ from otherwindow import OtherWindow
 from virtualdesktop import Area, changed_area, wait
 
 
+def check_launcher(desktop, selvane, behind):
+    """A launcher closes as it starts the program, and the window manager goes back to the window behind it."""
+    launcher = OtherWindow(desktop, "Launcher")
+    if desktop.manager == "openbox":
+        # Before it gets to the panel.
+        manager = desktop.process(desktop.manager)
+        manager.send_signal(signal.SIGSTOP)
+        try:
+            launcher.close()
+            check_equal(selvane.start_again(), 0, "exit status of a start by a launcher")
+        finally:
+            manager.send_signal(signal.SIGCONT)
+        selvane.wait_for_panel()
+        check(True, "an activation that was under way leaves the panel open")
+    else:
+        # From one that has no part in it, the panel keeps the keyboard for a moment, which a slow machine may outlast.
+        launcher.close()
+        wait("the window behind to be active", lambda: behind.is_active() and desktop.has_focus("Behind"))
+        check_equal(selvane.start_again(), 0, "exit status of a start by a launcher")
+        selvane.wait_for_panel()
+    behind.activate()
+    selvane.wait_for_no_panel()
+    check(True, "the next activation closes it")
+
+
 def check_other_applications(desktop, selvane):
     behind = OtherWindow(desktop, "Behind")
     selvane.open_panel()
@@ -20,25 +45,7 @@ def check_other_applications(desktop, selvane):
     selvane.wait_for_no_panel()
     check(True, "the activation of another application closes the panel")
 
-    # A launcher closes as it starts the program, and the window manager goes back to the window behind it before it
-    # gets to the panel.
-    launcher = OtherWindow(desktop, "Launcher")
-    manager = desktop.process(desktop.manager)
-    # From one that has no part in it, the panel keeps the keyboard for a moment, which a slow machine may outlast.
-    has_part = desktop.manager == "openbox"
-    if has_part:
-        manager.send_signal(signal.SIGSTOP)
-    try:
-        launcher.close()
-        if not has_part:
-            wait("the window behind to be active", lambda: behind.is_active() and desktop.has_focus("Behind"))
-        check_equal(selvane.start_again(), 0, "exit status of a start by a launcher")
-    finally:
-        manager.send_signal(signal.SIGCONT)
-    selvane.wait_for_panel()
-    behind.activate()
-    selvane.wait_for_no_panel()
-    check(True, "an activation that was under way left the panel open, and the next one closes it")
+    check_launcher(desktop, selvane, behind)
 
     selvane.open_panel()
     behind.close()
@@ -99,13 +106,18 @@ def loaded(selvane, library):
 
 def closes_by_dial(selvane, held):
     """Whether a click on the dial closes the panel for good. A tray that is late to tell of a click tells of a new
-    one, so that some of the tries may fail."""
+    one; three tries that go well must speak against one that didn't."""
+    needed = 1
     for _ in range(5):
         selvane.open_panel()
         selvane.click_dial(held)
         selvane.wait_for_no_panel()
         if selvane.stays_closed():
-            return True
+            needed -= 1
+            if needed == 0:
+                return True
+            continue
+        needed = 3
         selvane.wait_for_panel()
         selvane.desktop.key("Escape")
         selvane.wait_for_no_panel()
