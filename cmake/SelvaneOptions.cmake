@@ -20,7 +20,7 @@ add_library(selvane-options INTERFACE)
 target_compile_options(selvane-options INTERFACE
     ${SELVANE_WARNINGS}
     # Of sources that are compiled in one piece, that a name hides one of another source is no fault. Nor is it told
-    # then when one hides a name of its own source that isn't local.
+    # then when one hides a name of its own source that isn't local, or, by other compilers than GCC, any.
     $<$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>:-Wno-shadow>
     $<$<AND:$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>,$<CXX_COMPILER_ID:GNU>>:-Wshadow=local>
     # GCC 12 sees overlaps in its own std::string, once it is optimised, that can't happen.

@@ -7,7 +7,7 @@
 #         LIBRARIES selvane-controls
 #         USES Selvane.Controls)
 #
-# LIBRARIES are linked; USES are the modules whose types the C++ classes name in their properties.
+# LIBRARIES are linked, and the views compiled anew when those of one of them change; USES are the modules whose types the C++ classes name in their properties.
 # Nothing asks a static library for its QML types by itself: the build writes a function that makes them known, named
 # after the module, here qml_register_types_Selvane_Timer().
 function(selvane_add_views target uri)
@@ -54,9 +54,9 @@ function(selvane_add_views target uri)
     # What was compiled by the types of other folders is compiled anew when these change.
     set(known "")
     foreach(library IN LISTS arg_LIBRARIES)
-        get_target_property(types ${library} SELVANE_VIEW_TYPES)
-        if(types)
-            list(APPEND known ${types})
+        get_target_property(others ${library} SELVANE_VIEW_TYPES)
+        if(others)
+            list(APPEND known ${others})
         endif()
     endforeach()
     if(known)
