@@ -3,8 +3,11 @@
 #include "Selvane/App/AppSettings.h"
 #include "Selvane/UI/Controls/HoverTip.h"
 #include "Selvane/UI/Popover/PopoverPanel.h"
+#include "Support/Patience.h"
 
 #include <QAccessible>
+#include <QCoreApplication>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QTest>
 
@@ -13,9 +16,6 @@
 namespace selvane::test {
 
 namespace {
-
-/// How long something may take, in milliseconds, with sanitizers and on a machine that has much else to do.
-constexpr int patience = 60'000;
 
 QAccessibleInterface* find(QAccessibleInterface* item, const QString& name) {
     if (item->text(QAccessible::Name) == name && item->actionInterface())

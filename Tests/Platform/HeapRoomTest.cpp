@@ -38,16 +38,6 @@ std::size_t pagesInPlace(std::size_t bytes) {
     return count;
 }
 
-TEST(HeapRoomTest, IsThereBeforeItIsUsed) {
-    constexpr std::size_t bytes = 3U << 20U;
-    // What another test has left.
-    malloc_trim(0);
-    EXPECT_LT(pagesInPlace(bytes), 8U);
-    HeapRoom::make(4U << 20U);
-    const auto pages = bytes / static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-    EXPECT_GE(pagesInPlace(bytes), pages - 1);
-}
-
 /// The bytes that may be written without asking the kernel, from a block on.
 std::size_t writableFrom(const void* block) {
     std::ifstream maps("/proc/self/maps");
@@ -62,6 +52,16 @@ std::size_t writableFrom(const void* block) {
             return rights.starts_with("rw") ? end - address : 0;
     }
     return 0;
+}
+
+TEST(HeapRoomTest, IsThereBeforeItIsUsed) {
+    constexpr std::size_t bytes = 3U << 20U;
+    // What another test has left.
+    malloc_trim(0);
+    EXPECT_LT(pagesInPlace(bytes), 8U);
+    HeapRoom::make(4U << 20U);
+    const auto pages = bytes / static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    EXPECT_GE(pagesInPlace(bytes), pages - 1);
 }
 
 TEST(HeapRoomDeathTest, NewHeapOfAThreadNeedNotAskPageByPage) {

@@ -77,6 +77,7 @@ TEST(LinuxSerialQueue, ItsEndWaitsForWorkThatHasBegunAndHandsNothingBack) {
         const auto latest = std::chrono::steady_clock::now() + std::chrono::seconds{20};
         while (!laterWork.expired() && std::chrono::steady_clock::now() < latest)
             std::this_thread::yield();
+        EXPECT_TRUE(laterWork.expired());
         std::this_thread::sleep_for(std::chrono::milliseconds{50});
         isDone = true;
         return [&] { handedBack = true; };

@@ -158,9 +158,12 @@ TEST_P(RecordedSoundTest, TwoSoundsAreHeardBesideEachOther) {
                                       arrival(right, sameOther, length, &AudioFrame::right));
         if (both == Arrival::spoiled)
             return both;
-        // They may have gaps: that none has any is another test's.
+        // Gaps of a server that was late are another test's, unless they could be the other sound's turn.
+        const auto hasFewGaps = [](const Recording::Heard& heard) {
+            return heard.last - heard.first + 1 - heard.samples.size() <= length / 10;
+        };
         const bool areTogether = left.first < right.last && right.first < left.last;
-        return areTogether ? Arrival::whole : Arrival::disturbed;
+        return areTogether && hasFewGaps(left) && hasFewGaps(right) ? Arrival::whole : Arrival::disturbed;
     }));
 }
 

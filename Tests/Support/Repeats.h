@@ -4,9 +4,8 @@
 
 namespace selvane::test {
 
-/// How often, or for how long, a test with random data goes on: `count`, and a tenth of that, but at least
-/// once, under a sanitizer, where everything takes ten times as long. Seeds are fixed, so the rest is never
-/// seen by one.
+/// How often a test with random data goes on: `count` times, and a tenth of that, but at least once, under a
+/// sanitizer, where everything takes ten times as long. Seeds are fixed, so the rest is never seen by one.
 template <typename Count>
 constexpr Count repeats(Count count) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)

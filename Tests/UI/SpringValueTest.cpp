@@ -1,5 +1,7 @@
 #include "Selvane/UI/Controls/SpringValue.h"
 
+#include "Support/Patience.h"
+
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QSignalSpy>
@@ -17,9 +19,6 @@ namespace {
 /// As QML makes it, whole.
 class SpringValueTest : public testing::Test {
 protected:
-    /// How long a motion may take, in milliseconds, on a machine that has much else to do.
-    static constexpr int patience = 60'000;
-
     SpringValue& make(const char* properties) {
         QQmlComponent component(&_engine);
         component.setData(QByteArray("import Selvane.Controls\nSpringValue { ") + properties + " }", {});
@@ -45,23 +44,23 @@ TEST_F(SpringValueTest, GoesToANewTargetOverTime) {
     value.setTarget(0);
     EXPECT_EQ(value.target(), 0);
     EXPECT_GT(value.value(), 0.9) << "it has just set out";
-    ASSERT_TRUE(QTest::qWaitFor([&] { return changes.count() > 2; }, patience));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return changes.count() > 2; }, test::patience));
     EXPECT_GT(value.value(), 0) << "it is on its way";
     EXPECT_LT(value.value(), 1) << "it is on its way";
     value.setResponse(0.1);
     value.setTarget(2);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return value.value() == 2; }, patience));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return value.value() == 2; }, test::patience));
 }
 
 TEST_F(SpringValueTest, SwingsBeyondItsTargetWhereItIsLittleDamped) {
     // So slow that it stays beyond for two seconds.
     SpringValue& value = make("response: 5; dampingFraction: 0.3");
     value.setTarget(1);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return value.value() > 1.1 || value.value() == 1; }, patience));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return value.value() > 1.1 || value.value() == 1; }, test::patience));
     EXPECT_GT(value.value(), 1.1);
     value.setResponse(0.2);
     value.setTarget(0);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return value.value() == 0; }, patience)) << "it comes to rest";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return value.value() == 0; }, test::patience)) << "it comes to rest";
 }
 
 TEST_F(SpringValueTest, TurnsRoundWhereItIs) {

@@ -1,4 +1,5 @@
 #include "Selvane/UI/Tasks/TaskListInput.h"
+#include "Support/Patience.h"
 #include "Support/TaskFiles.h"
 #include "TaskViewFixture.h"
 
@@ -8,6 +9,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <string>
+#include <vector>
 
 namespace selvane {
 namespace {
@@ -17,9 +20,6 @@ using testing::IsEmpty;
 
 class TaskListView : public test::TaskViewFixture {
 protected:
-    /// How long something may take, in milliseconds, on a machine that has much else to do.
-    static constexpr int patience = 60'000;
-
     void showThree() {
         add({"Write", "Reply", "Sketch"});
         show();
@@ -413,7 +413,7 @@ TEST_F(TaskListView, KeysAfterARenameByMenuAreForThatRow) {
     showThree();
     click(inRow(1), Qt::RightButton);
     choose(QStringLiteral("Rename"));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return focused() == "Task"; }, patience));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return focused() == "Task"; }, test::patience));
     key(Qt::Key_Return);
     EXPECT_EQ(focused(), "Reply");
     key(Qt::Key_Down);
@@ -607,7 +607,7 @@ TEST_F(TaskListView, ListScrollsWhileARowIsHeldAtItsEdge) {
     show();
     press(inRow(0));
     moveMouse(inRow(0), {120, listTop + 156});
-    EXPECT_TRUE(QTest::qWaitFor([&] { return tasks->liftedRow() == 11; }, patience));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return tasks->liftedRow() == 11; }, test::patience));
     letGo({120, listTop + 156});
     EXPECT_EQ(titles().back(), "Task 0");
 }
@@ -658,7 +658,7 @@ TEST_F(TaskListView, RowInMotionSettlesByASpring) {
         drag(inRow(0), inRow(1) + QPoint(0, 10));
         EXPECT_THAT(titles(), ElementsAre(before.at(1), before.at(0), before.at(2)));
         isOnItsWay = tasks->liftedRow() == 1;
-        ASSERT_TRUE(QTest::qWaitFor([&] { return tasks->liftedRow() == -1; }, patience));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return tasks->liftedRow() == -1; }, test::patience));
         EXPECT_NEAR(input().liftedY(), rowHeight, 0.01);
     }
     EXPECT_TRUE(isOnItsWay);
@@ -798,7 +798,7 @@ TEST_F(TaskListView, MenuRenames) {
     showThree();
     click(inRow(1), Qt::RightButton);
     choose(QStringLiteral("Rename"));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return focused() == "Task"; }, patience));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return focused() == "Task"; }, test::patience));
     type(QStringLiteral("Answer"));
     key(Qt::Key_Return);
     EXPECT_THAT(titles(), ElementsAre("Write", "Answer", "Sketch"));

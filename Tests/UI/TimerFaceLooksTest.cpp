@@ -5,6 +5,7 @@
 #include "Selvane/UI/Timer/CycleDashes.h"
 #include "Selvane/UI/Timer/RingArc.h"
 #include "Selvane/UI/Timer/TimeText.h"
+#include "Support/Patience.h"
 
 #include <QFontMetricsF>
 #include <QTest>
@@ -224,10 +225,9 @@ TEST_F(TimerFaceLooks, PulsingDashIsDrawnAgainAndAgain) {
     face.open(onPaper("CycleDashes { ink: 'black'; length: 2; isRunning: true }"));
     const auto current = [&] { return darkness(face.picture(), {3, 1}); };
     // A process that is held up may miss a pulse or two.
-    constexpr int patience = 60'000;
-    EXPECT_TRUE(QTest::qWaitFor([&] { return current() < 0.4; }, patience));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return current() > 0.6; }, patience));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return current() < 0.5; }, patience)) << "and goes again";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return current() < 0.4; }, test::patience));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return current() > 0.6; }, test::patience));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return current() < 0.5; }, test::patience)) << "and goes again";
 }
 
 TEST_F(TimerFaceLooks, DashesExplainThemselvesToThePointer) {

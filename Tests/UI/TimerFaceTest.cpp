@@ -5,6 +5,7 @@
 #include "Selvane/UI/Timer/TimeText.h"
 
 #include <QAccessible>
+#include <QImage>
 #include <QInputMethodEvent>
 #include <QTest>
 
