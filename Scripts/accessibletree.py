@@ -214,6 +214,7 @@ class Tree:
                                            "org.freedesktop.DBus.Error.UnknownObject",
                                            "org.freedesktop.DBus.Error.ServiceUnknown",
                                            "org.freedesktop.DBus.Error.NoReply",
+                                           "org.freedesktop.DBus.Error.UnknownInterface",
                                            "org.freedesktop.DBus.Error.UnknownMethod"):
                 raise Gone(f"{path} is gone") from problem
             raise
